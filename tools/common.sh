@@ -1,0 +1,64 @@
+# What setup, run and test share: the folders, the Wine environment, the way they speak, the private X server.
+# Sourced by bash scripts that have set -euo pipefail.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build=$root/build
+bin=$build/bin
+logs=$build/logs
+
+say() { printf '[%s] %s\n' "$(date +%H:%M:%S)" "$*"; }
+
+# die REASON NEXT_STEP: the reason in one line, what to do about it in the next, status 1.
+die() {
+    printf 'error: %s\n' "$1" >&2
+    [ $# -lt 2 ] || printf ' next: %s\n' "$2" >&2
+    exit 1
+}
+
+# quietly LOGNAME NEXT_STEP COMMAND...: runs a command with its output in build/logs, and shows the end of that on failure.
+quietly() {
+    local log=$logs/$1.log next=$2
+    shift 2
+    mkdir -p "$logs"
+    if ! "$@" >"$log" 2>&1 </dev/null; then
+        tail -n 25 "$log" >&2
+        die "'$1' failed; all of its output is in ${log#"$root"/}" "$next"
+    fi
+}
+
+# The environment of every Windows program. LC_ALL decides the code page and the system language, so it is set here and
+# never for a compiler.
+wine_environment() {
+    export WINEPREFIX=$build/wine WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES='mscoree=,mshtml='
+    export LC_ALL=${LUMIVANE_LOCALE:-ja_JP.UTF-8}
+}
+
+xvfb_pid=
+# Starts a private X server and points DISPLAY at it. The server itself finds the free display number.
+start_display() {
+    local number
+    mkdir -p "$logs"
+    exec {display_fd}<> <(:)
+    Xvfb -displayfd "$display_fd" -screen 0 1024x768x24 -nolisten tcp >"$logs/xvfb.log" 2>&1 </dev/null &
+    xvfb_pid=$!
+    if ! read -r -t 30 number <&"$display_fd"; then
+        die "the private X server did not start; see ${logs#"$root"/}/xvfb.log" "Xvfb -displayfd 1 shows the reason"
+    fi
+    exec {display_fd}>&-
+    export DISPLAY=:$number
+}
+
+stop_display() {
+    [ -n "$xvfb_pid" ] || return 0
+    kill "$xvfb_pid" 2>/dev/null || true
+    wait "$xvfb_pid" 2>/dev/null || true
+    xvfb_pid=
+}
+
+# Keeps this prefix's Wine server up between programs, and has it start its background programs now, away from our pipes.
+start_wine() {
+    wineserver -p >/dev/null 2>&1 </dev/null || true
+    wineboot >/dev/null 2>&1 </dev/null || true
+}
+
+stop_wine() { wineserver -k >/dev/null 2>&1 </dev/null || true; }
