@@ -1,0 +1,50 @@
+// First-run set-up of user and group name.
+#include "kernel/identity_setup.h"
+
+#include "kernel/platform.h"
+#include "settings/registry.h"
+
+#include <windows.h>
+#include <winsock.h>
+
+constexpr WORD WINSOCK_VERSION = MAKEWORD(1, 1);
+constexpr DWORD NAME_SIZE = 64;
+constexpr DWORD DOMAIN_SIZE = 256; // a DNS name has at most 255 characters
+
+static bool StoreHostName()
+{
+    char name[NAME_SIZE] = "";
+    WSADATA data;
+    if (WSAStartup(WINSOCK_VERSION, &data) == 0) {
+        gethostname(name, sizeof name);
+        WSACleanup();
+    }
+    return WriteSettingText(SUBKEY_GENERAL, "LocalUserName", name, sizeof name) != 0;
+}
+
+// GetComputerNameExA, which early versions of both families lack.
+typedef BOOL(WINAPI *GETCOMPUTERNAMEEXA)(int nameType, char *lpszName, DWORD *lpnSize);
+constexpr int NAME_TYPE_DNS_DOMAIN = 2;
+
+static void StoreDomainName()
+{
+    const auto getName = FindFunction<GETCOMPUTERNAMEEXA>(GetModuleHandleA("kernel32.dll"), "GetComputerNameExA");
+    if (!getName)
+        return;
+    char name[DOMAIN_SIZE] = "";
+    DWORD length = 0;
+    getName(NAME_TYPE_DNS_DOMAIN, nullptr, &length); // fails, with the length that it needs
+    if (length == 0 || length > sizeof name || !getName(NAME_TYPE_DNS_DOMAIN, name, &length) || length == 0)
+        return;
+    // The stored text is as long as the second answer says: without its terminator.
+    WriteSettingText(SUBKEY_GENERAL, "LocalGroupName", name, length);
+}
+
+void SetupIdentity()
+{
+    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF") != -1)
+        return;
+    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF", 1);
+    if (StoreHostName())
+        StoreDomainName();
+}

@@ -1,0 +1,82 @@
+// Launcher and button-lock settings. The registry is their only store: nothing is kept in memory between two uses.
+//
+// Monitor indexes are zero-based, button numbers 1 to 6 (6 = POWER). Kernel thread, unless said otherwise; the
+// functions that touch VCP codes wait for the host.
+#pragma once
+
+#include <windows.h>
+
+constexpr int LAUNCHER_BUTTON_COUNT = 6;
+constexpr int LAUNCHER_BUTTON_POWER = 6;
+
+// Value "Launcher_%d_Enable_%d": what a button does. Anything else counts as normal.
+enum : DWORD {
+    BUTTON_NORMAL = 0,
+    BUTTON_LOCKED = 1,
+    BUTTON_LAUNCHER = 2,
+};
+
+// Names of the values that are formed with a monitor index and a button number.
+#define VALUE_BUTTON_MODE "Launcher_%d_Enable_%d"
+#define VALUE_LOCK_STATUS "ButtonLockStatus_%d"
+#define VALUE_POWER_SWITCH "PowerSwitch_%d"
+
+// A button's bit in the lock mask (VCP 0xF2) and in the press report (VCP 0xF4): 1, 2, 4, 8, 16 and, for POWER, 128.
+// 0 for a number that is no button.
+BYTE ButtonBit(int nButton);
+
+// One 32-bit launcher value by its formatted name. Reads give 0 for an absent value; writes give 1, or 0 on failure.
+// Any thread.
+DWORD ReadLauncherValue(LPCSTR lpszName);
+int WriteLauncherValue(LPCSTR lpszName, DWORD dwValue);
+
+// ---- Start and end of a run, in the order of the calls ----
+
+// Reads the lock mask of every monitor and forgets it. Result: 1, also without a monitor.
+int ReadButtonLocks();
+
+// Resets the launcher when the last run did not end in order or the number of monitors has changed since. Does nothing
+// at a first run.
+void CheckLauncherReset();
+
+// Records the number of monitors and that the plug-in runs, and clears the button modes at the first run.
+// Result: the stored "InitFlag", or 1 after a first run's initialisation.
+LONG InitLauncherSettings();
+
+// Writes the stored lock masks back to the monitors, up to the first monitor without one. Result: the last one written;
+// 0 when none was.
+LONG RestoreButtonLockStatus();
+
+// Unlocks all buttons of every monitor that lists VCP code 0xF2.
+void ReleaseButtonLocks();
+
+// Records an orderly end. Any thread.
+void WriteEndFlag();
+
+// ---- What these are made of ----
+
+// Clears all locks, button modes, POWER switches and the active count; assignments and candidates stay.
+void ResetLauncherSettings();
+
+// Clears the button modes of all monitors.
+void ClearLauncherEnables();
+
+// Stores each monitor's present lock mask; ends at the first one that can't be written.
+void SaveButtonLockStatus();
+
+// ---- The active count: launcher functions switched on, over all monitors ----
+
+// Result: the count, 0 when absent. Any thread.
+DWORD GetLauncherCount();
+
+// Adds 1 (bUp = 1) or subtracts 1, without bounds: below 0 comes 0xFFFFFFFF. Result: 1 when written, else 0.
+int StepLauncherCount(int bUp);
+
+// The same, and starts the button poll when the count has become 1, ends it when it has become 0.
+void UpdateLauncherPoll(int bUp);
+
+// ---- Button labels ----
+
+// Reads the label that a button of the selected monitor's model has in "Launcher.ini", at most cbBuffer - 1 characters.
+// lpBuffer is empty without one. hDlg is not used. Result: 1 when the model has that button, else 0.
+int ReadButtonLabel(HWND hDlg, int nButton, char *lpBuffer, DWORD cbBuffer);

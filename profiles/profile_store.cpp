@@ -1,0 +1,4 @@
+// The profile store. Nothing is kept yet.
+#include "profiles/profile_store.h"
+
+void LoadProfiles(HWND, LPCSTR) {}

@@ -1,0 +1,44 @@
+// INI file paths.
+#include "settings/ini.h"
+
+#include <cstring>
+
+// Puts the file name behind a directory that ends with a backslash.
+static void AppendFileName(char *lpszPath, LPCSTR lpszFileName)
+{
+    if (lstrlenA(lpszPath) + lstrlenA(lpszFileName) >= MAX_PATH)
+        lpszPath[0] = '\0';
+    else
+        lstrcatA(lpszPath, lpszFileName);
+}
+
+// The last backslash that is not the second byte of a double-byte character: in Shift-JIS many characters end in 0x5C.
+static char *LastBackslash(char *lpszPath)
+{
+    char *last = nullptr;
+    for (char *p = lpszPath; *p; p = CharNextA(p))
+        if (*p == '\\')
+            last = p;
+    return last;
+}
+
+void BuildIniPath(char *lpszPath, LPCSTR lpszFileName)
+{
+    lpszPath[0] = '\0';
+    const DWORD length = GetModuleFileNameA(nullptr, lpszPath, MAX_PATH);
+    lpszPath[length < MAX_PATH ? length : MAX_PATH - 1] = '\0';
+    if (char *backslash = LastBackslash(lpszPath))
+        backslash[1] = '\0';
+    AppendFileName(lpszPath, lpszFileName);
+}
+
+void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName)
+{
+    const UINT length = GetSystemDirectoryA(lpszPath, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH - 1) {
+        lpszPath[0] = '\0';
+        return;
+    }
+    lstrcatA(lpszPath, "\\");
+    AppendFileName(lpszPath, lpszFileName);
+}

@@ -1,0 +1,11 @@
+// Where the INI files are, and the few ways in which they are read and written.
+#pragma once
+
+#include <windows.h>
+
+// Forms the path of a file beside the host's executable (not beside the plug-in).
+// lpszPath: MAX_PATH bytes. A name that does not fit gives an empty path. Any thread.
+void BuildIniPath(char *lpszPath, LPCSTR lpszFileName);
+
+// Forms the path of a file in the Windows system directory; as BuildIniPath otherwise.
+void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName);
