@@ -26,6 +26,13 @@ quietly() {
     fi
 }
 
+# Configures and builds everything in its shipped form.
+build_all() {
+    say "Building"
+    quietly configure "look at the CMake message above" cmake --preset release
+    quietly build "mend the error above; 'cmake --build --preset release' shows it again" cmake --build --preset release
+}
+
 # The environment of every Windows program. LC_ALL decides the code page and the system language, so it is set here and
 # never for a compiler.
 wine_environment() {

@@ -1,0 +1,310 @@
+// Start-up, timers, deferred opening and shutdown of the kernel window.
+#include "kernel/kernel_window.h"
+
+#include "kernel/display_cpl.h"
+#include "kernel/kernel_thread.h"
+#include "kernel/platform.h"
+#include "kernel/plugin.h"
+#include "profiles/foreground.h"
+#include "support/box_answerer.h"
+#include "support/plugin_session.h"
+#include "support/replaced_imports.h"
+#include "support/text.h"
+
+#include <commctrl.h>
+#include <prsht.h>
+
+#include <algorithm>
+
+namespace {
+
+class KernelWindowTest : public PluginTest {
+protected:
+    KernelWindowTest() { host.monitors = {ColorMonitor("NRV-PA1"), ColorMonitor("NRV-PA2")}; }
+};
+
+const std::string noMonitorText =
+    "DDC/"
+    "CI対応のNorvale製液晶ディスプレイが検出できませんでした。\nドライバが正しくインストールされているか、または対応"
+    "グラフィックチップをご使用になっているかをご確認ください。";
+
+// A message box shows the lines of a text with its own ends of line.
+std::string OneLine(std::string text)
+{
+    std::erase(text, '\r');
+    return text;
+}
+
+// The page that a property sheet was told to show.
+LPARAM s_SelectedPage = 0;
+
+LRESULT CALLBACK SheetProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == PSM_SETCURSELID)
+        s_SelectedPage = lParam;
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+} // namespace
+
+TEST_F(KernelWindowTest, PacketsOfAWholeRun)
+{
+    host.monitors[1].capabilities = "(vcp(10 12))"; // no button lock, no input list
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(g_bStarted, 0);
+    StartUp();
+    EXPECT_EQ(g_bStarted, 1);
+    EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count", "name 0", "capabilities 0", "inputs 0: 1 3", "name 1",
+                                     "capabilities 1", "inputs 1:", "get 0 E0", "get 0 10", "get 0 12", "get 0 14",
+                                     "get 0 16", "get 0 18", "get 0 1A", "notice 9", "get 0 F2", "get 1 F2"}));
+    Stop();
+    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "notice 3"}));
+}
+
+TEST_F(KernelWindowTest, TheStartUpTimerFiresByItselfAndOnce)
+{
+    ASSERT_TRUE(Start());
+    ASSERT_TRUE(host.WaitFor("get 1 F2"));
+    Sleep(1500); // a second tick would come within this time
+    const Lines log = host.TakeLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "notice 8"), 1);
+}
+
+TEST_F(KernelWindowTest, WithoutAMonitor)
+{
+    host.monitors.clear();
+    ASSERT_TRUE(Start());
+    StartUp();
+    EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count"}));
+    EXPECT_EQ(g_bNoMonitor, 1);
+    EXPECT_EQ(g_bStarted, 0);
+    EXPECT_EQ(PluginOpenPanel(nullptr), 1) << "deferred, for as long as it takes";
+    Stop();
+    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "notice 3"}));
+}
+
+TEST_F(KernelWindowTest, ThePanelIsAskedForAgainOnceStarted)
+{
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(PluginOpenPanel(nullptr), 1);
+    EXPECT_EQ(PluginOpenPanel(nullptr), 1);
+    StartUp();
+    // The waiters' threads end, their blocks are freed, and messages that name no pending deferral do no harm.
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_KERNEL_PANEL_DEFERRED, 0, 0), 1);
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_KERNEL_PANEL_DEFERRED, 0, 0x1234), 1);
+
+    InjectFault(Fault::Thread);
+    g_bStarted = 0;
+    EXPECT_EQ(PluginOpenPanel(nullptr), 0);
+    g_bStarted = 1;
+}
+
+TEST_F(KernelWindowTest, DirectLinkOfTheSettingsIsToldToTheHost)
+{
+    PutDword(HKEY_CURRENT_USER, "Lumivane2", "DirectLink", 1);
+    ASSERT_TRUE(Start());
+    StartUp();
+    EXPECT_EQ(g_bDirectLink, 1);
+    EXPECT_EQ(host.TakeLog().back(), "directlink 0 = 1");
+    g_bAllMonitors = 1;
+    Stop();
+    EXPECT_EQ(host.TakeLog().front(), "directlink -1 = 0");
+}
+
+TEST_F(KernelWindowTest, ButtonRegistersAreClearedWhenALauncherFunctionIsOn)
+{
+    IniFolder::Write("lvcap.ini", "[NRV-PA2]\r\nCapability=F4\r\n");
+    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "dwLTimer", 0xFFFFFFFF); // unsigned: more than none
+    ASSERT_TRUE(Start());
+    StartUp();
+    EXPECT_EQ(host.TakeLog().back(), "set 1 F4 = 255");
+    Stop();
+
+    g_bAbort = 0;
+    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "dwLTimer", 0);
+    host.TakeLog();
+    ASSERT_TRUE(Start());
+    StartUp();
+    EXPECT_EQ(host.TakeLog().back(), "get 1 F2");
+}
+
+TEST_F(KernelWindowTest, RetryCount)
+{
+    const struct {
+        DWORD stored;
+        LONG read;
+    } cases[] = {{0, 3}, {0xFFFFFFFF, 3}, {7, 7}};
+    for (const auto &c : cases) {
+        PutDword(HKEY_CURRENT_USER, "Lumivane2", "nRetry", c.stored);
+        g_bAbort = 0;
+        ASSERT_TRUE(Start());
+        EXPECT_EQ(g_nRetry, c.read);
+        Stop();
+    }
+}
+
+TEST_F(KernelWindowTest, NamesAreSetUpOnce)
+{
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "Lumivane2", "IiF"), 1u);
+    char name[64] = "";
+    DWORD size = sizeof name;
+    GetComputerNameA(name, &size);
+    const auto stored = TextAt(HKEY_CURRENT_USER, "Lumivane2", "LocalUserName");
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(_strnicmp(stored->c_str(), name, strlen(name)), 0) << *stored;
+    Stop();
+
+    PutText(HKEY_CURRENT_USER, "Lumivane2", "LocalUserName", "somebody");
+    g_bAbort = 0;
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, "Lumivane2", "LocalUserName"), "somebody");
+}
+
+TEST_F(KernelWindowTest, AnOlderVersionIsClosedAfterAWord)
+{
+    // The older program's main window, on the host's thread.
+    host.Run([] {
+        WNDCLASSA windowClass = {};
+        windowClass.lpfnWndProc = DefWindowProcA;
+        windowClass.hInstance = GetModuleHandleA(nullptr);
+        windowClass.lpszClassName = "LumVanClass";
+        RegisterClassA(&windowClass);
+        CreateWindowA("LumVanClass", "", 0, 0, 0, 10, 10, nullptr, nullptr, windowClass.hInstance, nullptr);
+    });
+    ASSERT_NE(FindWindowA("LumVanClass", nullptr), nullptr);
+    BoxAnswerer answerer("Lumivane 2", IDOK);
+    ASSERT_TRUE(Start());
+    Tick(TIMER_BUTTON_POLL);
+    EXPECT_TRUE(answerer.Boxes().empty()) << "not after a button poll";
+    Tick(TIMER_RESERVATION);
+    ASSERT_TRUE(answerer.WaitForBoxes(1));
+    EXPECT_EQ(FindWindowA("LumVanClass", nullptr), nullptr);
+    Tick(TIMER_RESERVATION);
+    const auto boxes = answerer.Boxes();
+    ASSERT_EQ(boxes.size(), 1u) << "once";
+    EXPECT_EQ(boxes[0].text, Ansi("旧バージョンのLumivaneを終了させます。"));
+    EXPECT_EQ(boxes[0].icon, 'i');
+    EXPECT_EQ(boxes[0].buttons, std::vector<int>{IDOK});
+}
+
+TEST_F(KernelWindowTest, MissingProcessLibrary)
+{
+    BoxAnswerer answerer("Lumivane 2", IDOK);
+    InjectFault(Fault::Library);
+    if (GetPlatformId() == PLATFORM_WIN95) {
+        EXPECT_TRUE(Start()) << "that family needs no such library";
+        EXPECT_EQ(g_hPsapi, nullptr);
+        return;
+    }
+    ASSERT_EQ(Init(), 1) << "the thread itself was started";
+    ASSERT_TRUE(answerer.WaitForBoxes(1));
+    Stop();
+    const auto boxes = answerer.Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(OneLine(boxes[0].text), Ansi(noMonitorText));
+    EXPECT_EQ(boxes[0].icon, 'x');
+    EXPECT_EQ(g_hKernelWnd, nullptr);
+    EXPECT_EQ(PluginOpenPanel(nullptr), 0);
+}
+
+TEST_F(KernelWindowTest, ATimerThatCannotBeArmedEndsTheWindow)
+{
+    const struct {
+        int nth; // of the timers armed at creation
+        Lines texts;
+    } cases[] = {
+        // The creation goes on without its window, so the second timer fails with the first.
+        {2, {"Fore Ground Window can't check", "On Timer can't set"}},
+        {3, {"On Timer can't set"}},
+    };
+    for (const auto &c : cases) {
+        BoxAnswerer answerer("Lumivane 2", IDOK);
+        InjectFault(Fault::Timer, c.nth);
+        g_bAbort = 0;
+        ASSERT_EQ(Init(), 1);
+        ASSERT_TRUE(answerer.WaitForBoxes(c.texts.size()));
+        Stop();
+        EXPECT_EQ(g_hKernelWnd, nullptr);
+        Lines texts;
+        for (const AnsweredBox &box : answerer.Boxes()) {
+            texts.push_back(box.text);
+            EXPECT_EQ(box.icon, 'x');
+        }
+        EXPECT_EQ(texts, c.texts);
+    }
+}
+
+TEST_F(KernelWindowTest, ClosingTheWindowShutsDown)
+{
+    ASSERT_TRUE(Start());
+    StartUp();
+    host.TakeLog();
+    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag", 1);
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_CLOSE, 0, 0), 1);
+    EXPECT_EQ(g_hKernelWnd, nullptr);
+    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0"}));
+    EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag"), 0u);
+}
+
+TEST_F(KernelWindowTest, DisplayControlPanelIsStartedAndSearchedFor)
+{
+    ASSERT_TRUE(Start());
+    TakeRecordedCalls();
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_COMMAND, COMMAND_DISPLAY_CPL + 1, 0), 1);
+    EXPECT_EQ(TakeRecordedCalls(), Lines{});
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_COMMAND, MAKEWPARAM(COMMAND_DISPLAY_CPL, 5), 0), 1);
+    EXPECT_EQ(TakeRecordedCalls(), Lines{"WinExec control.exe desk.cpl 1"});
+
+    // A property sheet belongs to the common controls library: here one whose instance is that library's.
+    s_SelectedPage = 0;
+    HWND sheet = nullptr;
+    host.Run([&] {
+        WNDCLASSA windowClass = {};
+        windowClass.lpfnWndProc = SheetProc;
+        windowClass.hInstance = GetModuleHandleA("comctl32.dll");
+        windowClass.lpszClassName = "lvkernel_tests_sheet";
+        RegisterClassA(&windowClass);
+        sheet = CreateWindowA("lvkernel_tests_sheet", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                              windowClass.hInstance, nullptr);
+    });
+    Tick(TIMER_DISPLAY_CPL);
+    EXPECT_EQ(s_SelectedPage, 0) << "not while it is hidden";
+    host.Run([&] { ShowWindow(sheet, SW_SHOWNA); });
+    Tick(TIMER_DISPLAY_CPL);
+    EXPECT_EQ(s_SelectedPage, 800);
+    EXPECT_FALSE(KillTimer(g_hKernelWnd, TIMER_DISPLAY_CPL)) << "the search has ended";
+    host.Run([&] { DestroyWindow(sheet); });
+
+    BoxAnswerer answerer("MainPanelProc", IDOK);
+    InjectFault(Fault::Timer);
+    EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_COMMAND, COMMAND_DISPLAY_CPL, 0), 1);
+    const auto boxes = answerer.Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Fail to set timer");
+    EXPECT_EQ(boxes[0].icon, ' ');
+    EXPECT_EQ(TakeRecordedCalls(), Lines{"WinExec control.exe desk.cpl 1"});
+}
+
+TEST_F(HostTest, ColorChangeQuestion)
+{
+    BoxAnswerer answerer("Lumivane 2", IDYES);
+    EXPECT_EQ(AskColorChange(nullptr), 1);
+    const auto boxes = answerer.Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(OneLine(boxes[0].text), Ansi("登録されたアプリケーションが起動されました。\n画面の配色を変更しますか?"));
+    EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
+    EXPECT_FALSE(boxes[0].owned);
+    PutDword(HKEY_CURRENT_USER, "Lumivane2", "NoAskDialog", 0);
+    EXPECT_EQ(AskColorChange(nullptr), 1);
+    EXPECT_EQ(answerer.Boxes().size(), 2u);
+    PutDword(HKEY_CURRENT_USER, "Lumivane2", "NoAskDialog", 1);
+    EXPECT_EQ(AskColorChange(nullptr), 1);
+    EXPECT_EQ(answerer.Boxes().size(), 2u) << "not asked";
+}
+
+TEST_F(HostTest, ColorChangeRefused)
+{
+    BoxAnswerer answerer("Lumivane 2", IDNO);
+    EXPECT_EQ(AskColorChange(nullptr), 0);
+}

@@ -1,0 +1,95 @@
+// A thread that looks for message boxes and presses their buttons.
+#include "support/box_answerer.h"
+
+#include <algorithm>
+
+BoxAnswerer::BoxAnswerer(std::string caption, int button)
+    : m_caption(std::move(caption)), m_button(button), m_stop(CreateEventA(nullptr, TRUE, FALSE, nullptr)),
+      m_thread([this] { Watch(); })
+{
+}
+
+BoxAnswerer::~BoxAnswerer()
+{
+    SetEvent(m_stop);
+    m_thread.join();
+    CloseHandle(m_stop);
+}
+
+std::vector<AnsweredBox> BoxAnswerer::Boxes()
+{
+    const std::lock_guard lock(m_lock);
+    return m_boxes;
+}
+
+bool BoxAnswerer::WaitForBoxes(size_t count)
+{
+    for (int round = 0; round < 1000; ++round) {
+        if (Boxes().size() >= count)
+            return true;
+        Sleep(10);
+    }
+    return false;
+}
+
+void BoxAnswerer::Watch()
+{
+    while (WaitForSingleObject(m_stop, 10) == WAIT_TIMEOUT)
+        EnumWindows(OnWindow, reinterpret_cast<LPARAM>(this));
+}
+
+BOOL CALLBACK BoxAnswerer::OnWindow(HWND window, LPARAM self)
+{
+    DWORD process = 0;
+    char className[32] = "";
+    GetWindowThreadProcessId(window, &process);
+    GetClassNameA(window, className, sizeof className);
+    // Item 0xFFFF is the text of a message box; other dialogs have none.
+    if (process == GetCurrentProcessId() && !strcmp(className, "#32770") && IsWindowVisible(window) &&
+        GetDlgItem(window, 0xFFFF))
+        reinterpret_cast<BoxAnswerer *>(self)->Answer(window);
+    return TRUE;
+}
+
+static std::string TextOf(HWND window)
+{
+    char text[1024] = "";
+    GetWindowTextA(window, text, sizeof text);
+    return text;
+}
+
+static char IconOf(HWND box)
+{
+    const struct {
+        LPCSTR icon;
+        char letter;
+    } icons[] = {{IDI_HAND, 'x'}, {IDI_QUESTION, '?'}, {IDI_EXCLAMATION, '!'}, {IDI_ASTERISK, 'i'}};
+    char className[32];
+    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        GetClassNameA(child, className, sizeof className);
+        if (_stricmp(className, "Static") || (GetWindowLongA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)
+            continue;
+        const auto shown = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
+        for (const auto &known : icons)
+            if (shown && shown == LoadIconA(nullptr, known.icon))
+                return known.letter;
+    }
+    return ' ';
+}
+
+void BoxAnswerer::Answer(HWND box)
+{
+    if (TextOf(box) != m_caption || std::count(m_answered.begin(), m_answered.end(), box))
+        return;
+    AnsweredBox answered = {
+        m_caption, TextOf(GetDlgItem(box, 0xFFFF)), {}, IconOf(box), GetWindow(box, GW_OWNER) != nullptr};
+    for (int id = IDOK; id <= IDNO; ++id)
+        if (GetDlgItem(box, id) && IsWindowVisible(GetDlgItem(box, id)))
+            answered.buttons.push_back(id);
+    m_answered.push_back(box);
+    {
+        const std::lock_guard lock(m_lock);
+        m_boxes.push_back(answered);
+    }
+    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(m_button), 0);
+}

@@ -1,0 +1,282 @@
+// A host window, scripted monitors, and answers right and wrong.
+#include "support/test_host.h"
+
+#include <cstdio>
+#include <utility>
+
+static const char className[] = "lvkernel_tests_host";
+constexpr UINT WM_RUN = WM_APP; // wParam: a function to run
+
+TestMonitor ColorMonitor(const std::string &model)
+{
+    return {model,
+            "(prot(monitor)type(lcd)model(" + model +
+                ")cmds(01 02 03)vcp(02 04 10 12 14(01 05 08 0B) 16 18 1A 60(01 03) E0 F2)mccs_ver(2.0))",
+            {{0x10, {60, 100}},
+             {0x12, {70, 100}},
+             {0x14, {5, 11}},
+             {0x16, {81, 100}},
+             {0x18, {82, 100}},
+             {0x1A, {83, 100}},
+             {0x60, {3, 3}},
+             {0xE0, {0, 1}},
+             {0xF2, {0, 255}}},
+            {}};
+}
+
+LONG TestRequest::Word(size_t index) const
+{
+    LONG word = 0;
+    if ((index + 1) * sizeof word <= payload.size())
+        memcpy(&word, payload.data() + index * sizeof word, sizeof word);
+    return word;
+}
+
+TestHost::TestHost(PLUGINSLOT receive) : m_receive(receive)
+{
+    const HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    m_thread = std::thread([this, ready] {
+        WNDCLASSA windowClass = {};
+        windowClass.lpfnWndProc = WindowProc;
+        windowClass.hInstance = GetModuleHandleA(nullptr);
+        windowClass.lpszClassName = className;
+        RegisterClassA(&windowClass);
+        m_window = CreateWindowA(className, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, this);
+        SetEvent(ready);
+        Serve();
+    });
+    WaitForSingleObject(ready, INFINITE);
+    CloseHandle(ready);
+}
+
+TestHost::~TestHost()
+{
+    PostMessageA(m_window, WM_CLOSE, 0, 0);
+    m_thread.join();
+    for (std::thread &later : m_later)
+        later.join();
+}
+
+void TestHost::Serve()
+{
+    MSG message;
+    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        DispatchMessageA(&message);
+}
+
+LRESULT CALLBACK TestHost::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_CREATE)
+        SetWindowLongA(window, GWL_USERDATA,
+                       reinterpret_cast<LONG>(reinterpret_cast<const CREATESTRUCTA *>(lParam)->lpCreateParams));
+    auto *host = reinterpret_cast<TestHost *>(GetWindowLongA(window, GWL_USERDATA));
+    switch (message) {
+    case WM_HOST_PACKET:
+        host->OnRequest(*reinterpret_cast<const HOSTPACKET *>(lParam));
+        return 0;
+    case WM_HOST_REPLY:
+        host->OnReply(*reinterpret_cast<const HOSTPACKET *>(lParam));
+        return 0;
+    case WM_RUN:
+        (*reinterpret_cast<const std::function<void()> *>(wParam))();
+        return 0;
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+void TestHost::Run(const std::function<void()> &what)
+{
+    SendMessageA(m_window, WM_RUN, reinterpret_cast<WPARAM>(&what), 0);
+}
+
+void TestHost::Introduce()
+{
+    HOSTPACKET packet = {};
+    packet.src = address;
+    packet.wCommand = HOST_NOTICE;
+    m_receive(&packet);
+}
+
+static TestRequest CopyRequest(const HOSTPACKET &packet)
+{
+    TestRequest request = {packet, packet.lpData->dwRequestID, packet.lpData->wCode, {}};
+    const BYTE *payload = HostPayload(packet.lpData);
+    request.payload.assign(payload, payload + packet.lpData->dwSize - sizeof(HOSTDATA));
+    return request;
+}
+
+static std::string Describe(const TestRequest &request)
+{
+    char text[64] = "";
+    const int monitor = static_cast<int>(request.Word(0));
+    switch (request.packet.wCommand) {
+    case HOST_NOTICE:
+        return "notice " + std::to_string(request.code);
+    case HOST_SET_VCP:
+        snprintf(text, sizeof text, "set %d %02X = %ld", monitor, request.code, request.Word(1));
+        return text;
+    case HOST_GET_VCP:
+        snprintf(text, sizeof text, "get %d %02X", monitor, request.code);
+        return text;
+    case HOST_SET_DIRECTLINK:
+        snprintf(text, sizeof text, "directlink %d = %ld", monitor, request.Word(1));
+        return text;
+    case HOST_SET_INPUT_LIST: {
+        std::string list = "inputs " + std::to_string(monitor) + ":";
+        for (size_t value = 0; value < HOST_INPUT_COUNT; ++value)
+            if (request.Word(value + 1))
+                list += " " + std::to_string(value);
+        return list;
+    }
+    case HOST_GET_MONITOR_COUNT:
+        return "count";
+    case HOST_GET_MONITOR_NAME:
+        return "name " + std::to_string(monitor);
+    case HOST_GET_CAPABILITIES:
+        return "capabilities " + std::to_string(monitor);
+    case HOST_GET_EDID:
+        return "edid " + std::to_string(monitor);
+    }
+    return "unknown " + std::to_string(request.packet.wCommand);
+}
+
+static std::vector<BYTE> Bytes(const void *data, size_t size, size_t padded)
+{
+    std::vector<BYTE> bytes(padded, 0);
+    memcpy(bytes.data(), data, size < padded ? size : padded);
+    return bytes;
+}
+
+static std::vector<BYTE> Words(std::initializer_list<LONG> words)
+{
+    return Bytes(words.begin(), words.size() * sizeof(LONG), words.size() * sizeof(LONG));
+}
+
+// Carries a request out on the monitors. Result: the payload of the answer. Called with the lock held.
+std::vector<BYTE> TestHost::Carry(const TestRequest &request)
+{
+    const size_t index = static_cast<size_t>(request.Word(0));
+    TestMonitor *monitor = index < monitors.size() ? &monitors[index] : nullptr;
+    const auto feature = [&]() -> TestFeature * {
+        const auto code = static_cast<BYTE>(request.code);
+        return monitor && monitor->features.count(code) ? &monitor->features[code] : nullptr;
+    };
+    switch (request.packet.wCommand) {
+    case HOST_SET_VCP:
+        if (!feature())
+            return Words({-1});
+        feature()->current = request.Word(1);
+        return Words({1});
+    case HOST_GET_VCP:
+        return feature() ? Words({feature()->current, feature()->maximum}) : Words({-1, -1});
+    case HOST_GET_MONITOR_COUNT:
+        return Words({count.value_or(static_cast<LONG>(monitors.size()))});
+    case HOST_GET_MONITOR_NAME:
+        return monitor ? Bytes(monitor->model.data(), monitor->model.size(), HOST_NAME_SIZE)
+                       : std::vector<BYTE>(HOST_NAME_SIZE);
+    case HOST_GET_CAPABILITIES:
+        return monitor ? Bytes(monitor->capabilities.data(), monitor->capabilities.size(), HOST_CAPABILITIES_SIZE)
+                       : std::vector<BYTE>(HOST_CAPABILITIES_SIZE);
+    case HOST_GET_EDID:
+        return monitor ? Bytes(monitor->edid.data(), HOST_EDID_SIZE, HOST_EDID_SIZE)
+                       : std::vector<BYTE>(HOST_EDID_SIZE);
+    }
+    return Words({1});
+}
+
+void TestHost::OnRequest(const HOSTPACKET &packet)
+{
+    const TestRequest request = CopyRequest(packet);
+    std::vector<BYTE> payload;
+    {
+        const auto lock = Lock();
+        m_requests.push_back(request);
+        m_log.push_back(Describe(request));
+        payload = Carry(request);
+        m_noted.notify_all();
+    }
+    if (packet.wCommand == HOST_NOTICE)
+        return;
+    const Answer answer = plan(request);
+    if (answer.kind != Answer::Later) {
+        Deliver(request, payload, answer.kind);
+        return;
+    }
+    m_later.emplace_back([this, request, payload, delay = answer.delay] {
+        Sleep(delay);
+        Deliver(request, payload, Answer::Inline);
+    });
+}
+
+void TestHost::Deliver(const TestRequest &request, const std::vector<BYTE> &payload, Answer::Kind kind)
+{
+    if (kind == Answer::Never)
+        return;
+    const size_t length = kind == Answer::ShortBlock ? payload.size() / 2 : payload.size();
+    HOSTDATA *data = MakeDataBlock(request.code, payload.data(), static_cast<DWORD>(length), request.id);
+    HOSTPACKET packet = {address, request.packet.src, 0, 0, data->dwSize, data, request.packet.wCommand, 0};
+    if (kind == Answer::WrongSize)
+        ++packet.dwDataSize;
+    if (kind == Answer::WrongSource)
+        ++packet.src.bSubClass;
+    if (kind == Answer::WrongCommand)
+        packet.wCommand = HOST_NOTICE;
+    if (kind == Answer::WrongNumber)
+        data->dwRequestID = REQUEST_COUNT + request.id;
+    m_receive(&packet);
+    if (kind == Answer::Twice)
+        m_receive(&packet);
+    FreeDataBlock(data);
+}
+
+void TestHost::OnReply(const HOSTPACKET &packet)
+{
+    const HOSTDATA *data = packet.lpData;
+    TestReply reply = {packet.dst, packet.wCommand, packet.wFlags, data->dwRequestID, data->wCode, {}};
+    reply.payload.assign(HostPayload(data), HostPayload(data) + data->dwSize - sizeof(HOSTDATA));
+    char text[96];
+    snprintf(text, sizeof text, "reply %d code %d id %lu: %u bytes", packet.wCommand, data->wCode, data->dwRequestID,
+             static_cast<unsigned>(reply.payload.size()));
+    const auto lock = Lock();
+    m_replies.push_back(reply);
+    m_log.push_back(text);
+    m_noted.notify_all();
+}
+
+Lines TestHost::Log()
+{
+    const auto lock = Lock();
+    return m_log;
+}
+
+Lines TestHost::TakeLog()
+{
+    const auto lock = Lock();
+    return std::exchange(m_log, {});
+}
+
+bool TestHost::WaitFor(const std::string &entry)
+{
+    auto lock = Lock();
+    return m_noted.wait_for(lock, std::chrono::seconds(10), [&] {
+        for (const std::string &line : m_log)
+            if (line == entry)
+                return true;
+        return false;
+    });
+}
+
+std::vector<TestRequest> TestHost::Requests()
+{
+    const auto lock = Lock();
+    return m_requests;
+}
+
+std::vector<TestReply> TestHost::Replies()
+{
+    const auto lock = Lock();
+    return m_replies;
+}
