@@ -124,13 +124,14 @@ int StartKernelThread(HWND hHostWnd)
     return 0;
 }
 
-// Waits for a thread without closing our own windows to it: its shutdown sends packets to the host's window, which may
-// belong to the very thread that waits here.
+// Waits for a thread and still serves it: its shutdown sends packets to the host's window, which may belong to the very
+// thread that waits here.
 static void JoinWhileServingSentMessages(HANDLE hThread)
 {
     MSG message;
     while (MsgWaitForMultipleObjects(1, &hThread, FALSE, INFINITE, QS_SENDMESSAGE) == WAIT_OBJECT_0 + 1)
         PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE); // delivers what was sent, leaves what was posted
+    WaitForSingleObject(hThread, INFINITE); // over, unless the wait above failed
 }
 
 int StopKernelThread()

@@ -37,7 +37,8 @@ build_all() {
 # never for a compiler.
 wine_environment() {
     export WINEPREFIX=$build/wine WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES='mscoree=,mshtml='
-    export LC_ALL=${LUMIVANE_LOCALE:-ja_JP.UTF-8}
+    # bash itself need not know a locale that was made a moment ago.
+    { export LC_ALL=${LUMIVANE_LOCALE:-ja_JP.UTF-8}; } 2>/dev/null
 }
 
 xvfb_pid=
