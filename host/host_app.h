@@ -1,0 +1,39 @@
+// The running host: its window, what it owns, and the order in which all of it starts and stops.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "host/options.h"
+#include "host/plugin_loader.h"
+#include "host/router.h"
+#include "host/simulated_monitor.h"
+
+struct HOSTAPP {
+    HINSTANCE hInstance;
+    OPTIONS options;
+    SIMULATION simulation;
+    PLUGIN plugin;
+    ROUTER router;
+    HWND hWnd;           // the host window: gets the plug-in's packets, never shown
+    bool isRunning;      // slot 0 was called and slot 15 was not
+    bool hasTray;
+    bool commandsDone;
+    std::thread tour;
+    int status;          // the process's exit status
+};
+
+constexpr DWORD START_PATIENCE = 30000; // ms without any packet after which start-up counts as failed
+
+// Runs the host from start to stop and returns the exit status. The console is open already.
+int RunHost(HOSTAPP *app);
+
+// Runs a function on the window's thread and returns when it is done. Any other thread.
+void CallOnWindow(HOSTAPP *app, const std::function<void()> &function);
+
+// Slot 15, once; the window's thread. Returns the slot's result, or 0 when the plug-in does not run.
+int StopRunningPlugin(HOSTAPP *app);
+
+// Has the message loop end with this status. Any thread.
+void EndHost(HOSTAPP *app, int status);

@@ -1,0 +1,172 @@
+// The command line of trayhub.exe: one table of options, from which both reading and help are made.
+#include "host/options.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "host/text.h"
+
+std::vector<std::string> CommandLineWords()
+{
+    std::vector<std::string> words;
+    int count = 0;
+    if (wchar_t **list = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        for (int i = 1; i < count; i++)
+            words.push_back(Narrow(list[i]));
+        LocalFree(list);
+    }
+    return words;
+}
+
+std::string ProgramFolder()
+{
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH - 1);
+    const std::string text = Narrow(path);
+    return text.substr(0, text.find_last_of('\\'));
+}
+
+static bool TakeMonitors(OPTIONS *options, const std::string &value, std::string *error)
+{
+    options->monitors.clear();
+    if (value == "none")
+        return true;
+    options->monitors = SplitAt(value, ',');
+    for (const std::string &path : options->monitors) {
+        if (path.empty()) {
+            *error = "--monitors has an empty name in its list";
+            return false;
+        }
+    }
+    return true;
+}
+
+static bool TakeCommand(OPTIONS *options, const std::string &value, std::string *error)
+{
+    HOSTCOMMAND command;
+    if (!ParseHostCommand(value, &command, error)) {
+        *error = "--command " + *error;
+        return false;
+    }
+    options->commands.push_back(command);
+    return true;
+}
+
+static bool TakePlugin(OPTIONS *options, const std::string &value, std::string *)
+{
+    options->plugin = value;
+    return true;
+}
+
+static bool TakeLog(OPTIONS *options, const std::string &value, std::string *)
+{
+    options->log = value;
+    return true;
+}
+
+static bool TakeTour(OPTIONS *options, const std::string &value, std::string *)
+{
+    options->tour = value;
+    return true;
+}
+
+// An option has a flag to set, or a value that a function takes.
+static const struct OPTIONKIND {
+    const char *name;
+    const char *value; // what help calls the value; null for a flag
+    const char *help;  // lines of help, the first beside the name
+    bool OPTIONS::*flag;
+    bool (*take)(OPTIONS *options, const std::string &value, std::string *error);
+} s_options[] = {
+    {"--help", nullptr, "show this text and end", &OPTIONS::help, nullptr},
+    {"--plugin", "FILE", "the plug-in to load; lvkernel.dll beside the program if not given", nullptr, TakePlugin},
+    {"--monitors", "LIST",
+     "monitor files or folders of them, separated by commas; a folder stands for its *.ini\n"
+     "in name order, 'none' for no monitor at all; the folder 'monitors' beside the program\n"
+     "if not given",
+     nullptr, TakeMonitors},
+    {"--windows", nullptr, "show the monitors' windows at the start", &OPTIONS::windows, nullptr},
+    {"--no-tray", nullptr,
+     "no tray icon; the program ends when its last window is closed.\n"
+     "A right click on a monitor's window opens the menu, with or without a tray icon",
+     &OPTIONS::noTray, nullptr},
+    {"--command", "TEXT",
+     "after start-up, give the plug-in a command and print its answer; may be given again", nullptr, TakeCommand},
+    {"--quit", nullptr, "end after start-up and the commands; status 1 when one was not answered", &OPTIONS::quit,
+     nullptr},
+    {"--log", "FILE", "write every packet and every access to a monitor to FILE", nullptr, TakeLog},
+    {"--tour", "FOLDER",
+     "show by itself what the program does, then end. At each step worth a picture the line\n"
+     "PICTURE NAME is printed, and FOLDER\\NAME.png is waited for, for a few seconds.\n"
+     "Status 1 when a step fails",
+     nullptr, TakeTour},
+};
+
+static const OPTIONKIND *FindOption(const std::string &name)
+{
+    for (const OPTIONKIND &kind : s_options)
+        if (name == kind.name)
+            return &kind;
+    return nullptr;
+}
+
+bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::string *error)
+{
+    *options = {};
+    options->plugin = ProgramFolder() + "\\lvkernel.dll";
+    options->monitors = {ProgramFolder() + "\\monitors"};
+    for (size_t i = 0; i < words.size(); i++) {
+        const OPTIONKIND *kind = FindOption(words[i]);
+        if (!kind) {
+            *error = Format("'%s' is no option; --help lists them", words[i].c_str());
+            return false;
+        }
+        if (kind->flag) {
+            options->*kind->flag = true;
+            continue;
+        }
+        if (i + 1 == words.size() || words[i + 1].empty()) {
+            *error = Format("%s needs a %s behind it", kind->name, kind->value);
+            return false;
+        }
+        if (!kind->take(options, words[++i], error))
+            return false;
+    }
+    return true;
+}
+
+static std::string OptionHelp(const OPTIONKIND &kind)
+{
+    std::string text;
+    const char *separator = "";
+    std::string left = std::string("  ") + kind.name + (kind.value ? std::string(" ") + kind.value : "");
+    for (const std::string &line : SplitAt(kind.help, '\n')) {
+        text += separator + Format("%-20s %s", left.c_str(), line.c_str());
+        separator = "\n";
+        left.clear();
+    }
+    return text + "\n";
+}
+
+std::string HelpText()
+{
+    std::string text = "trayhub - loads the monitor-control plug-in, and stands between it and the monitors\n"
+                       "\n"
+                       "  trayhub [OPTION ...]\n"
+                       "\n";
+    for (const OPTIONKIND &kind : s_options)
+        text += OptionHelp(kind);
+    text += "\nCommands for --command:\n" + DescribeHostCommands();
+    text += "\n"
+            "A line of the log is: TIME DIRECTION KIND NAME=VALUE ..., with blanks between, for example\n"
+            "  2024-05-31T14:07:09.271 host>monitor read monitor=0 code=0x10 feature=brightness value=80 max=100 "
+            "result=ok ms=20\n"
+            "TIME is local. DIRECTION is plugin>host, host>plugin, host>monitor or host; KIND says what it was\n"
+            "(request, notice, reply, command, slot, read, write, ..., event). Texts are in double quotes, with a\n"
+            "backslash before quotes and backslashes in them.\n"
+            "\n"
+            "Status: 0 all went well; 1 something did not work; 2 the command line, the plug-in or a monitor file\n"
+            "cannot be used.\n";
+    return text;
+}

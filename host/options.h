@@ -1,0 +1,31 @@
+// The command line of trayhub.exe.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/host_command.h"
+
+struct OPTIONS {
+    bool help;
+    bool windows;  // show the monitors' windows at the start
+    bool noTray;
+    bool quit;     // end by ourselves after start-up and commands
+    std::string plugin;
+    std::vector<std::string> monitors; // files and folders; empty: no monitors at all
+    std::string log;                   // empty: none
+    std::string tour;                  // folder of the tour's pictures; empty: no tour
+    std::vector<HOSTCOMMAND> commands;
+};
+
+// The words of this process's own command line behind the program's name.
+std::vector<std::string> CommandLineWords();
+
+// The folder of the running program, without a backslash at its end.
+std::string ProgramFolder();
+
+// Reads the words. Defaults are taken from ProgramFolder(). Returns false and says why in *error.
+bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::string *error);
+
+// What --help prints.
+std::string HelpText();

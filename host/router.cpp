@@ -1,0 +1,330 @@
+// The host's end of the packet link: takes requests from the window, works them off on a thread, answers through slot 2.
+#include "host/router.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/packet_log.h"
+#include "host/text.h"
+
+// ---- Asking the backend ---------------------------------------------------------------------------------------------
+
+// What an access to a monitor gave, and how long it took, for the log.
+static void LogAccess(const char *kind, const PACKET *request, const std::string &fields, MONITORRESULT result,
+                      DWORD startTick)
+{
+    LogLine("host>monitor", kind,
+            Format("monitor=%d%s result=%s ms=%lu", static_cast<int>(PayloadDword(request, 0)), fields.c_str(),
+                   MonitorResultName(result), GetTickCount() - startTick));
+}
+
+static std::string CodeFields(BYTE code) { return Format(" code=0x%02X feature=%s", code, FeatureName(code)); }
+
+static bool IsDone(MONITORRESULT result) { return result == MONITOR_OK || result == MONITOR_IGNORED; }
+
+// The functions below each work off one kind of request: they fill the answer's payload, and say how it went. A failed
+// read answers -1 and -1, a failed write 0, a text or block that could not be had zeros.
+
+static MONITORRESULT AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    const WORD wide = PacketData(request)->wCode;
+    const BYTE code = static_cast<BYTE>(wide);
+    const WORD value = PayloadWord(request, 4);
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result =
+        wide > 0xFF ? MONITOR_FAILED
+                    : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), code, value);
+    LogAccess("write", request, CodeFields(code) + Format(" value=%u", value), result, start);
+    AppendDword(answer, IsDone(result));
+    return result;
+}
+
+static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    const WORD wide = PacketData(request)->wCode;
+    const BYTE code = static_cast<BYTE>(wide);
+    WORD value = 0, maximum = 0;
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result =
+        wide > 0xFF
+            ? MONITOR_FAILED
+            : backend->getVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), code, &value, &maximum);
+    LogAccess("read", request, CodeFields(code) + (IsDone(result) ? Format(" value=%u max=%u", value, maximum) : ""),
+              result, start);
+    AppendDword(answer, IsDone(result) ? value : 0xFFFFFFFF);
+    AppendDword(answer, IsDone(result) ? maximum : 0xFFFFFFFF);
+    return result;
+}
+
+static MONITORRESULT AnswerInputList(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    DWORD flags[HOST_INPUT_COUNT];
+    for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
+        flags[n] = PayloadDword(request, 4 + 4 * n);
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result =
+        backend->inputList(backend->context, static_cast<int>(PayloadDword(request, 0)), flags);
+    LogAccess("input-list", request, "", result, start);
+    AppendDword(answer, IsDone(result));
+    return result;
+}
+
+static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    const bool on = PayloadDword(request, 4) != 0;
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result =
+        backend->directLink(backend->context, static_cast<int>(PayloadDword(request, 0)), on);
+    LogAccess("directlink", request, Format(" on=%d", on), result, start);
+    AppendDword(answer, IsDone(result));
+    return result;
+}
+
+static MONITORRESULT AnswerCount(const MONITORBACKEND *backend, const PACKET *, std::vector<BYTE> *answer)
+{
+    AppendDword(answer, static_cast<DWORD>(backend->count(backend->context)));
+    return MONITOR_OK;
+}
+
+static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    char text[HOST_NAME_SIZE] = {};
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result = backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), text);
+    LogAccess("name", request, "", result, start);
+    answer->assign(text, text + sizeof(text));
+    return result;
+}
+
+static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request,
+                                        std::vector<BYTE> *answer)
+{
+    char text[HOST_CAPABILITIES_SIZE] = {};
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result =
+        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), text);
+    LogAccess("capabilities", request, "", result, start);
+    answer->assign(text, text + sizeof(text));
+    return result;
+}
+
+static MONITORRESULT AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+{
+    BYTE block[HOST_EDID_SIZE] = {};
+    const DWORD start = GetTickCount();
+    const MONITORRESULT result = backend->edid(backend->context, static_cast<int>(PayloadDword(request, 0)), block);
+    LogAccess("edid", request, "", result, start);
+    answer->assign(block, block + sizeof(block));
+    return result;
+}
+
+static const struct {
+    WORD command;
+    MONITORRESULT (*answer)(const MONITORBACKEND *, const PACKET *, std::vector<BYTE> *);
+} s_answerers[] = {
+    {HOST_SET_VCP, AnswerSetVcp},           {HOST_SET_INPUT_LIST, AnswerInputList},
+    {HOST_SET_DIRECTLINK, AnswerDirectLink}, {HOST_GET_VCP, AnswerGetVcp},
+    {HOST_GET_MONITOR_COUNT, AnswerCount},  {HOST_GET_MONITOR_NAME, AnswerName},
+    {HOST_GET_CAPABILITIES, AnswerCapabilities}, {HOST_GET_EDID, AnswerEdid},
+};
+
+// ---- What the plug-in knows -----------------------------------------------------------------------------------------
+
+static std::string PayloadText(const PACKET *packet)
+{
+    const char *text = reinterpret_cast<const char *>(HostPayload(PacketData(packet)));
+    return std::string(text, strnlen(text, PayloadSize(packet)));
+}
+
+// Notes what a request and the answer to it have told the plug-in.
+static void NoteExchange(ROUTER *router, const PACKET *request, const PACKET *answer)
+{
+    const DWORD index = PayloadDword(request, 0);
+    if (PayloadSize(request) < 4 || index >= WIRE_MONITOR_LIMIT)
+        return;
+    std::lock_guard lock(router->mutex);
+    if (router->wire.size() <= index)
+        router->wire.resize(index + 1);
+    WIREMONITOR *monitor = &router->wire[index];
+    switch (request->header.wCommand) {
+    case HOST_GET_MONITOR_NAME:
+        monitor->hasName = true;
+        monitor->name = PayloadText(answer);
+        break;
+    case HOST_GET_CAPABILITIES:
+        monitor->hasCapabilities = true;
+        monitor->capabilities = PayloadText(answer);
+        break;
+    case HOST_SET_INPUT_LIST:
+        monitor->hasInputs = true;
+        for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
+            monitor->inputs[n] = PayloadDword(request, 4 + 4 * n);
+        break;
+    case HOST_GET_VCP:
+        monitor->readings[PacketData(request)->wCode & 0xFF] = {true, static_cast<int>(PayloadDword(answer, 0)),
+                                                                static_cast<int>(PayloadDword(answer, 4))};
+        break;
+    default:
+        break;
+    }
+}
+
+// ---- The worker -----------------------------------------------------------------------------------------------------
+
+ENDPOINT HostEndpoint() { return {HOST_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_DDCCI}; }
+
+// Hands a packet to a slot. The block is a copy that only has to live until the slot returns.
+static int CallSlot(ROUTER *router, int slot, PACKET *packet)
+{
+    HOSTPACKET header = packet->header;
+    header.lpData = PacketData(packet);
+    return router->slots[slot](&header);
+}
+
+static void WorkOff(ROUTER *router, const PACKET *request)
+{
+    for (const auto &answerer : s_answerers) {
+        if (answerer.command != request->header.wCommand)
+            continue;
+        std::vector<BYTE> payload;
+        if (answerer.answer(&router->backend, request, &payload) == MONITOR_SILENT)
+            return;
+        PACKET answer = MakePacket(HostEndpoint(), request->header.src, request->header.wCommand,
+                                   PacketData(request)->wCode, PacketData(request)->dwRequestID, payload);
+        // Before the plug-in goes on: who waits for its next step must find all that led to it.
+        NoteExchange(router, request, &answer);
+        const int taken = CallSlot(router, PLUGIN_SLOT_RECEIVE, &answer);
+        LogLine("host>plugin", "reply", DescribeAnswer(&answer) + Format(" taken=%d", taken));
+        return;
+    }
+}
+
+static void WorkerLoop(ROUTER *router)
+{
+    for (;;) {
+        PACKET request;
+        {
+            std::unique_lock lock(router->mutex);
+            router->arrived.wait(lock, [router] { return router->stopping || !router->requests.empty(); });
+            if (router->stopping)
+                return;
+            request = std::move(router->requests.front());
+            router->requests.pop_front();
+        }
+        WorkOff(router, &request);
+    }
+}
+
+void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend)
+{
+    router->slots = slots;
+    router->backend = backend;
+    router->stopping = false;
+    router->lastPacketTick = GetTickCount();
+    router->worker = std::thread(WorkerLoop, router);
+}
+
+void StopRouter(ROUTER *router)
+{
+    {
+        std::lock_guard lock(router->mutex);
+        router->stopping = true;
+    }
+    router->arrived.notify_all();
+    if (router->worker.joinable())
+        router->worker.join();
+}
+
+// ---- What arrives at the window -------------------------------------------------------------------------------------
+
+static LRESULT RefusePacket(const PACKET *packet, const char *reason)
+{
+    LogLine("plugin>host", "malformed",
+            Format("command=%u size=%lu reason=", packet->header.wCommand, packet->header.dwDataSize) + Quoted(reason));
+    return 0;
+}
+
+// Why a well-formed packet still cannot be worked off; null when it can.
+static const char *FindFault(const PACKET *packet)
+{
+    const REQUESTKIND *kind = FindRequestKind(packet->header.wCommand);
+    if (!kind)
+        return "unknown command";
+    return PayloadSize(packet) == kind->payload ? nullptr : "the payload has not the size of its command";
+}
+
+LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *source)
+{
+    PACKET packet;
+    const char *fault = CopyPacket(source, &packet);
+    if (!fault)
+        fault = FindFault(&packet);
+    if (fault)
+        return RefusePacket(&packet, fault);
+
+    const bool isNotice = packet.header.wCommand == HOST_NOTICE;
+    const WORD notice = PacketData(&packet)->wCode;
+    LogLine("plugin>host", isNotice ? "notice" : "request", DescribeRequest(&packet));
+    {
+        std::lock_guard lock(router->mutex);
+        router->lastPacketTick = GetTickCount();
+        if (!isNotice)
+            router->requests.push_back(std::move(packet));
+        else if (std::find(router->notices.begin(), router->notices.end(), notice) == router->notices.end())
+            router->notices.push_back(notice);
+    }
+    if (!isNotice)
+        router->arrived.notify_one();
+    else if (router->noticed)
+        router->noticed(router->noticedContext, notice);
+    return 1;
+}
+
+LRESULT RouterTakeReply(ROUTER *router, const HOSTPACKET *source)
+{
+    PACKET packet;
+    if (const char *fault = CopyPacket(source, &packet))
+        return RefusePacket(&packet, fault);
+    LogLine("plugin>host", "reply", DescribeCommand(&packet));
+    std::lock_guard lock(router->mutex);
+    router->replies.push_back(std::move(packet));
+    if (router->replies.size() > REPLY_LIMIT)
+        router->replies.pop_front();
+    return 1;
+}
+
+bool TakeReply(ROUTER *router, PACKET *reply)
+{
+    std::lock_guard lock(router->mutex);
+    if (router->replies.empty())
+        return false;
+    *reply = std::move(router->replies.front());
+    router->replies.pop_front();
+    return true;
+}
+
+void GreetPlugin(ROUTER *router)
+{
+    PACKET greeting = MakePacket(HostEndpoint(), {PLUGIN_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_PLUGIN},
+                                 HOST_NOTICE, 0, 0, {});
+    const int taken = CallSlot(router, PLUGIN_SLOT_RECEIVE, &greeting);
+    LogLine("host>plugin", "slot", Format("slot=%d command=%u result=%d", PLUGIN_SLOT_RECEIVE, HOST_NOTICE, taken));
+}
+
+bool HasNotice(ROUTER *router, WORD notice)
+{
+    std::lock_guard lock(router->mutex);
+    return std::find(router->notices.begin(), router->notices.end(), notice) != router->notices.end();
+}
+
+DWORD MillisecondsSincePacket(ROUTER *router)
+{
+    std::lock_guard lock(router->mutex);
+    return GetTickCount() - router->lastPacketTick;
+}
+
+std::vector<WIREMONITOR> CopyWireMonitors(ROUTER *router)
+{
+    std::lock_guard lock(router->mutex);
+    return router->wire;
+}

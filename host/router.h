@@ -1,0 +1,80 @@
+// The host's end of the packet link. Requests of the plug-in are copied before the message returns and worked off on a
+// worker thread, so a reply can arrive while the plug-in's caller is still inside slot 15 or 16 on the window's thread.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/monitor_backend.h"
+#include "host/packet.h"
+
+constexpr WORD HOST_ENDPOINT_ID = 1;   // our own identifier
+constexpr WORD PLUGIN_ENDPOINT_ID = 2; // the one that slot 0 gives the plug-in
+constexpr int WIRE_MONITOR_LIMIT = 10; // the plug-in's table holds no more
+constexpr size_t REPLY_LIMIT = 64;     // replies that nobody takes: the oldest go
+
+// What has gone over the wire about one monitor: all that the plug-in can know of it.
+struct WIREMONITOR {
+    bool hasName, hasCapabilities, hasInputs;
+    std::string name, capabilities;
+    std::array<DWORD, HOST_INPUT_COUNT> inputs; // the flags that the plug-in sent back
+    struct READING {
+        bool done;          // the plug-in asked for the code and got an answer
+        int value, maximum; // -1: the read failed
+    };
+    std::array<READING, 256> readings; // the last answer to a read, per VCP code
+};
+
+struct ROUTER {
+    const PLUGINSLOT *slots; // the plug-in's slot table
+    MONITORBACKEND backend;
+    void (*noticed)(void *context, WORD notice); // told of each notice, on the thread of the message
+    void *noticedContext;
+
+    std::mutex mutex; // guards all that follows
+    std::condition_variable arrived;
+    std::deque<PACKET> requests;
+    std::deque<PACKET> replies; // of the plug-in to commands
+    std::vector<WIREMONITOR> wire;
+    std::vector<WORD> notices; // each code once
+    DWORD lastPacketTick;
+    bool stopping;
+    std::thread worker;
+};
+
+// Starts the worker. Slots and backend must live until StopRouter has returned.
+void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend);
+
+// Waits for the request in hand, drops those behind it, and ends the worker. Call before the plug-in is unloaded.
+void StopRouter(ROUTER *router);
+
+// The host address that the plug-in sends to, and the source of all that the host sends.
+ENDPOINT HostEndpoint();
+
+// WM_HOST_PACKET: takes a request or notice. Never waits and never calls the plug-in. A packet that is malformed or of an
+// unknown command is logged and gets no answer. Returns 1 when it was taken, else 0.
+LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *packet);
+
+// WM_HOST_REPLY: keeps the plug-in's reply to a command for TakeReply. Returns 1 when it was taken, else 0.
+LRESULT RouterTakeReply(ROUTER *router, const HOSTPACKET *packet);
+
+// Takes the oldest reply that nobody has taken yet; false when there is none.
+bool TakeReply(ROUTER *router, PACKET *reply);
+
+// Sends the plug-in a packet that tells it the host's address. Without it the first request would go out without a
+// request number. Call after slot 0.
+void GreetPlugin(ROUTER *router);
+
+// Whether a notice has come, and how long ago the last packet of the plug-in came, in milliseconds.
+bool HasNotice(ROUTER *router, WORD notice);
+DWORD MillisecondsSincePacket(ROUTER *router);
+
+// A copy of what has gone over the wire, one entry per monitor that the plug-in asked about.
+std::vector<WIREMONITOR> CopyWireMonitors(ROUTER *router);

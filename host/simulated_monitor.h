@@ -1,0 +1,92 @@
+// Monitors that exist only as descriptions: they answer as a monitor does, and have buttons that can be pressed.
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <mutex>
+
+#include "host/capability_text.h"
+#include "host/monitor_backend.h"
+#include "host/monitor_file.h"
+
+// The codes whose meaning the simulation knows.
+enum : BYTE {
+    VCP_FACTORY_RESET = 0x04,
+    VCP_LUMINANCE_RESET = 0x05,
+    VCP_COLOUR_RESET = 0x08,
+    VCP_BRIGHTNESS = 0x10,
+    VCP_CONTRAST = 0x12,
+    VCP_COLOUR_PRESET = 0x14,
+    VCP_RED = 0x16,
+    VCP_GREEN = 0x18,
+    VCP_BLUE = 0x1A,
+    VCP_INPUT = 0x60,
+    VCP_POWER_MODE = 0xD6,
+    VCP_ECO = 0xE0,
+    VCP_TV_CHANNEL = 0xE8,
+    VCP_BUTTON_LOCK = 0xF2,
+};
+
+constexpr WORD FIRST_USER_PRESET = 11;
+constexpr WORD POWER_MODE_ON = 1, POWER_MODE_OFF = 4;
+constexpr BYTE NO_BUTTON = 255; // in the button register
+
+// Bit of button 1 to 6 in the lock mask and in the button register.
+BYTE ButtonBit(int button);
+
+struct SIMULATEDFEATURE {
+    bool present;
+    MONITORFEATURE file; // as described, or made up from the capability string
+    WORD value;          // without ECO mode, or always
+    WORD ecoValue;       // while ECO mode is on, when file.ecoValue is not -1
+};
+
+struct SIMULATEDMONITOR {
+    MONITORFILE file;
+    std::vector<CAPABILITYCODE> codes; // what the capability string lists
+    SIMULATEDFEATURE features[256];
+    BYTE pressed;    // the button register
+    bool directLink; // the plug-in said so
+};
+
+// All monitors of the run. Every function here but AddSimulatedMonitor may run on any thread.
+struct SIMULATION {
+    std::mutex mutex; // guards the monitors' contents
+    std::deque<SIMULATEDMONITOR> monitors;
+    HANDLE hEnd;                                 // signalled: delays are over at once
+    void (*changed)(void *context, int monitor); // a monitor's state changed; called without the lock, on any thread
+    void *changedContext;
+};
+
+void OpenSimulation(SIMULATION *simulation);
+
+// Puts one more monitor at the end, at its factory state. Codes that the capability string lists and the description does
+// not are there with the value 0 (or the first listed value) and the maximum 255 (or the highest listed value).
+void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file);
+
+// Ends every delay, now and later, so that nobody waits for a slow monitor at the stop.
+void EndSimulationDelays(SIMULATION *simulation);
+
+// Nobody may use the simulation any more.
+void CloseSimulation(SIMULATION *simulation);
+
+// The table through which the router reaches these monitors.
+MONITORBACKEND SimulationBackend(SIMULATION *simulation);
+
+// A person presses button 1 to 6. The button register takes it until it is cleared; a locked button does nothing of its
+// own (POWER does not switch the monitor off). Returns false for a button that the monitor has not.
+bool PressMonitorButton(SIMULATION *simulation, int monitor, int button);
+
+// What a window shows of a monitor.
+struct MONITORSTATE {
+    std::string model;
+    std::array<std::string, MONITOR_BUTTON_COUNT> labels;
+    bool powered, eco, directLink, isUserPreset, hasChannel;
+    BYTE lockMask, pressed;
+    WORD input, preset, channel;
+    struct LEVEL {
+        WORD value, maximum; // both 0 when the monitor has no such control
+    } brightness, contrast, gains[3];
+};
+MONITORSTATE GetMonitorState(SIMULATION *simulation, int monitor);

@@ -1,0 +1,228 @@
+// The headless tour: a table of steps, each of which shows one thing that a user would see or do.
+#include "host/tour.h"
+
+#include "host/capability_text.h"
+#include "host/console.h"
+#include "host/monitor_window.h"
+#include "host/text.h"
+
+constexpr DWORD QUIET_TIME = 500;         // ms without a packet after which the plug-in counts as done
+constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
+constexpr DWORD PAINT_TIME = 400;         // ms for windows to be painted before a picture
+constexpr DWORD POLL_TIME = 20;           // ms between two looks
+
+enum STEPRESULT { STEP_DONE, STEP_SKIPPED, STEP_FAILED };
+
+// What a step works on, and what it says: the reason when it was skipped or failed.
+struct TOUR {
+    HOSTAPP *app;
+    std::string reason;
+};
+
+static STEPRESULT FailStep(TOUR *tour, const std::string &reason)
+{
+    tour->reason = reason;
+    return STEP_FAILED;
+}
+
+static STEPRESULT SkipStep(TOUR *tour, const std::string &reason)
+{
+    tour->reason = reason;
+    return STEP_SKIPPED;
+}
+
+// ---- Start-up -------------------------------------------------------------------------------------------------------
+
+static STEPRESULT StepStartUp(TOUR *tour)
+{
+    HOSTAPP *app = tour->app;
+    while (!HasNotice(&app->router, HOST_NOTICE_STARTED)) {
+        if (MillisecondsSincePacket(&app->router) > START_PATIENCE)
+            return FailStep(tour, HasNotice(&app->router, HOST_NOTICE_STARTING)
+                                      ? "the plug-in began to look for monitors and never reported that it found one"
+                                      : "the plug-in never began to look for monitors");
+        Sleep(POLL_TIME);
+    }
+    while (MillisecondsSincePacket(&app->router) < QUIET_TIME)
+        Sleep(POLL_TIME);
+    PLUGINTEXTS texts;
+    CallOnWindow(app, [&] { texts = GetPluginTexts(&app->plugin); });
+    ConsoleLine("  plug-in: " + Narrow(texts.title) + ", version " + Narrow(texts.version));
+    return STEP_DONE;
+}
+
+// ---- The table of monitors ------------------------------------------------------------------------------------------
+
+static std::string NumberList(const std::vector<BYTE> &values)
+{
+    std::string text;
+    for (const BYTE value : values)
+        text += Format(text.empty() ? "%u" : " %u", value);
+    return text.empty() ? "-" : text;
+}
+
+static std::string PresetList(const WIREMONITOR &monitor)
+{
+    const std::vector<CAPABILITYCODE> codes = CapabilityCodes(monitor.capabilities);
+    const CAPABILITYCODE *presets = FindCapabilityCode(codes, VCP_COLOUR_PRESET);
+    return presets ? NumberList(presets->values) : "-";
+}
+
+static std::string InputList(const WIREMONITOR &monitor)
+{
+    std::vector<BYTE> inputs;
+    for (size_t n = 0; n < monitor.inputs.size(); n++)
+        if (monitor.inputs[n])
+            inputs.push_back(static_cast<BYTE>(n));
+    return NumberList(inputs);
+}
+
+static std::string ReadingList(const WIREMONITOR &monitor)
+{
+    static const struct {
+        BYTE code;
+        bool showsMaximum;
+    } shown[] = {{VCP_ECO, false}, {VCP_BRIGHTNESS, true}, {VCP_CONTRAST, true},       {VCP_COLOUR_PRESET, false},
+                 {VCP_RED, true},  {VCP_GREEN, true},      {VCP_BLUE, true},           {VCP_BUTTON_LOCK, false}};
+    std::string text;
+    for (const auto &entry : shown) {
+        const WIREMONITOR::READING &reading = monitor.readings[entry.code];
+        if (!reading.done)
+            continue;
+        text += Format("%s%s ", text.empty() ? "" : ", ", FeatureName(entry.code));
+        if (reading.value == -1)
+            text += "none";
+        else
+            text += Format(entry.showsMaximum ? "%d of %d" : "%d", reading.value, reading.maximum);
+    }
+    return text;
+}
+
+static STEPRESULT StepTable(TOUR *tour)
+{
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
+    if (monitors.empty())
+        return FailStep(tour, "the plug-in has asked about no monitor");
+    ConsoleLine(Format("  %-2s %-12s %-4s  %-22s %s", "", "model", "MCCS", "colour presets", "inputs"));
+    for (size_t i = 0; i < monitors.size(); i++) {
+        const WIREMONITOR &monitor = monitors[i];
+        if (!monitor.hasName || !monitor.hasCapabilities)
+            return FailStep(tour, Format("the plug-in did not learn name and capabilities of monitor %u",
+                                         static_cast<unsigned>(i + 1)));
+        const std::string version = CapabilityItem(monitor.capabilities, "mccs_ver");
+        ConsoleLine(Format("  %-2u %-12s %-4s  %-22s %s", static_cast<unsigned>(i + 1), monitor.name.c_str(),
+                           version.empty() ? "-" : version.c_str(), PresetList(monitor).c_str(),
+                           monitor.hasInputs ? InputList(monitor).c_str() : "not told"));
+        const std::string readings = ReadingList(monitor);
+        if (!readings.empty())
+            ConsoleLine("     " + readings);
+    }
+    return STEP_DONE;
+}
+
+// ---- Windows and a change -------------------------------------------------------------------------------------------
+
+static STEPRESULT StepWindows(TOUR *tour)
+{
+    bool visible = false;
+    CallOnWindow(tour->app, [&] {
+        ShowMonitorWindows();
+        visible = IsAnyMonitorWindowVisible();
+    });
+    return visible ? STEP_DONE : FailStep(tour, "no monitor's window came up");
+}
+
+// Gives one command and prints the answer. Returns false when the plug-in did not answer.
+static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer)
+{
+    HOSTCOMMAND command;
+    std::string error;
+    if (!ParseHostCommand(line, &command, &error))
+        return false;
+    CallOnWindow(tour->app, [&] { *answer = SendHostCommand(&tour->app->router, command); });
+    ConsoleLine("  " + line + ": " + DescribeHostAnswer(command, *answer));
+    return answer->answered;
+}
+
+// Through the plug-in and back: command, request, monitor, reply, and what the monitor then shows.
+static STEPRESULT StepChange(TOUR *tour)
+{
+    HOSTAPP *app = tour->app;
+    const MONITORSTATE::LEVEL before = GetMonitorState(&app->simulation, 0).brightness;
+    const int wanted = before.value >= before.maximum / 2 ? before.value - before.maximum / 3
+                                                          : before.value + before.maximum / 3;
+    HOSTANSWER answer;
+    if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer))
+        return SkipStep(tour, "the plug-in does not answer commands of the host");
+    const int readBack = static_cast<int>(PayloadDword(&answer.reply, 4));
+    const int shown = GetMonitorState(&app->simulation, 0).brightness.value;
+    if (readBack != wanted || shown != wanted)
+        return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d", wanted,
+                                     readBack, shown));
+    return STEP_DONE;
+}
+
+// ---- Stop -----------------------------------------------------------------------------------------------------------
+
+static STEPRESULT StepStop(TOUR *tour)
+{
+    HOSTAPP *app = tour->app;
+    int result = 0;
+    CallOnWindow(app, [&] { result = StopRunningPlugin(app); });
+    if (result != 1)
+        return FailStep(tour, Format("the plug-in's stop gave %d", result));
+    if (!HasNotice(&app->router, HOST_NOTICE_STOPPED))
+        return FailStep(tour, "the plug-in did not tell that it has stopped");
+    return STEP_DONE;
+}
+
+// ---- The tour -------------------------------------------------------------------------------------------------------
+
+static const struct {
+    const char *title;
+    STEPRESULT (*run)(TOUR *tour);
+    const char *picture; // taken after the step; null for none
+} s_steps[] = {
+    {"The plug-in starts and finds the monitors", StepStartUp, nullptr},
+    {"The monitors as the plug-in knows them", StepTable, nullptr},
+    {"The monitors' windows", StepWindows, "monitors"},
+    {"A value changed through the plug-in", StepChange, "changed"},
+    {"The plug-in stops", StepStop, nullptr},
+};
+
+// Asks whoever started the tour for a picture of the screen, and waits for it.
+static void TakePicture(const TOUR *tour, const char *name)
+{
+    const std::string file = tour->app->options.tour + "\\" + name + ".png";
+    Sleep(PAINT_TIME);
+    ConsoleLine(std::string("PICTURE ") + name);
+    const DWORD start = GetTickCount();
+    while (GetFileAttributesW(Widen(file).c_str()) == INVALID_FILE_ATTRIBUTES) {
+        if (GetTickCount() - start > PICTURE_PATIENCE) {
+            ConsoleLine("  warning: nobody took the picture " + file);
+            return;
+        }
+        Sleep(POLL_TIME);
+    }
+}
+
+void RunTour(HOSTAPP *app)
+{
+    TOUR tour = {app, {}};
+    int number = 0;
+    for (const auto &step : s_steps) {
+        ConsoleLine(Format("Step %d: %s", ++number, step.title));
+        const STEPRESULT result = step.run(&tour);
+        if (result == STEP_FAILED) {
+            ConsoleError(Format("tour: step %d (%s) failed: %s", number, step.title, tour.reason.c_str()));
+            EndHost(app, 1);
+            return;
+        }
+        if (result == STEP_SKIPPED)
+            ConsoleLine("  skipped: " + tour.reason);
+        else if (step.picture)
+            TakePicture(&tour, step.picture);
+    }
+    ConsoleLine("The tour is over.");
+    EndHost(app, 0);
+}
