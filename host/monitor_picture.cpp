@@ -12,8 +12,9 @@ constexpr int BODY_EDGE = 6;
 constexpr int SCREEN_WIDTH = MONITOR_PICTURE_WIDTH - 2 * BODY_EDGE;
 constexpr int SCREEN_HEIGHT = 170;
 constexpr int PANEL_TOP = BODY_EDGE + SCREEN_HEIGHT;
-constexpr int BUTTON_WIDTH = 37, BUTTON_HEIGHT = 20, BUTTON_GAP = 3;
-constexpr int BUTTON_TOP = PANEL_TOP + 14;
+constexpr int BUTTON_WIDTH = 47, BUTTON_HEIGHT = 20, BUTTON_GAP = 4;
+constexpr int NAME_TOP = PANEL_TOP + 1, NAME_HEIGHT = 17; // the lamp and the marks stand beside the name
+constexpr int BUTTON_TOP = NAME_TOP + NAME_HEIGHT;
 
 constexpr COLORREF COLOR_BODY = RGB(0x2B, 0x2D, 0x31), COLOR_BODY_LINE = RGB(0x4A, 0x4D, 0x53);
 constexpr COLORREF COLOR_BUTTON = RGB(0x50, 0x54, 0x5B), COLOR_BUTTON_HELD = RGB(0x2E, 0x6D, 0xA8);
@@ -92,20 +93,20 @@ static COLOUR MixColours(COLOUR a, COLOUR b, double part)
 static COLOUR LandscapeAt(double x, double y)
 {
     const COLOUR zenith = {0.16, 0.30, 0.62}, horizon = {0.99, 0.72, 0.45}, sunlight = {1.0, 0.96, 0.80};
-    const double shore = 0.68;
+    const double shore = 0.56;
     if (y > shore) {
         const double depth = (y - shore) / (1 - shore);
         const double track = std::exp(-std::pow((x - 0.66) / (0.03 + 0.10 * depth), 2)) * (0.6 + 0.4 * std::sin(depth * 40));
         return MixColours(MixColours({0.85, 0.60, 0.42}, {0.07, 0.20, 0.34}, depth * 1.3), sunlight, track * 0.8);
     }
-    const double front = shore - 0.10 - 0.09 * std::sin(x * 7.0 + 0.6) - 0.03 * std::sin(x * 23);
-    const double back = shore - 0.17 - 0.07 * std::sin(x * 4.3 + 2.4);
+    const double front = shore - 0.08 - 0.07 * std::sin(x * 7.0 + 0.6) - 0.03 * std::sin(x * 23);
+    const double back = shore - 0.15 - 0.06 * std::sin(x * 4.3 + 2.4);
     if (y > front)
         return MixColours({0.10, 0.24, 0.14}, {0.22, 0.42, 0.20}, (y - front) * 6);
     if (y > back)
         return MixColours({0.33, 0.36, 0.50}, {0.55, 0.45, 0.48}, (y - back) * 6);
-    const double distance = std::hypot((x - 0.66) * 1.35, y - 0.34);
-    return MixColours(MixColours(zenith, horizon, y * 1.75), sunlight, distance < 0.075 ? 1 : 0.5 * std::exp(-distance * 9));
+    const double distance = std::hypot((x - 0.66) * 1.35, y - 0.27);
+    return MixColours(MixColours(zenith, horizon, y * 2.1), sunlight, distance < 0.075 ? 1 : 0.5 * std::exp(-distance * 9));
 }
 
 static COLOUR PatchAt(int column, int row)
@@ -213,12 +214,17 @@ static void DrawLine(HDC hDC, RECT box, const std::wstring &text, COLORREF colou
               format | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 
+static int TextWidth(HDC hDC, const std::wstring &text)
+{
+    SIZE size = {};
+    GetTextExtentPoint32W(hDC, text.c_str(), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
 // A word in a coloured box whose right edge is at `right`; returns the box's left edge.
 static int DrawMark(HDC hDC, int right, const wchar_t *text, COLORREF colour)
 {
-    SIZE size = {};
-    GetTextExtentPoint32W(hDC, text, static_cast<int>(wcslen(text)), &size);
-    const RECT box = {right - size.cx - 12, BODY_EDGE + 6, right, BODY_EDGE + 6 + 20};
+    const RECT box = {right - TextWidth(hDC, text) - 12, BODY_EDGE + 6, right, BODY_EDGE + 6 + 20};
     FillShape(hDC, box, 6, colour, colour);
     DrawLine(hDC, box, text, RGB(0xFF, 0xFF, 0xFF), DT_CENTER);
     return box.left;
@@ -226,10 +232,8 @@ static int DrawMark(HDC hDC, int right, const wchar_t *text, COLORREF colour)
 
 static void DrawOnScreenTexts(HDC hDC, const MONITORSTATE &state)
 {
-    SIZE size = {};
     const std::wstring input = InputText(state);
-    GetTextExtentPoint32W(hDC, input.c_str(), static_cast<int>(input.size()), &size);
-    const RECT inputBox = {BODY_EDGE + 6, BODY_EDGE + 6, BODY_EDGE + 6 + size.cx + 16, BODY_EDGE + 6 + 20};
+    const RECT inputBox = {BODY_EDGE + 6, BODY_EDGE + 6, BODY_EDGE + 6 + TextWidth(hDC, input) + 18, BODY_EDGE + 6 + 20};
     FillShape(hDC, inputBox, 6, COLOR_OSD, COLOR_BODY_LINE);
     DrawLine(hDC, inputBox, input, RGB(0xFF, 0xFF, 0xFF), DT_CENTER);
 
@@ -239,14 +243,17 @@ static void DrawOnScreenTexts(HDC hDC, const MONITORSTATE &state)
     if (state.directLink)
         DrawMark(hDC, right, L"DirectLink", COLOR_LINK);
 
+    const std::wstring levels =
+        LevelText(L"明るさ", state.brightness) + L"   " + LevelText(L"コントラスト", state.contrast);
+    const std::wstring colour = L"色  " + ColourText(state);
+    const int width = std::max(TextWidth(hDC, levels), TextWidth(hDC, colour));
     const int bottom = BODY_EDGE + SCREEN_HEIGHT - 28;
-    const RECT valueBox = {BODY_EDGE + 6, bottom - 40, BODY_EDGE + 196, bottom};
+    const RECT valueBox = {BODY_EDGE + 6, bottom - 40, BODY_EDGE + 6 + width + 18, bottom};
     FillShape(hDC, valueBox, 6, COLOR_OSD, COLOR_BODY_LINE);
-    const RECT upper = {valueBox.left + 8, valueBox.top + 3, valueBox.right - 4, valueBox.top + 20};
-    const RECT lower = {valueBox.left + 8, valueBox.top + 20, valueBox.right - 4, valueBox.bottom - 3};
-    DrawLine(hDC, upper, LevelText(L"明るさ", state.brightness) + L"   " + LevelText(L"コントラスト", state.contrast),
-             RGB(0xFF, 0xFF, 0xFF), DT_LEFT);
-    DrawLine(hDC, lower, L"色  " + ColourText(state), RGB(0xFF, 0xFF, 0xFF), DT_LEFT);
+    const RECT upper = {valueBox.left + 9, valueBox.top + 3, valueBox.right, valueBox.top + 20};
+    const RECT lower = {valueBox.left + 9, valueBox.top + 20, valueBox.right, valueBox.bottom - 3};
+    DrawLine(hDC, upper, levels, RGB(0xFF, 0xFF, 0xFF), DT_LEFT);
+    DrawLine(hDC, lower, colour, RGB(0xFF, 0xFF, 0xFF), DT_LEFT);
 }
 
 static void DrawScreen(HDC hDC, const MONITORSTATE &state)
@@ -267,7 +274,7 @@ static RECT ButtonBox(const MONITORSTATE &state, int button)
     int behind = 0;
     for (int i = button; i < MONITOR_BUTTON_COUNT; i++)
         behind += !state.labels[static_cast<size_t>(i)].empty();
-    const int right = MONITOR_PICTURE_WIDTH - BODY_EDGE - 4 - behind * (BUTTON_WIDTH + BUTTON_GAP);
+    const int right = MONITOR_PICTURE_WIDTH - BODY_EDGE - 6 - behind * (BUTTON_WIDTH + BUTTON_GAP);
     return {right - BUTTON_WIDTH, BUTTON_TOP, right, BUTTON_TOP + BUTTON_HEIGHT};
 }
 
@@ -287,14 +294,14 @@ static void DrawButton(HDC hDC, const MONITORSTATE &state, int button, bool isHe
              DT_CENTER);
     // A press that nobody has cleared yet; the POWER button's place is the lamp's.
     if (state.pressed == ButtonBit(button))
-        DrawDot(hDC, (box.left + box.right) / 2 - (isPower ? 8 : 0), BUTTON_TOP - 6, COLOR_REPORTED);
+        DrawDot(hDC, (box.left + box.right) / 2 - (isPower ? 8 : 0), NAME_TOP + NAME_HEIGHT / 2, COLOR_REPORTED);
     if (isPower)
-        DrawDot(hDC, (box.left + box.right) / 2, BUTTON_TOP - 6, state.powered ? COLOR_LED_ON : COLOR_LED_OFF);
+        DrawDot(hDC, (box.left + box.right) / 2, NAME_TOP + NAME_HEIGHT / 2, state.powered ? COLOR_LED_ON : COLOR_LED_OFF);
 }
 
 static void DrawPanel(HDC hDC, const MONITORSTATE &state, int heldButton)
 {
-    const RECT name = {BODY_EDGE + 4, BUTTON_TOP, BODY_EDGE + 78, BUTTON_TOP + BUTTON_HEIGHT};
+    const RECT name = {BODY_EDGE + 6, NAME_TOP, BODY_EDGE + 120, NAME_TOP + NAME_HEIGHT};
     DrawLine(hDC, name, Widen(state.model), RGB(0xC8, 0xCC, 0xD2), DT_LEFT);
     for (int button = 1; button <= MONITOR_BUTTON_COUNT; button++)
         if (!state.labels[static_cast<size_t>(button - 1)].empty())

@@ -7,7 +7,7 @@
 //     TIME       local time, 2024-05-31T14:07:09.250
 //     DIRECTION  plugin>host, host>plugin, host>monitor, or host for an event within the host
 //     KIND       request, notice, reply, malformed   (plugin>host)
-//                reply, command, slot                (host>plugin)
+//                reply, refused (the plug-in did not want that reply), command, slot   (host>plugin)
 //                read, write, name, capabilities, edid, input-list, directlink   (host>monitor, with its result)
 //                event                               (host)
 //     VALUE      a decimal number, a hexadecimal one with 0x, a word, bytes as hexadecimal digits, or text in double
@@ -16,7 +16,7 @@
 // Examples:
 //     2024-05-31T14:07:09.250 plugin>host request command=24 name=get-vcp id=5 monitor=0 code=0x10 feature=brightness
 //     2024-05-31T14:07:09.271 host>monitor read monitor=0 code=0x10 feature=brightness value=80 max=100 result=ok ms=20
-//     2024-05-31T14:07:09.271 host>plugin reply command=24 name=get-vcp id=5 code=0x10 feature=brightness value=80 max=100 taken=1
+//     2024-05-31T14:07:09.271 host>plugin reply command=24 name=get-vcp id=5 code=0x10 feature=brightness value=80 max=100
 #pragma once
 
 #include <string>

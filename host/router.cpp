@@ -193,8 +193,9 @@ static void WorkOff(ROUTER *router, const PACKET *request)
                                    PacketData(request)->wCode, PacketData(request)->dwRequestID, payload);
         // Before the plug-in goes on: who waits for its next step must find all that led to it.
         NoteExchange(router, request, &answer);
-        const int taken = CallSlot(router, PLUGIN_SLOT_RECEIVE, &answer);
-        LogLine("host>plugin", "reply", DescribeAnswer(&answer) + Format(" taken=%d", taken));
+        LogLine("host>plugin", "reply", DescribeAnswer(&answer));
+        if (CallSlot(router, PLUGIN_SLOT_RECEIVE, &answer) != 1)
+            LogLine("host>plugin", "refused", Format("id=%lu", PacketData(&answer)->dwRequestID));
         return;
     }
 }

@@ -1,0 +1,308 @@
+// The router: every request's answer, copies that outlive the message, malformed packets, and who knows what afterwards.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <regex>
+
+#include "host/packet_log.h"
+#include "host/router.h"
+#include "host/tests/support/fake_plugin.h"
+#include "host/text.h"
+
+// A backend of one monitor whose calls the test can hold up and make fail.
+struct SCRIPTEDBACKEND {
+    std::atomic<MONITORRESULT> result{MONITOR_OK};
+    HANDLE hGate = CreateEventW(nullptr, TRUE, TRUE, nullptr); // calls wait for it
+    std::string calls;
+};
+
+static MONITORRESULT Enter(void *context, const std::string &call)
+{
+    SCRIPTEDBACKEND *script = static_cast<SCRIPTEDBACKEND *>(context);
+    WaitForSingleObject(script->hGate, 5000);
+    script->calls += call + ";";
+    return script->result;
+}
+
+static MONITORBACKEND MakeBackend(SCRIPTEDBACKEND *script)
+{
+    return {script,
+            [](void *context) {
+                Enter(context, "count");
+                return 3;
+            },
+            [](void *context, int monitor, char text[HOST_NAME_SIZE]) {
+                const MONITORRESULT result = Enter(context, Format("name %d", monitor));
+                if (result == MONITOR_OK)
+                    memcpy(text, "ABCDEFGHIJKL", HOST_NAME_SIZE);
+                return result;
+            },
+            [](void *context, int monitor, char text[HOST_CAPABILITIES_SIZE]) {
+                const MONITORRESULT result = Enter(context, Format("capabilities %d", monitor));
+                if (result == MONITOR_OK)
+                    memset(text, 'c', HOST_CAPABILITIES_SIZE);
+                return result;
+            },
+            [](void *context, int monitor, BYTE block[HOST_EDID_SIZE]) {
+                const MONITORRESULT result = Enter(context, Format("edid %d", monitor));
+                if (result == MONITOR_OK)
+                    memset(block, 0xED, HOST_EDID_SIZE);
+                return result;
+            },
+            [](void *context, int monitor, BYTE code, WORD *value, WORD *maximum) {
+                const MONITORRESULT result = Enter(context, Format("get %d %02X", monitor, code));
+                if (result == MONITOR_OK) {
+                    *value = 0xFFFE;
+                    *maximum = 0xFFFF;
+                }
+                return result;
+            },
+            [](void *context, int monitor, BYTE code, WORD value) {
+                return Enter(context, Format("set %d %02X %u", monitor, code, value));
+            },
+            [](void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]) {
+                return Enter(context, Format("inputs %d %lu %lu", monitor, flags[3], flags[15]));
+            },
+            [](void *context, int monitor, bool on) { return Enter(context, Format("link %d %d", monitor, on)); }};
+}
+
+class Router : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ResetFakePlugin();
+        StartRouter(&router, g_FakePlugin.slots, MakeBackend(&script));
+    }
+
+    void TearDown() override
+    {
+        SetEvent(script.hGate);
+        StopRouter(&router);
+        CloseHandle(script.hGate);
+    }
+
+    // Sends as the plug-in does, and spoils the packet as soon as the message is over.
+    LRESULT Send(WORD command, WORD code, DWORD request, const std::vector<BYTE> &payload)
+    {
+        PACKET packet = MakePacket({PLUGIN_ENDPOINT_ID, 2, 1}, HostEndpoint(), command, code, request, payload);
+        packet.header.lpData = PacketData(&packet);
+        const LRESULT result = RouterTakePacket(&router, &packet.header);
+        memset(packet.data.data(), 0xDD, packet.data.size());
+        memset(&packet.header, 0xDD, sizeof(packet.header));
+        return result;
+    }
+
+    SCRIPTEDBACKEND script;
+    ROUTER router = {};
+};
+
+static std::vector<BYTE> Words(std::initializer_list<DWORD> values)
+{
+    std::vector<BYTE> bytes;
+    for (const DWORD value : values)
+        AppendDword(&bytes, value);
+    return bytes;
+}
+
+static std::vector<BYTE> InputFlags(DWORD monitor)
+{
+    std::vector<BYTE> bytes = Words({monitor});
+    for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
+        AppendDword(&bytes, n == 3 || n == 15);
+    return bytes;
+}
+
+static std::vector<BYTE> PayloadOf(const PACKET &packet)
+{
+    return std::vector<BYTE>(packet.data.begin() + sizeof(HOSTDATA), packet.data.end());
+}
+
+TEST_F(Router, AnswersEveryRequestInOrder)
+{
+    const std::vector<BYTE> none(HOST_NAME_SIZE, 0);
+    const std::string name = "ABCDEFGHIJKL";
+    const struct {
+        WORD command, code;
+        std::vector<BYTE> payload, answer, failed;
+        const char *call;
+    } cases[] = {
+        {HOST_GET_MONITOR_COUNT, 0, {}, Words({3}), Words({3}), "count"},
+        {HOST_GET_MONITOR_NAME, 0, Words({1}), {name.begin(), name.end()}, none, "name 1"},
+        {HOST_GET_CAPABILITIES, 0, Words({1}), std::vector<BYTE>(512, 'c'), std::vector<BYTE>(512, 0), "capabilities 1"},
+        {HOST_GET_EDID, 0, Words({2}), std::vector<BYTE>(128, 0xED), std::vector<BYTE>(128, 0), "edid 2"},
+        {HOST_GET_VCP, 0x10, Words({0}), Words({0xFFFE, 0xFFFF}), Words({0xFFFFFFFF, 0xFFFFFFFF}), "get 0 10"},
+        {HOST_SET_VCP, 0xF4, Words({3, 255}), Words({1}), Words({0}), "set 3 F4 255"},
+        {HOST_SET_INPUT_LIST, 0, InputFlags(1), Words({1}), Words({0}), "inputs 1 1 1"},
+        {HOST_SET_DIRECTLINK, 0, Words({0xFFFFFFFF, 1}), Words({1}), Words({0}), "link -1 1"},
+    };
+    for (const bool fails : {false, true}) {
+        ResetFakePlugin();
+        script.calls.clear();
+        script.result = fails ? MONITOR_FAILED : MONITOR_OK;
+        DWORD request = 100;
+        std::string calls;
+        for (const auto &one : cases) {
+            EXPECT_EQ(Send(one.command, one.code, request++, one.payload), 1);
+            calls += std::string(one.call) + ";";
+        }
+        const std::vector<PACKET> answers = WaitForReceived(std::size(cases));
+        ASSERT_EQ(answers.size(), std::size(cases));
+        for (size_t i = 0; i < answers.size(); i++) {
+            const HOSTPACKET &header = answers[i].header;
+            EXPECT_EQ(header.src.wID, HOST_ENDPOINT_ID);
+            EXPECT_EQ(header.src.bClass, 2);
+            EXPECT_EQ(header.src.bSubClass, 0x40);
+            EXPECT_EQ(header.dst.wID, PLUGIN_ENDPOINT_ID);
+            EXPECT_EQ(header.wCommand, cases[i].command);
+            EXPECT_EQ(PacketData(&answers[i])->dwRequestID, 100 + i);
+            EXPECT_EQ(PayloadOf(answers[i]), fails ? cases[i].failed : cases[i].answer) << cases[i].call;
+        }
+        EXPECT_EQ(script.calls, calls);
+    }
+}
+
+TEST_F(Router, DoesNotKeepTheSenderWaiting)
+{
+    ResetEvent(script.hGate);
+    const DWORD start = GetTickCount();
+    EXPECT_EQ(Send(HOST_GET_VCP, 0x10, 7, Words({0})), 1);
+    EXPECT_LT(GetTickCount() - start, 1000u);
+    EXPECT_EQ(ReceivedCount(), 0u);
+    SetEvent(script.hGate);
+    ASSERT_EQ(WaitForReceived(1).size(), 1u);
+}
+
+TEST_F(Router, LeavesUnansweredWhatTheMonitorLeaves)
+{
+    script.result = MONITOR_SILENT;
+    Send(HOST_GET_VCP, 0x10, 7, Words({0}));
+    Send(HOST_GET_MONITOR_COUNT, 0, 8, {});
+    const std::vector<PACKET> answers = WaitForReceived(1);
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_EQ(PacketData(&answers[0])->dwRequestID, 8u) << "the silent one is passed over, the next is answered";
+}
+
+TEST_F(Router, AnswersNothingToMalformedPackets)
+{
+    EXPECT_EQ(RouterTakePacket(&router, nullptr), 0);
+    EXPECT_EQ(RouterTakeReply(&router, nullptr), 0);
+    HOSTPACKET empty = {};
+    EXPECT_EQ(RouterTakePacket(&router, &empty), 0);
+    const struct {
+        const char *why;
+        WORD command;
+        DWORD headerSize, blockSize;
+    } cases[] = {
+        {"sizes disagree", HOST_GET_VCP, 14, 15},  {"shorter than the head", HOST_GET_VCP, 9, 9},
+        {"far too large", HOST_GET_VCP, 0xFFFFFFF0, 0xFFFFFFF0}, {"payload missing", HOST_GET_VCP, 10, 10},
+        {"payload cut", HOST_GET_VCP, 13, 13},     {"payload too long", HOST_GET_VCP, 18, 18},
+        {"cut input list", HOST_SET_INPUT_LIST, 74, 74},  {"unknown command", 25, 14, 14},
+        {"unknown command", 0, 10, 10},            {"negative command", 0xFFFF, 14, 14},
+    };
+    for (const auto &one : cases) {
+        BYTE block[128] = {};
+        reinterpret_cast<HOSTDATA *>(block)->dwSize = one.blockSize;
+        HOSTPACKET packet = {};
+        packet.wCommand = one.command;
+        packet.dwDataSize = one.headerSize;
+        packet.lpData = reinterpret_cast<HOSTDATA *>(block);
+        EXPECT_EQ(RouterTakePacket(&router, &packet), 0) << one.why;
+    }
+    Send(HOST_GET_MONITOR_COUNT, 0, 9, {});
+    ASSERT_EQ(WaitForReceived(1).size(), 1u);
+    EXPECT_EQ(ReceivedCount(), 1u) << "only the good one is answered";
+    EXPECT_EQ(script.calls, "count;");
+}
+
+TEST_F(Router, FailsWideCodesAndUnknownMonitorsWithoutHarm)
+{
+    Send(HOST_GET_VCP, 0x110, 1, Words({0}));
+    Send(HOST_SET_VCP, 0x110, 2, Words({0, 1}));
+    Send(HOST_GET_VCP, 0x10, 3, Words({0x7FFFFFFF}));
+    const std::vector<PACKET> answers = WaitForReceived(3);
+    ASSERT_EQ(answers.size(), 3u);
+    EXPECT_EQ(PayloadOf(answers[0]), Words({0xFFFFFFFF, 0xFFFFFFFF}));
+    EXPECT_EQ(PayloadOf(answers[1]), Words({0}));
+    EXPECT_EQ(script.calls, "get 2147483647 10;") << "the backend decides about monitors";
+    EXPECT_TRUE(CopyWireMonitors(&router).size() <= 1);
+}
+
+TEST_F(Router, NotesWhatThePluginHasLearnt)
+{
+    Send(HOST_GET_MONITOR_NAME, 0, 1, Words({1}));
+    Send(HOST_SET_INPUT_LIST, 0, 2, InputFlags(1));
+    Send(HOST_GET_VCP, 0x12, 3, Words({1}));
+    WaitForReceived(3);
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&router);
+    ASSERT_EQ(monitors.size(), 2u);
+    EXPECT_FALSE(monitors[0].hasName);
+    EXPECT_EQ(monitors[1].name, "ABCDEFGHIJKL");
+    EXPECT_FALSE(monitors[1].hasCapabilities);
+    EXPECT_TRUE(monitors[1].hasInputs && monitors[1].inputs[3] && !monitors[1].inputs[4]);
+    EXPECT_TRUE(monitors[1].readings[0x12].done);
+    EXPECT_EQ(monitors[1].readings[0x12].value, 0xFFFE);
+    EXPECT_FALSE(monitors[1].readings[0x10].done);
+}
+
+TEST_F(Router, TellsOfNoticesAndGreets)
+{
+    static std::vector<WORD> told;
+    told.clear();
+    router.noticed = [](void *, WORD notice) { told.push_back(notice); };
+    Send(HOST_NOTICE, HOST_NOTICE_STARTING, 1, {});
+    Send(HOST_NOTICE, HOST_NOTICE_STARTED, 2, {});
+    EXPECT_EQ(told, (std::vector<WORD>{HOST_NOTICE_STARTING, HOST_NOTICE_STARTED}));
+    EXPECT_TRUE(HasNotice(&router, HOST_NOTICE_STARTED));
+    EXPECT_FALSE(HasNotice(&router, HOST_NOTICE_STOPPED));
+    GreetPlugin(&router);
+    const std::vector<PACKET> received = WaitForReceived(1);
+    ASSERT_EQ(received.size(), 1u) << "notices get no answer";
+    EXPECT_EQ(received[0].header.src.wID, HOST_ENDPOINT_ID);
+    EXPECT_EQ(received[0].header.src.bSubClass, 0x40);
+}
+
+TEST_F(Router, StopDropsWhatWaits)
+{
+    ResetEvent(script.hGate);
+    for (DWORD request = 1; request <= 50; request++)
+        Send(HOST_GET_VCP, 0x10, request, Words({0}));
+    std::thread opener([this] {
+        Sleep(50);
+        SetEvent(script.hGate);
+    });
+    StopRouter(&router);
+    opener.join();
+    EXPECT_LE(ReceivedCount(), 1u);
+}
+
+TEST_F(Router, LogsLinesThatAProgramCanRead)
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    const std::string path = Narrow(folder) + "trayhub tests.log";
+    std::string error, log;
+    ASSERT_TRUE(OpenPacketLog(path, &error)) << error;
+    Send(HOST_GET_VCP, 0x10, 1, Words({0}));
+    Send(HOST_GET_MONITOR_NAME, 0, 2, Words({0}));
+    WaitForReceived(2);
+    StopRouter(&router);
+    LogEvent("a \"quoted\" text with a \\ and a \n");
+    ClosePacketLog();
+    ASSERT_TRUE(ReadWholeFile(path, 65536, &log, &error)) << error;
+    DeleteFileW(Widen(path).c_str());
+
+    const char *const expected[] = {
+        "plugin>host request command=24 name=get-vcp id=1 monitor=0 code=0x10 feature=brightness",
+        "host>monitor read monitor=0 code=0x10 feature=brightness value=65534 max=65535 result=ok ms=",
+        "host>plugin reply command=24 name=get-vcp id=1 code=0x10 feature=brightness value=65534 max=65535",
+        "plugin>host request command=27 name=get-name id=2 monitor=0",
+        "host>plugin reply command=27 name=get-name id=2 text=\"ABCDEFGHIJKL\"",
+        "host event text=\"a \\\"quoted\\\" text with a \\\\ and a \\x0A\"",
+    };
+    for (const char *line : expected)
+        EXPECT_NE(log.find(line), std::string::npos) << line << "\n" << log;
+    const std::regex form(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3} [a-z>]+ [a-z-]+( [a-z-]+=("([^"\\]|\\.)*"|[^ "]+))*\r)");
+    for (const std::string &line : SplitAt(log, '\n'))
+        EXPECT_TRUE(line.empty() || std::regex_match(line, form)) << line;
+}

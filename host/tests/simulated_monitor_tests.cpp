@@ -1,0 +1,236 @@
+// The simulated monitor: reads, writes, ECO mode, presets, resets, buttons, and the ways in which it can misbehave.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "host/simulated_monitor.h"
+
+static const char s_text[] = "[monitor]\n"
+                             "model = TEST\n"
+                             "capabilities = (vcp(04 05 08 10 12 14(05 0B) 16 60(01 03) AA B0(07 02) E0 F2 F4))\n"
+                             "button1 = MENU\n"
+                             "button6 = POWER\n"
+                             "[vcp]\n"
+                             "04 = 0 / 1\n"
+                             "10 = 80 / 100, eco 45\n"
+                             "12 = 50 / 100, refuses-above\n"
+                             "14 = 5 / 11\n"
+                             "16 = 90 / 100, user-presets\n"
+                             "1E = 0 / 1, momentary\n"
+                             "60 = 1 / 3\n"
+                             "C0 = 9 / 65535, read-only\n"
+                             "C1 = 1 / 2, fails\n"
+                             "C2 = 1 / 2, silent\n"
+                             "C3 = 1 / 2, delay 10000\n"
+                             "D6 = 1 / 5\n"
+                             "E0 = 0 / 1\n"
+                             "F2 = 0 / 255\n"
+                             "F4 = 255 / 255, button-register";
+
+class SimulatedMonitor : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        OpenSimulation(&simulation);
+        Add(s_text);
+        simulation.changed = [](void *context, int monitor) { static_cast<SimulatedMonitor *>(context)->changes.push_back(monitor); };
+        simulation.changedContext = this;
+        backend = SimulationBackend(&simulation);
+    }
+
+    void TearDown() override { CloseSimulation(&simulation); }
+
+    void Add(const std::string &text)
+    {
+        MONITORFILE file;
+        std::string error;
+        ASSERT_TRUE(ParseMonitorFile(text, "test.ini", &file, &error)) << error;
+        AddSimulatedMonitor(&simulation, file);
+    }
+
+    // The value, or -1 when the read fails.
+    int Read(BYTE code, int *maximumOut = nullptr)
+    {
+        WORD value = 0, maximum = 0;
+        if (backend.getVcp(backend.context, 0, code, &value, &maximum) != MONITOR_OK)
+            return -1;
+        if (maximumOut)
+            *maximumOut = maximum;
+        return value;
+    }
+
+    MONITORRESULT Write(BYTE code, WORD value) { return backend.setVcp(backend.context, 0, code, value); }
+
+    SIMULATION simulation;
+    MONITORBACKEND backend;
+    std::vector<int> changes;
+};
+
+TEST_F(SimulatedMonitor, WritesChangeWhatIsRead)
+{
+    const struct {
+        const char *why;
+        BYTE code;
+        WORD value;
+        MONITORRESULT result;
+        int readBack;
+    } cases[] = {
+        {"plain", 0x10, 30, MONITOR_OK, 30},
+        {"limited to the maximum", 0x10, 500, MONITOR_OK, 100},
+        {"refused above the maximum", 0x12, 101, MONITOR_IGNORED, 50},
+        {"a listed preset", 0x14, 11, MONITOR_OK, 11},
+        {"not among the listed values", 0x14, 6, MONITOR_IGNORED, 11},
+        {"all ones as a preset", 0x14, 0xFFFF, MONITOR_IGNORED, 11},
+        {"momentary", 0x1E, 1, MONITOR_OK, 0},
+        {"read-only", 0xC0, 1, MONITOR_IGNORED, 9},
+        {"listed, not described", 0xAA, 200, MONITOR_OK, 200},
+        {"listed with values, not described", 0xB0, 2, MONITOR_OK, 2},
+        {"unknown", 0x99, 1, MONITOR_IGNORED, -1},
+    };
+    for (const auto &one : cases) {
+        EXPECT_EQ(Write(one.code, one.value), one.result) << one.why;
+        EXPECT_EQ(Read(one.code), one.readBack) << one.why;
+    }
+    EXPECT_EQ(changes.size(), 6u) << "exactly the writes that took effect are reported";
+}
+
+TEST_F(SimulatedMonitor, UndescribedCodesComeFromTheCapabilityString)
+{
+    int maximum = 0;
+    EXPECT_EQ(Read(0xAA, &maximum), 0);
+    EXPECT_EQ(maximum, 255);
+    EXPECT_EQ(Read(0xB0, &maximum), 7);
+    EXPECT_EQ(maximum, 7);
+}
+
+TEST_F(SimulatedMonitor, KeepsABrightnessPerEcoState)
+{
+    EXPECT_EQ(Read(0x10), 80);
+    Write(0xE0, 1);
+    EXPECT_EQ(Read(0x10), 45);
+    Write(0x10, 30);
+    EXPECT_EQ(GetMonitorState(&simulation, 0).brightness.value, 30);
+    Write(0xE0, 0);
+    EXPECT_EQ(Read(0x10), 80);
+    Write(0xE0, 1);
+    EXPECT_EQ(Read(0x10), 30);
+}
+
+TEST_F(SimulatedMonitor, GainsCountInUserPresetsOnly)
+{
+    EXPECT_EQ(Write(0x16, 20), MONITOR_IGNORED);
+    EXPECT_EQ(Read(0x16), 90);
+    Write(0x14, 11);
+    EXPECT_EQ(Write(0x16, 20), MONITOR_OK);
+    EXPECT_EQ(Read(0x16), 20);
+}
+
+TEST_F(SimulatedMonitor, ResetsRestoreTheirGroup)
+{
+    const struct {
+        BYTE reset;
+        int brightness, preset, input;
+    } cases[] = {{0x05, 80, 11, 3}, {0x08, 20, 5, 3}, {0x04, 80, 5, 1}};
+    for (const auto &one : cases) {
+        Write(0x10, 20);
+        Write(0x14, 11);
+        Write(0x60, 3);
+        EXPECT_EQ(Write(one.reset, 0), MONITOR_IGNORED);
+        EXPECT_EQ(Write(one.reset, 1), MONITOR_OK);
+        EXPECT_EQ(Read(0x10), one.brightness) << int(one.reset);
+        EXPECT_EQ(Read(0x14), one.preset) << int(one.reset);
+        EXPECT_EQ(Read(0x60), one.input) << int(one.reset);
+    }
+}
+
+TEST_F(SimulatedMonitor, ReportsAPressUntilItIsCleared)
+{
+    int maximum = 0;
+    EXPECT_EQ(Read(0xF4, &maximum), 255 << 8);
+    EXPECT_TRUE(PressMonitorButton(&simulation, 0, 1));
+    EXPECT_EQ(Read(0xF4, &maximum), 1 << 8);
+    EXPECT_EQ(maximum, 1 << 8);
+    EXPECT_EQ(Read(0xF4), 1 << 8) << "reading does not clear it";
+    EXPECT_EQ(Write(0xF4, 7), MONITOR_IGNORED);
+    EXPECT_EQ(Write(0xF4, 255), MONITOR_OK);
+    EXPECT_EQ(Read(0xF4, &maximum), 255 << 8);
+    EXPECT_EQ(maximum, 255 << 8);
+    for (const int absent : {0, 2, 7, -1})
+        EXPECT_FALSE(PressMonitorButton(&simulation, 0, absent)) << absent;
+}
+
+TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
+{
+    PressMonitorButton(&simulation, 0, 6);
+    EXPECT_EQ(Read(0xD6), POWER_MODE_OFF);
+    EXPECT_EQ(Read(0xF4), 128 << 8);
+    PressMonitorButton(&simulation, 0, 6);
+    EXPECT_EQ(Read(0xD6), POWER_MODE_ON);
+    Write(0xF4, 255);
+    Write(0xF2, 128);
+    PressMonitorButton(&simulation, 0, 6);
+    EXPECT_EQ(Read(0xD6), POWER_MODE_ON);
+    EXPECT_EQ(Read(0xF4), 128 << 8);
+
+    std::string hiding = s_text;
+    Add(hiding + ", hides-locked");
+    backend.setVcp(backend.context, 1, 0xF2, 128);
+    PressMonitorButton(&simulation, 1, 6);
+    EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, NO_BUTTON);
+    PressMonitorButton(&simulation, 1, 1);
+    EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, 1);
+}
+
+TEST_F(SimulatedMonitor, MisbehavesAsDescribed)
+{
+    WORD value = 77, maximum = 77;
+    EXPECT_EQ(backend.getVcp(backend.context, 0, 0xC1, &value, &maximum), MONITOR_FAILED);
+    EXPECT_EQ(Write(0xC1, 1), MONITOR_FAILED);
+    EXPECT_EQ(backend.getVcp(backend.context, 0, 0xC2, &value, &maximum), MONITOR_SILENT);
+    EXPECT_EQ(value, 77) << "a failed read leaves its results alone";
+
+    // Ten seconds long, but for the stop.
+    const DWORD start = GetTickCount();
+    EndSimulationDelays(&simulation);
+    EXPECT_EQ(Read(0xC3), 1);
+    EXPECT_LT(GetTickCount() - start, 5000u);
+
+    std::string silent = s_text;
+    silent.insert(silent.find("button1"), "answers = no\n");
+    Add(silent);
+    char name[HOST_NAME_SIZE], capabilities[HOST_CAPABILITIES_SIZE];
+    EXPECT_EQ(backend.getVcp(backend.context, 1, 0x10, &value, &maximum), MONITOR_SILENT);
+    EXPECT_EQ(backend.capabilities(backend.context, 1, capabilities), MONITOR_SILENT);
+    EXPECT_EQ(backend.name(backend.context, 1, name), MONITOR_OK) << "the name is not asked of the monitor";
+}
+
+TEST_F(SimulatedMonitor, DelayTakesItsTime)
+{
+    std::string slow = s_text;
+    slow.insert(slow.find("button1"), "delay = 60\n");
+    Add(slow);
+    WORD value = 0, maximum = 0;
+    const DWORD start = GetTickCount();
+    EXPECT_EQ(backend.getVcp(backend.context, 1, 0x10, &value, &maximum), MONITOR_OK);
+    EXPECT_GE(GetTickCount() - start, 50u);
+}
+
+TEST_F(SimulatedMonitor, RefusesMonitorsThatAreNotThere)
+{
+    for (const int monitor : {-1, 1, 0x7FFFFFFF}) {
+        char text[HOST_CAPABILITIES_SIZE];
+        BYTE edid[HOST_EDID_SIZE];
+        WORD value = 0, maximum = 0;
+        const DWORD flags[HOST_INPUT_COUNT] = {};
+        EXPECT_EQ(backend.name(backend.context, monitor, text), MONITOR_FAILED);
+        EXPECT_EQ(backend.capabilities(backend.context, monitor, text), MONITOR_FAILED);
+        EXPECT_EQ(backend.edid(backend.context, monitor, edid), MONITOR_FAILED);
+        EXPECT_EQ(backend.getVcp(backend.context, monitor, 0x10, &value, &maximum), MONITOR_FAILED);
+        EXPECT_EQ(backend.setVcp(backend.context, monitor, 0x10, 1), MONITOR_FAILED);
+        EXPECT_EQ(backend.inputList(backend.context, monitor, flags), MONITOR_FAILED);
+        EXPECT_FALSE(PressMonitorButton(&simulation, monitor, 1));
+    }
+    EXPECT_EQ(backend.directLink(backend.context, 1, true), MONITOR_FAILED);
+    EXPECT_EQ(backend.directLink(backend.context, -1, true), MONITOR_OK) << "-1 stands for all";
+    EXPECT_TRUE(GetMonitorState(&simulation, 0).directLink);
+}
