@@ -9,8 +9,8 @@
 
 struct CAPABILITYCODE {
     BYTE code;
-    bool hasValues;            // a list of values stood behind the code
-    std::vector<BYTE> values;  // in their order
+    bool hasValues;           // a list of values stood behind the code
+    std::vector<BYTE> values; // in their order
 };
 
 // The text of an item, as "2.1" of "mccs_ver(2.1)"; empty when the string has none. The name is compared without case.

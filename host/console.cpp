@@ -1,4 +1,5 @@
-// Where a program without a console says something: the handles it inherited, the console it was started from, or a box.
+// Where a program without a console says something: the handles it inherited, the console it was started from, or a
+// box.
 #include "host/console.h"
 
 #include <windows.h>
@@ -7,10 +8,10 @@
 
 #include "host/text.h"
 
-static HANDLE s_hOutput;      // null when there is none
-static HANDLE s_hError;       // null when there is none
-static bool s_bMayShowBox;    // boxes are for a user at the screen only
-static std::mutex s_mutex;    // one line at a time
+static HANDLE s_hOutput;   // null when there is none
+static HANDLE s_hError;    // null when there is none
+static bool s_bMayShowBox; // boxes are for a user at the screen only
+static std::mutex s_mutex; // one line at a time
 
 static HANDLE UsableHandle(DWORD which)
 {

@@ -63,8 +63,8 @@ EDIDBLOCK MakeEdid(const EDIDFACTS &facts)
     block[23] = 120;  // gamma 2.2
     block[24] = 0xEE; // power saving, RGB, sRGB, preferred timing first
     memcpy(&block[25], s_srgb, sizeof(s_srgb));
-    block[35] = 0x21; // 640 x 480 and 800 x 600 at 60 Hz
-    block[36] = 0x08; // 1024 x 768 at 60 Hz
+    block[35] = 0x21;             // 640 x 480 and 800 x 600 at 60 Hz
+    block[36] = 0x08;             // 1024 x 768 at 60 Hz
     memset(&block[38], 0x01, 16); // no standard timings
     WriteTiming(&block[54], facts);
     WriteTextDescriptor(&block[72], 0xFF, Format("%u", facts.serial));
@@ -74,7 +74,10 @@ EDIDBLOCK MakeEdid(const EDIDFACTS &facts)
     return block;
 }
 
-BYTE EdidSum(const EDIDBLOCK &block) { return static_cast<BYTE>(std::accumulate(block.begin(), block.end(), 0u)); }
+BYTE EdidSum(const EDIDBLOCK &block)
+{
+    return static_cast<BYTE>(std::accumulate(block.begin(), block.end(), 0u));
+}
 
 const char *ReadEdidHex(std::string_view text, EDIDBLOCK *block)
 {

@@ -59,7 +59,8 @@ static void OnTray(HOSTAPP *app, LPARAM mouseMessage)
         OnOpenPanel(app);
 }
 
-// Who began with windows ends with the last one: where there is no notification area, nothing else would be left to see.
+// Who began with windows ends with the last one: where there is no notification area, nothing else would be left to
+// see.
 static void OnMonitorClosed(HOSTAPP *app)
 {
     if ((app->options.windows || !app->hasTray) && !IsAnyMonitorWindowVisible() && app->options.tour.empty())
@@ -161,8 +162,8 @@ static bool CreateHostWindow(HOSTAPP *app)
     wndClass.lpszClassName = s_szClass;
     if (!RegisterClassW(&wndClass))
         return false;
-    app->hWnd = CreateWindowExW(0, s_szClass, L"Trayhub", WS_OVERLAPPED, CW_USEDEFAULT, CW_USEDEFAULT, 100, 100, nullptr,
-                                nullptr, app->hInstance, nullptr);
+    app->hWnd = CreateWindowExW(0, s_szClass, L"Trayhub", WS_OVERLAPPED, CW_USEDEFAULT, CW_USEDEFAULT, 100, 100,
+                                nullptr, nullptr, app->hInstance, nullptr);
     if (!app->hWnd)
         return false;
     SetWindowLongPtrW(app->hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(app));
@@ -174,7 +175,10 @@ void CallOnWindow(HOSTAPP *app, const std::function<void()> &function)
     SendMessageW(app->hWnd, WM_HOST_CALL, 0, reinterpret_cast<LPARAM>(&function));
 }
 
-void EndHost(HOSTAPP *app, int status) { PostMessageW(app->hWnd, WM_HOST_END, static_cast<WPARAM>(status), 0); }
+void EndHost(HOSTAPP *app, int status)
+{
+    PostMessageW(app->hWnd, WM_HOST_END, static_cast<WPARAM>(status), 0);
+}
 
 // ---- Start and stop -------------------------------------------------------------------------------------------------
 
@@ -232,7 +236,8 @@ int StopRunningPlugin(HOSTAPP *app)
     return StopPlugin(&app->plugin);
 }
 
-// The plug-in first, while the router still answers it; then the router, so that no thread is in the plug-in when it goes.
+// The plug-in first, while the router still answers it; then the router, so that no thread is in the plug-in when it
+// goes.
 static void StopAll(HOSTAPP *app)
 {
     StopRunningPlugin(app);

@@ -16,15 +16,16 @@ struct HOSTAPP {
     SIMULATION simulation;
     PLUGIN plugin;
     ROUTER router;
-    HWND hWnd;           // the host window: gets the plug-in's packets, never shown
-    bool isRunning;      // slot 0 was called and slot 15 was not
+    HWND hWnd;      // the host window: gets the plug-in's packets, never shown
+    bool isRunning; // slot 0 was called and slot 15 was not
     bool hasTray;
     bool commandsDone;
     std::thread tour;
-    int status;          // the process's exit status
+    int status; // the process's exit status
 };
 
-constexpr DWORD START_PATIENCE = 30000; // ms without any packet after which start-up counts as failed
+// ms without any packet after which start-up counts as failed; the plug-in waits up to 10 s for one reply.
+constexpr DWORD START_PATIENCE = 15000;
 
 // Runs the host from start to stop and returns the exit status. The console is open already.
 int RunHost(HOSTAPP *app);

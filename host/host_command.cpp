@@ -183,8 +183,8 @@ static std::string TellSettings(const HOSTANSWER &answer)
     memcpy(&settings, answer.block.data(), sizeof(settings));
     const bool isEco = settings.eco != 0;
     return Format("eco %d, ", static_cast<int>(settings.eco)) +
-           SettingText(isEco ? "brightness with eco" : "brightness", isEco ? settings.brightEco : settings.bright) + ", " +
-           SettingText("contrast", settings.contrast) + ", " + SettingText("red", settings.red) + ", " +
+           SettingText(isEco ? "brightness with eco" : "brightness", isEco ? settings.brightEco : settings.bright) +
+           ", " + SettingText("contrast", settings.contrast) + ", " + SettingText("red", settings.red) + ", " +
            SettingText("green", settings.green) + ", " + SettingText("blue", settings.blue) + ", " +
            SettingText("preset", settings.preset);
 }
@@ -211,7 +211,10 @@ static std::string TellResult(const HOSTANSWER &answer)
     return Format("result %u", PayloadWord(&answer.reply, 0));
 }
 
-static std::string TellBytes(const HOSTANSWER &answer) { return Format("%lu bytes", PayloadSize(&answer.reply)); }
+static std::string TellBytes(const HOSTANSWER &answer)
+{
+    return Format("%lu bytes", PayloadSize(&answer.reply));
+}
 
 // The names are in the code page of the system that wrote them.
 static std::string AnsiText(const char *text, size_t size)
@@ -247,11 +250,13 @@ static const struct COMMANDKIND {
 } s_commands[] = {
     {"get-settings", "", "read ECO mode, brightness, contrast, preset and gains", COMMAND_GET_SETTINGS, 128,
      ReadGetSettings, TellSettings},
-    {"set-settings", "FIELD=N ...", "write eco (0, 1), bright, brighteco, contrast, preset; the preset is always written",
-     COMMAND_SET_SETTINGS, REPLY_RESULT, ReadSetSettings, TellResult},
+    {"set-settings", "FIELD=N ...",
+     "write eco (0, 1), bright, brighteco, contrast, preset; the preset is always written", COMMAND_SET_SETTINGS,
+     REPLY_RESULT, ReadSetSettings, TellResult},
     {"get-vcp", "CODE", "read a VCP code (hexadecimal)", COMMAND_GET_VCP, 19, ReadGetVcp, TellVcp},
     {"set-vcp", "CODE N", "write a VCP code and read it back", COMMAND_SET_VCP, 20, ReadSetVcp, TellVcp},
-    {"lock", "MASK", "lock buttons (1 2 4 8 16 = buttons 1 to 5, 128 = POWER)", COMMAND_SET_VCP, 20, ReadLockOn, TellVcp},
+    {"lock", "MASK", "lock buttons (1 2 4 8 16 = buttons 1 to 5, 128 = POWER)", COMMAND_SET_VCP, 20, ReadLockOn,
+     TellVcp},
     {"unlock", "MASK", "toggle the lock of these buttons", COMMAND_SET_VCP, 20, ReadLockOff, TellVcp},
     {"set-lock", "MASK", "lock these buttons and no others", COMMAND_SET_VCP, 20, ReadLockSet, TellVcp},
     {"count", "", "ask for the number of monitors", COMMAND_COUNT, 37, NoWords, TellCount},
@@ -264,7 +269,8 @@ static const struct COMMANDKIND {
      ReadPolicy, TellResult},
     {"allow-names", "", "let the user change the names shown to the server", COMMAND_ALLOW_NAMES, REPLY_RESULT, NoWords,
      TellResult},
-    {"nothing", "", "a command without effect, answered with 256 zero bytes", COMMAND_NOTHING_256, 4, NoWords, TellBytes},
+    {"nothing", "", "a command without effect, answered with 256 zero bytes", COMMAND_NOTHING_256, 4, NoWords,
+     TellBytes},
     {"ignore", "", "a command without effect or answer", COMMAND_NOTHING, REPLY_NONE, NoWords, TellBytes},
     {"shutdown-pc", "", "shut this PC down, at once and without a question", COMMAND_SHUTDOWN_PC, REPLY_NONE, NoWords,
      TellBytes},
@@ -361,17 +367,17 @@ HOSTANSWER SendHostCommand(ROUTER *router, const HOSTCOMMAND &command)
     const DWORD request = ++s_nLastRequest;
     LogLine("host>plugin", "command", Format("code=%u id=%lu text=", command.code, request) + Quoted(command.text));
     const bool isSlot = command.code == HOST_COMMAND_SLOT;
-    const int result = isSlot ? router->slots[PLUGIN_SLOT_SEND_IDENTITY](nullptr)
-                              : CallCommandSlot(router, command, request, &answer);
+    const int result =
+        isSlot ? router->slots[PLUGIN_SLOT_SEND_IDENTITY](nullptr) : CallCommandSlot(router, command, request, &answer);
     answer.accepted = result == 1;
     while (!answer.answered && TakeReply(router, &reply)) {
         answer.answered = IsReplyTo(reply, command, *kind, request);
         if (answer.answered)
             answer.reply = std::move(reply);
     }
-    LogLine("host>plugin", "slot", Format("slot=%d result=%d answered=%d",
-                                          isSlot ? PLUGIN_SLOT_SEND_IDENTITY : PLUGIN_SLOT_COMMAND, result,
-                                          answer.answered));
+    LogLine("host>plugin", "slot",
+            Format("slot=%d result=%d answered=%d", isSlot ? PLUGIN_SLOT_SEND_IDENTITY : PLUGIN_SLOT_COMMAND, result,
+                   answer.answered));
     return answer;
 }
 

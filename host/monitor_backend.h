@@ -1,5 +1,5 @@
-// What stands behind the router: whoever knows how to reach the monitors fills this table. Nothing here assumes that they
-// are simulated; a call may take as long as a DDC/CI exchange with its retries does.
+// What stands behind the router: whoever knows how to reach the monitors fills this table. Nothing here assumes that
+// they are simulated; a call may take as long as a DDC/CI exchange with its retries does.
 #pragma once
 
 #include <windows.h>
@@ -18,8 +18,8 @@ enum MONITORRESULT {
 struct MONITORBACKEND {
     void *context;
     int (*count)(void *context);
-    MONITORRESULT (*name)(void *context, int monitor, char text[HOST_NAME_SIZE]);                   // zero-padded
-    MONITORRESULT (*capabilities)(void *context, int monitor, char text[HOST_CAPABILITIES_SIZE]);   // zero-padded
+    MONITORRESULT (*name)(void *context, int monitor, char text[HOST_NAME_SIZE]);                 // zero-padded
+    MONITORRESULT (*capabilities)(void *context, int monitor, char text[HOST_CAPABILITIES_SIZE]); // zero-padded
     MONITORRESULT (*edid)(void *context, int monitor, BYTE block[HOST_EDID_SIZE]);
     MONITORRESULT (*getVcp)(void *context, int monitor, BYTE code, WORD *value, WORD *maximum);
     MONITORRESULT (*setVcp)(void *context, int monitor, BYTE code, WORD value);

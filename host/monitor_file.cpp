@@ -111,7 +111,8 @@ static bool ReadMonitorKey(PARSESTATE *state, std::string_view key, std::string_
 
 static bool ReadMaker(PARSESTATE *state, std::string_view value)
 {
-    const bool good = value.size() == 3 && std::all_of(value.begin(), value.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    const bool good =
+        value.size() == 3 && std::all_of(value.begin(), value.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
     if (!good)
         return Fail(state, "a maker is three capital letters");
     state->edid.maker = value;
@@ -224,7 +225,8 @@ static bool NoteKey(PARSESTATE *state, std::string_view key)
 {
     unsigned code = 0;
     std::string name(key);
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return static_cast<char>(tolower(c)); });
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(tolower(c)); });
     if (name == "capabilities" || name == "data")
         return true;
     if (state->section == "vcp" && ParseNumber(key, 16, 0xFF, &code))

@@ -9,7 +9,7 @@
 
 #include "host/edid.h"
 
-constexpr int MONITOR_BUTTON_COUNT = 6; // the last one is POWER
+constexpr int MONITOR_BUTTON_COUNT = 6;      // the last one is POWER
 constexpr DWORD MONITOR_DELAY_LIMIT = 20000; // ms
 
 // One line of the section [vcp].

@@ -1,5 +1,5 @@
-// Draws a simulated monitor. The screen shows a test scene through the monitor's brightness, contrast and colour, so that a
-// change of a setting is seen as a change of the picture.
+// Draws a simulated monitor. The screen shows a test scene through the monitor's brightness, contrast and colour, so
+// that a change of a setting is seen as a change of the picture.
 #include "host/monitor_picture.h"
 
 #include <algorithm>
@@ -21,8 +21,9 @@ constexpr COLORREF COLOR_BUTTON = RGB(0x50, 0x54, 0x5B), COLOR_BUTTON_HELD = RGB
 constexpr COLORREF COLOR_BUTTON_LOCKED = RGB(0x36, 0x38, 0x3C);
 constexpr COLORREF COLOR_LABEL = RGB(0xF2, 0xF2, 0xF2), COLOR_LABEL_LOCKED = RGB(0x72, 0x75, 0x7A);
 constexpr COLORREF COLOR_LED_ON = RGB(0x4C, 0xD9, 0x64), COLOR_LED_OFF = RGB(0xE0, 0x8A, 0x1E);
-constexpr COLORREF COLOR_REPORTED = RGB(0xFF, 0xC1, 0x3B);
-constexpr COLORREF COLOR_ECO = RGB(0x2E, 0x8B, 0x3D), COLOR_LINK = RGB(0x2E, 0x6D, 0xA8), COLOR_OSD = RGB(0x18, 0x1A, 0x1E);
+constexpr COLORREF COLOR_REPORTED = RGB(0x5A, 0xC8, 0xFA);
+constexpr COLORREF COLOR_ECO = RGB(0x2E, 0x8B, 0x3D), COLOR_LINK = RGB(0x2E, 0x6D, 0xA8),
+                   COLOR_OSD = RGB(0x18, 0x1A, 0x1E);
 
 struct COLOUR {
     double red, green, blue; // 0 to 1
@@ -33,10 +34,10 @@ struct COLOUR {
 static std::wstring InputText(const MONITORSTATE &state)
 {
     static const wchar_t *const names[] = {
-        L"入力なし", L"アナログ", L"アナログ2", L"デジタル", L"デジタル2",      L"ビデオ",
-        L"ビデオ2",  L"Sビデオ",  L"Sビデオ2",  L"テレビ",   L"テレビ2",        L"テレビ3",
-        L"コンポーネント", L"コンポーネント2", L"コンポーネント3", L"DisplayPort", L"DisplayPort2", L"HDMI",
-        L"HDMI2",
+        L"入力なし",    L"アナログ",     L"アナログ2",      L"デジタル",        L"デジタル2",
+        L"ビデオ",      L"ビデオ2",      L"Sビデオ",        L"Sビデオ2",        L"テレビ",
+        L"テレビ2",     L"テレビ3",      L"コンポーネント", L"コンポーネント2", L"コンポーネント3",
+        L"DisplayPort", L"DisplayPort2", L"HDMI",           L"HDMI2",
     };
     std::wstring text = state.input < std::size(names) ? names[state.input] : L"入力 " + std::to_wstring(state.input);
     if (state.hasChannel && state.input >= 9 && state.input <= 11)
@@ -49,20 +50,11 @@ static const struct {
     const wchar_t *name;
     COLOUR white;
 } s_presets[] = {
-    {L"標準", {1, 1, 1}},
-    {L"sRGB", {1, 1, 1}},
-    {L"7200K", {0.95, 0.97, 1}},
-    {L"4000K", {1, 0.82, 0.64}},
-    {L"5000K", {1, 0.90, 0.81}},
-    {L"6500K", {1, 0.98, 0.96}},
-    {L"7500K", {0.93, 0.95, 1}},
-    {L"8200K", {0.88, 0.93, 1}},
-    {L"9300K", {0.82, 0.89, 1}},
-    {L"10000K", {0.80, 0.87, 1}},
-    {L"11500K", {0.76, 0.85, 1}},
-    {L"ユーザー", {1, 1, 1}},
-    {L"ユーザー2", {1, 1, 1}},
-    {L"ユーザー3", {1, 1, 1}},
+    {L"標準", {1, 1, 1}},         {L"sRGB", {1, 1, 1}},         {L"7200K", {0.95, 0.97, 1}},
+    {L"4000K", {1, 0.82, 0.64}},  {L"5000K", {1, 0.90, 0.81}},  {L"6500K", {1, 0.98, 0.96}},
+    {L"7500K", {0.93, 0.95, 1}},  {L"8200K", {0.88, 0.93, 1}},  {L"9300K", {0.82, 0.89, 1}},
+    {L"10000K", {0.80, 0.87, 1}}, {L"11500K", {0.76, 0.85, 1}}, {L"ユーザー", {1, 1, 1}},
+    {L"ユーザー2", {1, 1, 1}},    {L"ユーザー3", {1, 1, 1}},
 };
 
 static std::wstring LevelText(const wchar_t *name, MONITORSTATE::LEVEL level)
@@ -82,7 +74,10 @@ static std::wstring ColourText(const MONITORSTATE &state)
 
 // ---- The scene ------------------------------------------------------------------------------------------------------
 
-static double Mix(double a, double b, double part) { return a + (b - a) * std::clamp(part, 0.0, 1.0); }
+static double Mix(double a, double b, double part)
+{
+    return a + (b - a) * std::clamp(part, 0.0, 1.0);
+}
 
 static COLOUR MixColours(COLOUR a, COLOUR b, double part)
 {
@@ -96,7 +91,8 @@ static COLOUR LandscapeAt(double x, double y)
     const double shore = 0.56;
     if (y > shore) {
         const double depth = (y - shore) / (1 - shore);
-        const double track = std::exp(-std::pow((x - 0.66) / (0.03 + 0.10 * depth), 2)) * (0.6 + 0.4 * std::sin(depth * 40));
+        const double track =
+            std::exp(-std::pow((x - 0.66) / (0.03 + 0.10 * depth), 2)) * (0.6 + 0.4 * std::sin(depth * 40));
         return MixColours(MixColours({0.85, 0.60, 0.42}, {0.07, 0.20, 0.34}, depth * 1.3), sunlight, track * 0.8);
     }
     const double front = shore - 0.08 - 0.07 * std::sin(x * 7.0 + 0.6) - 0.03 * std::sin(x * 23);
@@ -106,7 +102,8 @@ static COLOUR LandscapeAt(double x, double y)
     if (y > back)
         return MixColours({0.33, 0.36, 0.50}, {0.55, 0.45, 0.48}, (y - back) * 6);
     const double distance = std::hypot((x - 0.66) * 1.35, y - 0.27);
-    return MixColours(MixColours(zenith, horizon, y * 2.1), sunlight, distance < 0.075 ? 1 : 0.5 * std::exp(-distance * 9));
+    return MixColours(MixColours(zenith, horizon, y * 2.1), sunlight,
+                      distance < 0.075 ? 1 : 0.5 * std::exp(-distance * 9));
 }
 
 static COLOUR PatchAt(int column, int row)
@@ -165,7 +162,10 @@ static void FillCurve(const MONITORSTATE &state, double white, BYTE curve[256])
     }
 }
 
-static BYTE Curved(const BYTE curve[256], double level) { return curve[std::lround(level * 255)]; }
+static BYTE Curved(const BYTE curve[256], double level)
+{
+    return curve[std::lround(level * 255)];
+}
 
 static void DrawScene(HDC hDC, const MONITORSTATE &state)
 {
@@ -182,8 +182,8 @@ static void DrawScene(HDC hDC, const MONITORSTATE &state)
                                             Curved(blue, colour.blue)));
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof(info.bmiHeader), SCREEN_WIDTH, -SCREEN_HEIGHT, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    SetDIBitsToDevice(hDC, BODY_EDGE, BODY_EDGE, SCREEN_WIDTH, SCREEN_HEIGHT, 0, 0, 0, SCREEN_HEIGHT, pixels.data(), &info,
-                      DIB_RGB_COLORS);
+    SetDIBitsToDevice(hDC, BODY_EDGE, BODY_EDGE, SCREEN_WIDTH, SCREEN_HEIGHT, 0, 0, 0, SCREEN_HEIGHT, pixels.data(),
+                      &info, DIB_RGB_COLORS);
 }
 
 // ---- Drawing --------------------------------------------------------------------------------------------------------
@@ -233,7 +233,8 @@ static int DrawMark(HDC hDC, int right, const wchar_t *text, COLORREF colour)
 static void DrawOnScreenTexts(HDC hDC, const MONITORSTATE &state)
 {
     const std::wstring input = InputText(state);
-    const RECT inputBox = {BODY_EDGE + 6, BODY_EDGE + 6, BODY_EDGE + 6 + TextWidth(hDC, input) + 18, BODY_EDGE + 6 + 20};
+    const RECT inputBox = {BODY_EDGE + 6, BODY_EDGE + 6, BODY_EDGE + 6 + TextWidth(hDC, input) + 18,
+                           BODY_EDGE + 6 + 20};
     FillShape(hDC, inputBox, 6, COLOR_OSD, COLOR_BODY_LINE);
     DrawLine(hDC, inputBox, input, RGB(0xFF, 0xFF, 0xFF), DT_CENTER);
 
@@ -290,13 +291,14 @@ static void DrawButton(HDC hDC, const MONITORSTATE &state, int button, bool isHe
     const bool isPower = button == MONITOR_BUTTON_COUNT;
     const RECT box = ButtonBox(state, button);
     FillShape(hDC, box, 6, isHeld ? COLOR_BUTTON_HELD : isLocked ? COLOR_BUTTON_LOCKED : COLOR_BUTTON, COLOR_BODY_LINE);
-    DrawLine(hDC, box, Widen(state.labels[static_cast<size_t>(button - 1)]), isLocked ? COLOR_LABEL_LOCKED : COLOR_LABEL,
-             DT_CENTER);
+    DrawLine(hDC, box, Widen(state.labels[static_cast<size_t>(button - 1)]),
+             isLocked ? COLOR_LABEL_LOCKED : COLOR_LABEL, DT_CENTER);
     // A press that nobody has cleared yet; the POWER button's place is the lamp's.
     if (state.pressed == ButtonBit(button))
         DrawDot(hDC, (box.left + box.right) / 2 - (isPower ? 8 : 0), NAME_TOP + NAME_HEIGHT / 2, COLOR_REPORTED);
     if (isPower)
-        DrawDot(hDC, (box.left + box.right) / 2, NAME_TOP + NAME_HEIGHT / 2, state.powered ? COLOR_LED_ON : COLOR_LED_OFF);
+        DrawDot(hDC, (box.left + box.right) / 2, NAME_TOP + NAME_HEIGHT / 2,
+                state.powered ? COLOR_LED_ON : COLOR_LED_OFF);
 }
 
 static void DrawPanel(HDC hDC, const MONITORSTATE &state, int heldButton)

@@ -12,13 +12,16 @@
 constexpr UINT WM_MONITOR_CHANGED = WM_APP + 3; // to a monitor's own window: repaint
 static const wchar_t s_szClass[] = L"TrayhubMonitor";
 
-static SIMULATION *s_pSimulation;        // whose monitors are shown
-static std::vector<HWND> s_windows;      // one per monitor, in order
-static HWND s_hOwner;                    // the host's window
-static int s_nHeldButton;                // the button that the mouse went down on, 0 for none
-static bool s_bHeldInside;               // whether the mouse is still on it
+static SIMULATION *s_pSimulation;   // whose monitors are shown
+static std::vector<HWND> s_windows; // one per monitor, in order
+static HWND s_hOwner;               // the host's window
+static int s_nHeldButton;           // the button that the mouse went down on, 0 for none
+static bool s_bHeldInside;          // whether the mouse is still on it
 
-static int MonitorOf(HWND hWnd) { return static_cast<int>(GetWindowLongPtrW(hWnd, GWLP_USERDATA)); }
+static int MonitorOf(HWND hWnd)
+{
+    return static_cast<int>(GetWindowLongPtrW(hWnd, GWLP_USERDATA));
+}
 
 // On whatever thread changed the value; the painting waits for the window's own.
 static void OnMonitorChanged(void *, int monitor)
@@ -139,8 +142,8 @@ static bool RegisterMonitorClass(HINSTANCE hInstance)
     return RegisterClassW(&wndClass) != 0;
 }
 
-// Side by side from the upper left corner of the work area, row after row; what no longer fits begins there again, a bit
-// further down.
+// Side by side from the upper left corner of the work area, row after row; what no longer fits begins there again, a
+// bit further down.
 static POINT PlaceOf(int monitor, const SIZE &size)
 {
     RECT area = {};
@@ -166,8 +169,8 @@ bool CreateMonitorWindows(SIMULATION *simulation, HINSTANCE hInstance, HWND owne
         const std::wstring title =
             L"モニタ " + std::to_wstring(i + 1) + L" - " + Widen(GetMonitorState(simulation, i).model);
         const POINT place = PlaceOf(i, size);
-        const HWND hWnd = CreateWindowExW(0, s_szClass, title.c_str(), style, place.x, place.y, size.cx, size.cy, nullptr,
-                                          nullptr, hInstance, nullptr);
+        const HWND hWnd = CreateWindowExW(0, s_szClass, title.c_str(), style, place.x, place.y, size.cx, size.cy,
+                                          nullptr, nullptr, hInstance, nullptr);
         if (!hWnd)
             return false;
         SetWindowLongPtrW(hWnd, GWLP_USERDATA, i);
@@ -193,7 +196,8 @@ bool IsAnyMonitorWindowVisible()
 
 HWND MonitorWindow(int monitor)
 {
-    return monitor >= 0 && monitor < static_cast<int>(s_windows.size()) ? s_windows[static_cast<size_t>(monitor)] : nullptr;
+    return monitor >= 0 && monitor < static_cast<int>(s_windows.size()) ? s_windows[static_cast<size_t>(monitor)]
+                                                                        : nullptr;
 }
 
 void DestroyMonitorWindows()

@@ -91,8 +91,8 @@ static const struct OPTIONKIND {
      "no tray icon; the program ends when its last window is closed.\n"
      "A right click on a monitor's window opens the menu, with or without a tray icon",
      &OPTIONS::noTray, nullptr},
-    {"--command", "TEXT",
-     "after start-up, give the plug-in a command and print its answer; may be given again", nullptr, TakeCommand},
+    {"--command", "TEXT", "after start-up, give the plug-in a command and print its answer; may be given again",
+     nullptr, TakeCommand},
     {"--quit", nullptr, "end after start-up and the commands; status 1 when one was not answered", &OPTIONS::quit,
      nullptr},
     {"--log", "FILE", "write every packet and every access to a monitor to FILE", nullptr, TakeLog},

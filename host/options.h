@@ -8,9 +8,9 @@
 
 struct OPTIONS {
     bool help;
-    bool windows;  // show the monitors' windows at the start
+    bool windows; // show the monitors' windows at the start
     bool noTray;
-    bool quit;     // end by ourselves after start-up and commands
+    bool quit; // end by ourselves after start-up and commands
     std::string plugin;
     std::vector<std::string> monitors; // files and folders; empty: no monitors at all
     std::string log;                   // empty: none

@@ -22,11 +22,12 @@ static const struct {
     BYTE code;
     const char *name;
 } s_features[] = {
-    {0x04, "factory-reset"}, {0x05, "luminance-reset"}, {0x08, "colour-reset"}, {0x10, "brightness"},
-    {0x12, "contrast"},      {0x14, "colour-preset"},   {0x16, "red-gain"},     {0x18, "green-gain"},
-    {0x1A, "blue-gain"},     {0x1E, "auto-setup"},      {0x60, "input"},        {0xD6, "power-mode"},
-    {0xE0, "eco"},           {0xE8, "tv-channel"},      {0xF0, "end-of-use"},   {0xF2, "button-lock"},
-    {0xF4, "button-register"},
+    {0x04, "factory-reset"}, {0x05, "luminance-reset"}, {0x08, "colour-reset"},
+    {0x10, "brightness"},    {0x12, "contrast"},        {0x14, "colour-preset"},
+    {0x16, "red-gain"},      {0x18, "green-gain"},      {0x1A, "blue-gain"},
+    {0x1E, "auto-setup"},    {0x60, "input"},           {0xD6, "power-mode"},
+    {0xE0, "eco"},           {0xE8, "tv-channel"},      {0xF0, "end-of-use"},
+    {0xF2, "button-lock"},   {0xF4, "button-register"},
 };
 
 const char *CopyPacket(const HOSTPACKET *source, PACKET *copy)
@@ -66,9 +67,15 @@ PACKET MakePacket(ENDPOINT source, ENDPOINT destination, WORD command, WORD code
     return packet;
 }
 
-HOSTDATA *PacketData(PACKET *packet) { return reinterpret_cast<HOSTDATA *>(packet->data.data()); }
+HOSTDATA *PacketData(PACKET *packet)
+{
+    return reinterpret_cast<HOSTDATA *>(packet->data.data());
+}
 
-const HOSTDATA *PacketData(const PACKET *packet) { return reinterpret_cast<const HOSTDATA *>(packet->data.data()); }
+const HOSTDATA *PacketData(const PACKET *packet)
+{
+    return reinterpret_cast<const HOSTDATA *>(packet->data.data());
+}
 
 DWORD PayloadSize(const PACKET *packet)
 {
@@ -148,7 +155,10 @@ static std::string FeaturePart(const PACKET *packet)
 }
 
 // A monitor index or value: signed, since -1 has a meaning.
-static int SignedAt(const PACKET *packet, DWORD offset) { return static_cast<int>(PayloadDword(packet, offset)); }
+static int SignedAt(const PACKET *packet, DWORD offset)
+{
+    return static_cast<int>(PayloadDword(packet, offset));
+}
 
 static std::string DescribeInputList(const PACKET *packet)
 {

@@ -7,8 +7,8 @@
 
 #include "host/text.h"
 
-static std::mutex s_mutex;                          // one line at a time
-static HANDLE s_hFile = INVALID_HANDLE_VALUE;       // the open log
+static std::mutex s_mutex;                    // one line at a time
+static HANDLE s_hFile = INVALID_HANDLE_VALUE; // the open log
 
 bool OpenPacketLog(const std::string &path, std::string *error)
 {
@@ -36,7 +36,10 @@ void LogLine(const char *direction, const char *kind, const std::string &fields)
     WriteFile(s_hFile, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 
-void LogEvent(const std::string &text) { LogLine("host", "event", "text=" + Quoted(text)); }
+void LogEvent(const std::string &text)
+{
+    LogLine("host", "event", "text=" + Quoted(text));
+}
 
 void ClosePacketLog()
 {

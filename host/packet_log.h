@@ -16,7 +16,8 @@
 // Examples:
 //     2024-05-31T14:07:09.250 plugin>host request command=24 name=get-vcp id=5 monitor=0 code=0x10 feature=brightness
 //     2024-05-31T14:07:09.271 host>monitor read monitor=0 code=0x10 feature=brightness value=80 max=100 result=ok ms=20
-//     2024-05-31T14:07:09.271 host>plugin reply command=24 name=get-vcp id=5 code=0x10 feature=brightness value=80 max=100
+//     2024-05-31T14:07:09.271 host>plugin reply command=24 name=get-vcp id=5 code=0x10 feature=brightness value=80
+//     max=100
 #pragma once
 
 #include <string>

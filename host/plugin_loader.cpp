@@ -54,7 +54,10 @@ bool InitPlugin(const PLUGIN *plugin, HWND hWnd, WORD wPluginID)
     return result == 1;
 }
 
-static std::wstring PluginText(const char *text) { return text ? WidenShiftJis(text) : std::wstring(); }
+static std::wstring PluginText(const char *text)
+{
+    return text ? WidenShiftJis(text) : std::wstring();
+}
 
 PLUGINTEXTS GetPluginTexts(const PLUGIN *plugin)
 {

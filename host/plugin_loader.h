@@ -19,7 +19,8 @@ struct PLUGINTEXTS {
 // Loads `path` and takes its slot table. Returns false with "PATH: REASON" in *error; nothing stays loaded then.
 bool LoadPlugin(const std::string &path, PLUGIN *plugin, std::string *error);
 
-// Slot 0: hands the plug-in our window and its endpoint identifier. Returns false when it did not start. Window's thread.
+// Slot 0: hands the plug-in our window and its endpoint identifier. Returns false when it did not start. Window's
+// thread.
 bool InitPlugin(const PLUGIN *plugin, HWND hWnd, WORD wPluginID);
 
 // Slot 1. A text that the plug-in leaves out comes back empty.

@@ -1,4 +1,5 @@
-// The host's end of the packet link: takes requests from the window, works them off on a thread, answers through slot 2.
+// The host's end of the packet link: takes requests from the window, works them off on a thread, answers through
+// slot 2.
 #include "host/router.h"
 
 #include <algorithm>
@@ -18,9 +19,15 @@ static void LogAccess(const char *kind, const PACKET *request, const std::string
                    MonitorResultName(result), GetTickCount() - startTick));
 }
 
-static std::string CodeFields(BYTE code) { return Format(" code=0x%02X feature=%s", code, FeatureName(code)); }
+static std::string CodeFields(BYTE code)
+{
+    return Format(" code=0x%02X feature=%s", code, FeatureName(code));
+}
 
-static bool IsDone(MONITORRESULT result) { return result == MONITOR_OK || result == MONITOR_IGNORED; }
+static bool IsDone(MONITORRESULT result)
+{
+    return result == MONITOR_OK || result == MONITOR_IGNORED;
+}
 
 // The functions below each work off one kind of request: they fill the answer's payload, and say how it went. A failed
 // read answers -1 and -1, a failed write 0, a text or block that could not be had zeros.
@@ -73,8 +80,7 @@ static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKE
 {
     const bool on = PayloadDword(request, 4) != 0;
     const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        backend->directLink(backend->context, static_cast<int>(PayloadDword(request, 0)), on);
+    const MONITORRESULT result = backend->directLink(backend->context, static_cast<int>(PayloadDword(request, 0)), on);
     LogAccess("directlink", request, Format(" on=%d", on), result, start);
     AppendDword(answer, IsDone(result));
     return result;
@@ -96,8 +102,7 @@ static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *req
     return result;
 }
 
-static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request,
-                                        std::vector<BYTE> *answer)
+static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
 {
     char text[HOST_CAPABILITIES_SIZE] = {};
     const DWORD start = GetTickCount();
@@ -122,10 +127,14 @@ static const struct {
     WORD command;
     MONITORRESULT (*answer)(const MONITORBACKEND *, const PACKET *, std::vector<BYTE> *);
 } s_answerers[] = {
-    {HOST_SET_VCP, AnswerSetVcp},           {HOST_SET_INPUT_LIST, AnswerInputList},
-    {HOST_SET_DIRECTLINK, AnswerDirectLink}, {HOST_GET_VCP, AnswerGetVcp},
-    {HOST_GET_MONITOR_COUNT, AnswerCount},  {HOST_GET_MONITOR_NAME, AnswerName},
-    {HOST_GET_CAPABILITIES, AnswerCapabilities}, {HOST_GET_EDID, AnswerEdid},
+    {HOST_SET_VCP, AnswerSetVcp},
+    {HOST_SET_INPUT_LIST, AnswerInputList},
+    {HOST_SET_DIRECTLINK, AnswerDirectLink},
+    {HOST_GET_VCP, AnswerGetVcp},
+    {HOST_GET_MONITOR_COUNT, AnswerCount},
+    {HOST_GET_MONITOR_NAME, AnswerName},
+    {HOST_GET_CAPABILITIES, AnswerCapabilities},
+    {HOST_GET_EDID, AnswerEdid},
 };
 
 // ---- What the plug-in knows -----------------------------------------------------------------------------------------
@@ -171,7 +180,10 @@ static void NoteExchange(ROUTER *router, const PACKET *request, const PACKET *an
 
 // ---- The worker -----------------------------------------------------------------------------------------------------
 
-ENDPOINT HostEndpoint() { return {HOST_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_DDCCI}; }
+ENDPOINT HostEndpoint()
+{
+    return {HOST_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_DDCCI};
+}
 
 // Hands a packet to a slot. The block is a copy that only has to live until the slot returns.
 static int CallSlot(ROUTER *router, int slot, PACKET *packet)

@@ -58,8 +58,8 @@ void StopRouter(ROUTER *router);
 // The host address that the plug-in sends to, and the source of all that the host sends.
 ENDPOINT HostEndpoint();
 
-// WM_HOST_PACKET: takes a request or notice. Never waits and never calls the plug-in. A packet that is malformed or of an
-// unknown command is logged and gets no answer. Returns 1 when it was taken, else 0.
+// WM_HOST_PACKET: takes a request or notice. Never waits and never calls the plug-in. A packet that is malformed or of
+// an unknown command is logged and gets no answer. Returns 1 when it was taken, else 0.
 LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *packet);
 
 // WM_HOST_REPLY: keeps the plug-in's reply to a command for TakeReply. Returns 1 when it was taken, else 0.

@@ -71,7 +71,10 @@ void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
         ResetFeature(monitor, static_cast<BYTE>(code));
 }
 
-void EndSimulationDelays(SIMULATION *simulation) { SetEvent(simulation->hEnd); }
+void EndSimulationDelays(SIMULATION *simulation)
+{
+    SetEvent(simulation->hEnd);
+}
 
 void CloseSimulation(SIMULATION *simulation)
 {
@@ -154,7 +157,10 @@ static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD val
 
 // ---- The backend ----------------------------------------------------------------------------------------------------
 
-static SIMULATION *From(void *context) { return static_cast<SIMULATION *>(context); }
+static SIMULATION *From(void *context)
+{
+    return static_cast<SIMULATION *>(context);
+}
 
 static int Count(void *context)
 {

@@ -61,8 +61,8 @@ struct SIMULATION {
 
 void OpenSimulation(SIMULATION *simulation);
 
-// Puts one more monitor at the end, at its factory state. Codes that the capability string lists and the description does
-// not are there with the value 0 (or the first listed value) and the maximum 255 (or the highest listed value).
+// Puts one more monitor at the end, at its factory state. Codes that the capability string lists and the description
+// does not are there with the value 0 (or the first listed value) and the maximum 255 (or the highest listed value).
 void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file);
 
 // Ends every delay, now and later, so that nobody waits for a slow monitor at the stop.

@@ -14,9 +14,15 @@ static std::wstring WidenFrom(UINT codePage, std::string_view text)
     return wide;
 }
 
-std::wstring Widen(std::string_view text) { return WidenFrom(CP_UTF8, text); }
+std::wstring Widen(std::string_view text)
+{
+    return WidenFrom(CP_UTF8, text);
+}
 
-std::wstring WidenShiftJis(std::string_view text) { return WidenFrom(932, text); }
+std::wstring WidenShiftJis(std::string_view text)
+{
+    return WidenFrom(932, text);
+}
 
 std::string Narrow(std::wstring_view text)
 {
@@ -74,7 +80,10 @@ std::vector<std::string> SplitAt(std::string_view text, char separator)
     return pieces;
 }
 
-static char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+static char Lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool EqualNoCase(std::string_view a, std::string_view b)
 {
@@ -165,5 +174,7 @@ std::string SystemErrorText(unsigned long code)
     std::wstring message(text, length);
     while (!message.empty() && wcschr(L"\r\n. ", message.back()))
         message.pop_back();
+    if (const size_t insert = message.find(L"%1"); insert != std::wstring::npos)
+        message.replace(insert, 2, L"the file");
     return message.empty() ? Format("error %lu", code) : Narrow(message);
 }

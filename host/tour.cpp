@@ -82,8 +82,8 @@ static std::string ReadingList(const WIREMONITOR &monitor)
     static const struct {
         BYTE code;
         bool showsMaximum;
-    } shown[] = {{VCP_ECO, false}, {VCP_BRIGHTNESS, true}, {VCP_CONTRAST, true},       {VCP_COLOUR_PRESET, false},
-                 {VCP_RED, true},  {VCP_GREEN, true},      {VCP_BLUE, true},           {VCP_BUTTON_LOCK, false}};
+    } shown[] = {{VCP_ECO, false}, {VCP_BRIGHTNESS, true}, {VCP_CONTRAST, true}, {VCP_COLOUR_PRESET, false},
+                 {VCP_RED, true},  {VCP_GREEN, true},      {VCP_BLUE, true},     {VCP_BUTTON_LOCK, false}};
     std::string text;
     for (const auto &entry : shown) {
         const WIREMONITOR::READING &reading = monitor.readings[entry.code];
@@ -106,9 +106,9 @@ static STEPRESULT StepTable(TOUR *tour)
     ConsoleLine(Format("  %-2s %-12s %-4s  %-22s %s", "", "model", "MCCS", "colour presets", "inputs"));
     for (size_t i = 0; i < monitors.size(); i++) {
         const WIREMONITOR &monitor = monitors[i];
-        if (!monitor.hasName || !monitor.hasCapabilities)
-            return FailStep(tour, Format("the plug-in did not learn name and capabilities of monitor %u",
-                                         static_cast<unsigned>(i + 1)));
+        if (!monitor.hasName)
+            return FailStep(tour,
+                            Format("the plug-in did not learn the name of monitor %u", static_cast<unsigned>(i + 1)));
         const std::string version = CapabilityItem(monitor.capabilities, "mccs_ver");
         ConsoleLine(Format("  %-2u %-12s %-4s  %-22s %s", static_cast<unsigned>(i + 1), monitor.name.c_str(),
                            version.empty() ? "-" : version.c_str(), PresetList(monitor).c_str(),
@@ -149,16 +149,16 @@ static STEPRESULT StepChange(TOUR *tour)
 {
     HOSTAPP *app = tour->app;
     const MONITORSTATE::LEVEL before = GetMonitorState(&app->simulation, 0).brightness;
-    const int wanted = before.value >= before.maximum / 2 ? before.value - before.maximum / 3
-                                                          : before.value + before.maximum / 3;
+    const int wanted =
+        before.value >= before.maximum / 2 ? before.value - before.maximum / 3 : before.value + before.maximum / 3;
     HOSTANSWER answer;
     if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer))
         return SkipStep(tour, "the plug-in does not answer commands of the host");
     const int readBack = static_cast<int>(PayloadDword(&answer.reply, 4));
     const int shown = GetMonitorState(&app->simulation, 0).brightness.value;
     if (readBack != wanted || shown != wanted)
-        return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d", wanted,
-                                     readBack, shown));
+        return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d",
+                                     wanted, readBack, shown));
     return STEP_DONE;
 }
 

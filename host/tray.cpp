@@ -21,8 +21,9 @@ bool AddTrayIcon(HWND hWnd, HINSTANCE hInstance)
     NOTIFYICONDATAW data = IconData(hWnd);
     data.uFlags = NIF_ICON | NIF_MESSAGE | NIF_TIP;
     data.uCallbackMessage = WM_TRAY;
-    data.hIcon = static_cast<HICON>(LoadImageW(hInstance, MAKEINTRESOURCEW(IDI_TRAYHUB), IMAGE_ICON,
-                                               GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    data.hIcon =
+        static_cast<HICON>(LoadImageW(hInstance, MAKEINTRESOURCEW(IDI_TRAYHUB), IMAGE_ICON,
+                                      GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
     lstrcpynW(data.szTip, L"Trayhub", ARRAYSIZE(data.szTip));
     return Shell_NotifyIconW(NIM_ADD, &data) != FALSE;
 }

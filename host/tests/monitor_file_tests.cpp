@@ -1,4 +1,5 @@
-// Monitor files: what a good one amounts to, how a fault is named, and that the shipped ones hold what the plug-in needs.
+// Monitor files: what a good one amounts to, how a fault is named, and that the shipped ones hold what the plug-in
+// needs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -145,7 +146,11 @@ TEST(CapabilityText, RealAndHostileStrings)
         BYTE listCode;
         std::vector<int> list;
     } cases[] = {
-        {"(vcp(02 10 14(01 05 0B)16 D6(01 04) DF)MCCS_VER(2.1))", "2.1", {0x02, 0x10, 0x14, 0x16, 0xD6, 0xDF}, 0x14, {1, 5, 11}},
+        {"(vcp(02 10 14(01 05 0B)16 D6(01 04) DF)MCCS_VER(2.1))",
+         "2.1",
+         {0x02, 0x10, 0x14, 0x16, 0xD6, 0xDF},
+         0x14,
+         {1, 5, 11}},
         {"(vcp(0203101214(01 05)15DF)mccs_ver(2.1))", "2.1", {0x02, 0x03, 0x10, 0x12, 0x14, 0x15, 0xDF}, 0x14, {1, 5}},
         {"(vcp(10 60( 11 12 ) B0(01(02 03) 04)))", "", {0x10, 0x60, 0xB0}, 0xB0, {1, 4}},
         {"(vcp(10 60(01 02", "", {0x10, 0x60}, 0x60, {1, 2}},

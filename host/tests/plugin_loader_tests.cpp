@@ -83,7 +83,9 @@ TEST(Options, AreReadOrRefused)
         const char *error; // null: good
     } cases[] = {
         {{}, nullptr},
-        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--quit", "--log", "l", "--plugin", "p", "--tour", "t"}, nullptr},
+        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--quit", "--log", "l", "--plugin", "p", "--tour",
+          "t"},
+         nullptr},
         {{"--command", "count", "--command", "get-vcp 10"}, nullptr},
         {{"--window"}, "'--window' is no option"},
         {{"file.ini"}, "'file.ini' is no option"},

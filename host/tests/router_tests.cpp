@@ -1,4 +1,5 @@
-// The router: every request's answer, copies that outlive the message, malformed packets, and who knows what afterwards.
+// The router: every request's answer, copies that outlive the message, malformed packets, and who knows what
+// afterwards.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -129,7 +130,8 @@ TEST_F(Router, AnswersEveryRequestInOrder)
     } cases[] = {
         {HOST_GET_MONITOR_COUNT, 0, {}, Words({3}), Words({3}), "count"},
         {HOST_GET_MONITOR_NAME, 0, Words({1}), {name.begin(), name.end()}, none, "name 1"},
-        {HOST_GET_CAPABILITIES, 0, Words({1}), std::vector<BYTE>(512, 'c'), std::vector<BYTE>(512, 0), "capabilities 1"},
+        {HOST_GET_CAPABILITIES, 0, Words({1}), std::vector<BYTE>(512, 'c'), std::vector<BYTE>(512, 0),
+         "capabilities 1"},
         {HOST_GET_EDID, 0, Words({2}), std::vector<BYTE>(128, 0xED), std::vector<BYTE>(128, 0), "edid 2"},
         {HOST_GET_VCP, 0x10, Words({0}), Words({0xFFFE, 0xFFFF}), Words({0xFFFFFFFF, 0xFFFFFFFF}), "get 0 10"},
         {HOST_SET_VCP, 0xF4, Words({3, 255}), Words({1}), Words({0}), "set 3 F4 255"},
@@ -194,11 +196,16 @@ TEST_F(Router, AnswersNothingToMalformedPackets)
         WORD command;
         DWORD headerSize, blockSize;
     } cases[] = {
-        {"sizes disagree", HOST_GET_VCP, 14, 15},  {"shorter than the head", HOST_GET_VCP, 9, 9},
-        {"far too large", HOST_GET_VCP, 0xFFFFFFF0, 0xFFFFFFF0}, {"payload missing", HOST_GET_VCP, 10, 10},
-        {"payload cut", HOST_GET_VCP, 13, 13},     {"payload too long", HOST_GET_VCP, 18, 18},
-        {"cut input list", HOST_SET_INPUT_LIST, 74, 74},  {"unknown command", 25, 14, 14},
-        {"unknown command", 0, 10, 10},            {"negative command", 0xFFFF, 14, 14},
+        {"sizes disagree", HOST_GET_VCP, 14, 15},
+        {"shorter than the head", HOST_GET_VCP, 9, 9},
+        {"far too large", HOST_GET_VCP, 0xFFFFFFF0, 0xFFFFFFF0},
+        {"payload missing", HOST_GET_VCP, 10, 10},
+        {"payload cut", HOST_GET_VCP, 13, 13},
+        {"payload too long", HOST_GET_VCP, 18, 18},
+        {"cut input list", HOST_SET_INPUT_LIST, 74, 74},
+        {"unknown command", 25, 14, 14},
+        {"unknown command", 0, 10, 10},
+        {"negative command", 0xFFFF, 14, 14},
     };
     for (const auto &one : cases) {
         BYTE block[128] = {};
@@ -302,7 +309,8 @@ TEST_F(Router, LogsLinesThatAProgramCanRead)
     };
     for (const char *line : expected)
         EXPECT_NE(log.find(line), std::string::npos) << line << "\n" << log;
-    const std::regex form(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3} [a-z>]+ [a-z-]+( [a-z-]+=("([^"\\]|\\.)*"|[^ "]+))*\r)");
+    const std::regex form(
+        R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3} [a-z>]+ [a-z-]+( [a-z-]+=("([^"\\]|\\.)*"|[^ "]+))*\r)");
     for (const std::string &line : SplitAt(log, '\n'))
         EXPECT_TRUE(line.empty() || std::regex_match(line, form)) << line;
 }

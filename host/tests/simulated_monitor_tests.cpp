@@ -33,7 +33,9 @@ protected:
     {
         OpenSimulation(&simulation);
         Add(s_text);
-        simulation.changed = [](void *context, int monitor) { static_cast<SimulatedMonitor *>(context)->changes.push_back(monitor); };
+        simulation.changed = [](void *context, int monitor) {
+            static_cast<SimulatedMonitor *>(context)->changes.push_back(monitor);
+        };
         simulation.changedContext = this;
         backend = SimulationBackend(&simulation);
     }

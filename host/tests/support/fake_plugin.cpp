@@ -18,7 +18,10 @@ extern "C" __declspec(dllexport) int GetPluginFunc(PLUGINFUNC *lpFunc)
     return g_FakePlugin.exportResult;
 }
 
-static int Nop(void *) { return 1; }
+static int Nop(void *)
+{
+    return 1;
+}
 
 static int Receive(void *packet)
 {
@@ -35,7 +38,10 @@ static int Command(void *packet)
     return g_FakePlugin.onCommand ? g_FakePlugin.onCommand(static_cast<HOSTPACKET *>(packet)) : 1;
 }
 
-static int SendIdentity(void *) { return g_FakePlugin.onSendIdentity ? g_FakePlugin.onSendIdentity() : 1; }
+static int SendIdentity(void *)
+{
+    return g_FakePlugin.onSendIdentity ? g_FakePlugin.onSendIdentity() : 1;
+}
 
 void ResetFakePlugin()
 {
