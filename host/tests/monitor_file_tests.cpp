@@ -171,11 +171,17 @@ TEST(CapabilityText, RealAndHostileStrings)
     }
 }
 
+// Where the program and its data are; the tests stand two folders further down.
+static std::string BinFolder()
+{
+    return ProgramFolder() + "\\..\\..";
+}
+
 TEST(ShippedFiles, FitThePlugin)
 {
     std::vector<MONITORFILE> files;
     std::string error;
-    ASSERT_TRUE(ReadMonitorFiles({ProgramFolder() + "\\monitors"}, &files, &error)) << error;
+    ASSERT_TRUE(ReadMonitorFiles({BinFolder() + "\\monitors"}, &files, &error)) << error;
     const char *const models[] = {"NRV-PA1", "NRV-PA2", "NRV-PT2", "NRV-PA3", "NRV-PT3", "U3011", "27MU68"};
     ASSERT_EQ(files.size(), std::size(models));
     for (size_t i = 0; i < files.size(); i++) {
@@ -196,7 +202,7 @@ TEST(ShippedFiles, FitThePlugin)
         for (int button = 1; button <= MONITOR_BUTTON_COUNT; button++) {
             char label[64];
             GetPrivateProfileStringA(file.model.c_str(), Format("button%d", button).c_str(), "", label, sizeof(label),
-                                     (ProgramFolder() + "\\Launcher.ini").c_str());
+                                     (BinFolder() + "\\Launcher.ini").c_str());
             EXPECT_EQ(file.labels[static_cast<size_t>(button - 1)], label) << file.model << " " << button;
         }
     }
