@@ -86,7 +86,8 @@ static const struct OPTIONKIND {
      "in name order, 'none' for no monitor at all; the folder 'monitors' beside the program\n"
      "if not given",
      nullptr, TakeMonitors},
-    {"--windows", nullptr, "show the monitors' windows at the start", &OPTIONS::windows, nullptr},
+    {"--windows", nullptr, "show the monitors' windows at the start; the program then ends when the last is closed",
+     &OPTIONS::windows, nullptr},
     {"--no-tray", nullptr,
      "no tray icon; the program ends when its last window is closed.\n"
      "A right click on a monitor's window opens the menu, with or without a tray icon",

@@ -196,7 +196,7 @@ TEST_F(Router, AnswersNothingToMalformedPackets)
         WORD command;
         DWORD headerSize, blockSize;
     } cases[] = {
-        {"sizes disagree", HOST_GET_VCP, 14, 15},
+        {"sizes disagree", HOST_GET_VCP, 15, 14},
         {"shorter than the head", HOST_GET_VCP, 9, 9},
         {"far too large", HOST_GET_VCP, 0xFFFFFFF0, 0xFFFFFFF0},
         {"payload missing", HOST_GET_VCP, 10, 10},
