@@ -103,6 +103,20 @@ void SendReply(const HOSTPACKET *lpPacket)
     SendMessageA(g_hHostWnd, WM_HOST_REPLY, 0, reinterpret_cast<LPARAM>(lpPacket));
 }
 
+REPLYRESULT AnswerCommand(const HOSTPACKET *lpCommand, DWORD dwRequestID, WORD wCode, const void *lpPayload,
+                          DWORD dwLength)
+{
+    HOSTDATA *data = MakeDataBlock(wCode, lpPayload, dwLength, dwRequestID);
+    if (!data)
+        return REPLYRESULT::NoBlock;
+    HOSTPACKET *reply = BuildReplyPacket(&lpCommand->src, lpCommand->wCommand, lpCommand->wFlags, data, data->dwSize);
+    if (reply)
+        SendReply(reply);
+    FreeReplyPacket(reply);
+    FreeDataBlock(data);
+    return reply ? REPLYRESULT::Sent : REPLYRESULT::NoHeader;
+}
+
 // ---- Reply slots --------------------------------------------------------------------------------------------------
 
 // Held for the copy of at most 512 bytes. Sleeping, not spinning: the holder may be a thread of lower priority.

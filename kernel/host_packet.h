@@ -67,5 +67,11 @@ void FreeReplyPacket(HOSTPACKET *lpPacket);
 // Sends a reply to the host's window.
 void SendReply(const HOSTPACKET *lpPacket);
 
+// Builds and sends the reply to a command: to the command's sender, with its wCommand and wFlags. lpPayload: dwLength
+// bytes. Waits until the host has taken it.
+enum class REPLYRESULT { Sent, NoBlock, NoHeader }; // the last two: memory is out, nothing was sent
+REPLYRESULT AnswerCommand(const HOSTPACKET *lpCommand, DWORD dwRequestID, WORD wCode, const void *lpPayload,
+                          DWORD dwLength);
+
 // Slot 2: a packet from the host. Any thread. Result: 1 when it was taken, 0 when it was refused.
 int PluginReceive(void *lpPacket);

@@ -60,7 +60,8 @@ constexpr BYTE ENDPOINT_CLASS = 2;
 constexpr BYTE ENDPOINT_SUBCLASS_PLUGIN = 1;
 constexpr BYTE ENDPOINT_SUBCLASS_DDCCI = 0x40; // the host's DDC/CI side
 
-// The data block: a fixed head of 10 bytes with the payload directly behind it.
+// The data block: a fixed head of 10 bytes with the payload directly behind it. Blocks live on the process heap
+// (HeapAlloc of GetProcessHeap): one of them, that of PLUGIN_COMMAND_SHUT_DOWN, is released by its receiver.
 #pragma pack(push, 1)
 struct HOSTDATA {
     DWORD dwSize;      // 10 + payload length
@@ -119,3 +120,109 @@ enum : WORD {
     HOST_NOTICE_STARTING = 8,  // before the monitors are enumerated
     HOST_NOTICE_STARTED = 9,   // monitors were found
 };
+
+// ---- Commands of the host -----------------------------------------------------------------------------------------
+
+// Slot 16 carries out a command of the host. HOSTDATA::wCode is its number; HOSTPACKET::wCommand is whatever the host
+// likes. A reply goes to the sender's address by WM_HOST_REPLY, with wCommand, wFlags and request number of the command.
+// Monitor commands act on the monitor that is selected in the panel; writes act on all monitors while the all-monitors
+// mode is on. A block that is shorter than its command's payload is ignored, like an unknown number.
+//
+// The slot returns 1, or 0 for a packet without a block or with sizes that disagree. It waits for the host's answers to
+// the requests that a command leads to, so the host must be able to deliver them meanwhile.
+enum : WORD {
+    // HOSTCOLORS, filled in place in the host's own block. Reply: PLUGIN_REPLY_RECORD, 140 zero bytes, which only say
+    // that the block is filled.
+    PLUGIN_COMMAND_READ_COLORS = 1,
+    // HOSTCOLORS. Reply: PLUGIN_REPLY_RESULT, always 0.
+    PLUGIN_COMMAND_WRITE_COLORS = 2,
+    // No payload, no action. Reply: its own code, 256 zero bytes.
+    PLUGIN_COMMAND_EMPTY_RECORD = 4,
+    // HOSTVCP. Reply: its own code, the HOSTVCP with its answer, which the host's own block carries, too.
+    PLUGIN_COMMAND_READ_VCP = 19,
+    PLUGIN_COMMAND_WRITE_VCP = 20,
+    // No payload. Switches the power of all monitors by a broadcast. Reply: PLUGIN_REPLY_RESULT.
+    PLUGIN_COMMAND_POWER_OFF = 32,
+    PLUGIN_COMMAND_POWER_ON = 33,
+    // No payload. Reply: its own code, the count in a 32-bit word; the request number is the command block's dwSize.
+    PLUGIN_COMMAND_MONITOR_COUNT = 37,
+    // No payload. Shuts the PC down. No reply. The plug-in releases the block, which must be on the process heap.
+    PLUGIN_COMMAND_SHUT_DOWN = 39,
+    // No payload, no action, no reply.
+    PLUGIN_COMMAND_NONE = 40,
+    // No payload. Reply: PLUGIN_REPLY_RECORD, HOSTIDENTITY.
+    PLUGIN_COMMAND_IDENTITY = 128,
+    // No payload. Lets the user change the names of the identity. Reply: PLUGIN_REPLY_RESULT.
+    PLUGIN_COMMAND_ALLOW_NAME_CHANGE = 130,
+    // A 32-bit word: 1 = allow the Display control panel, else forbid it. Reply: PLUGIN_REPLY_RESULT, 0 when the policy
+    // was as asked already.
+    PLUGIN_COMMAND_DISPLAY_CPL = 131,
+};
+
+// HOSTDATA::wCode of the replies that do not carry their command's number.
+enum : WORD {
+    PLUGIN_REPLY_RESULT = 2,   // a 16-bit word: 1 = done, 0 = not
+    PLUGIN_REPLY_RECORD = 128, // 140 bytes
+};
+
+constexpr DWORD PLUGIN_EMPTY_RECORD_SIZE = 256;
+
+// Colour settings of a monitor. A field of all ones is left alone, but for the colour preset of a write.
+#pragma pack(push, 2)
+struct HOSTCOLORS {
+    DWORD dwEco;     // 0 off, 1 on; on a write, any other value leaves ECO mode and brightness alone
+    WORD wBrightEco; // brightness while ECO is on
+    WORD wBright;    // brightness while ECO is off
+    WORD wContrast;
+    WORD wRed; // the three gains are read only
+    WORD wGreen;
+    WORD wBlue;
+    WORD wColorPreset; // value of VCP 0x14; on a write, all ones is written, too
+};
+#pragma pack(pop)
+static_assert(sizeof(HOSTCOLORS) == 18);
+static_assert(offsetof(HOSTCOLORS, wBrightEco) == 4 && offsetof(HOSTCOLORS, wContrast) == 8 &&
+              offsetof(HOSTCOLORS, wRed) == 10 && offsetof(HOSTCOLORS, wColorPreset) == 16);
+
+constexpr DWORD HOSTCOLORS_KEEP_ECO = 0xFFFFFFFF;
+constexpr WORD HOSTCOLORS_KEEP = 0xFFFF;
+
+// A VCP feature. The code 0xF2, the lock of the front-panel buttons, is written by operation and mask.
+struct HOSTVCP {
+    union {
+        LONG nMaximum;   // answer: the maximum; -1 when it could not be read
+        LONG nOperation; // write of 0xF2: HOSTVCP_UNLOCK and so on
+    };
+    union {
+        LONG nValue; // value to write; answer: the current value, -1 when it could not be read
+        LONG nMask;  // write of 0xF2: bits of the buttons
+    };
+    BYTE bCode;
+    BYTE bReserved[3];
+};
+static_assert(sizeof(HOSTVCP) == 12);
+static_assert(offsetof(HOSTVCP, nValue) == 4 && offsetof(HOSTVCP, bCode) == 8);
+
+// Operations on the lock mask. Others do nothing.
+enum : LONG {
+    HOSTVCP_UNLOCK = 0, // toggles the bits of the mask
+    HOSTVCP_LOCK = 1,   // adds them
+    HOSTVCP_SET = 2,    // the mask as it is
+};
+
+// Who this PC is to a management server. Names are zero-terminated and zero-filled.
+constexpr DWORD HOST_IDENTITY_NAME_SIZE = 64;
+constexpr DWORD HOST_IDENTITY_NET_SIZE = 10;
+struct HOSTIDENTITY {
+    char szUserName[HOST_IDENTITY_NAME_SIZE];
+    char szGroupName[HOST_IDENTITY_NAME_SIZE];
+    BYTE bNetSpec[HOST_IDENTITY_NET_SIZE]; // the head of the host's own setting "MyNetSpec"
+    WORD wReserved;
+};
+static_assert(sizeof(HOSTIDENTITY) == 140);
+static_assert(offsetof(HOSTIDENTITY, szGroupName) == 64 && offsetof(HOSTIDENTITY, bNetSpec) == 128);
+
+// Slot 10 sends a HOSTIDENTITY like the reply to a command with this sender, these header fields and request number 0.
+constexpr ENDPOINT PLUGIN_IDENTITY_RECEIVER = {ENDPOINT_ID_UNKNOWN, 4, 1};
+constexpr WORD PLUGIN_IDENTITY_COMMAND = 16;
+constexpr WORD PLUGIN_IDENTITY_FLAGS = 1;

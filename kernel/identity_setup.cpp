@@ -1,6 +1,7 @@
 // First-run set-up of user and group name.
 #include "kernel/identity_setup.h"
 
+#include "kernel/identity.h"
 #include "kernel/platform.h"
 #include "settings/registry.h"
 
@@ -8,18 +9,17 @@
 #include <winsock.h>
 
 constexpr WORD WINSOCK_VERSION = MAKEWORD(1, 1);
-constexpr DWORD NAME_SIZE = 64;
 constexpr DWORD DOMAIN_SIZE = 256; // a DNS name has at most 255 characters
 
 static bool StoreHostName()
 {
-    char name[NAME_SIZE] = "";
+    char name[HOST_IDENTITY_NAME_SIZE] = "";
     WSADATA data;
     if (WSAStartup(WINSOCK_VERSION, &data) == 0) {
         gethostname(name, sizeof name);
         WSACleanup();
     }
-    return WriteSettingText(SUBKEY_GENERAL, "LocalUserName", name, sizeof name) != 0;
+    return WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name) != 0;
 }
 
 // GetComputerNameExA, which early versions of both families lack.
@@ -37,7 +37,7 @@ static void StoreDomainName()
     if (length == 0 || length > sizeof name || !getName(NAME_TYPE_DNS_DOMAIN, name, &length) || length == 0)
         return;
     // The stored text is as long as the second answer says: without its terminator.
-    WriteSettingText(SUBKEY_GENERAL, "LocalGroupName", name, length);
+    WriteSettingText(SUBKEY_GENERAL, VALUE_GROUP_NAME, name, length);
 }
 
 void SetupIdentity()

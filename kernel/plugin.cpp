@@ -1,7 +1,9 @@
 // The export and the slots that start, describe and stop the plug-in.
 #include "kernel/plugin.h"
 
+#include "kernel/host_command.h"
 #include "kernel/host_packet.h"
+#include "kernel/identity.h"
 #include "kernel/kernel_thread.h"
 #include "panel/resources/resource.h"
 
@@ -18,24 +20,24 @@ static const char szVersion[] = "1.00";
 static PLUGININFO s_Info; // handed to the host, so it outlives the call
 
 static const PLUGINSLOT s_Slots[PLUGIN_SLOT_COUNT] = {
-    PluginInit,      // 0
-    PluginGetInfo,   // 1
-    PluginReceive,   // 2
-    PluginOpenPanel, // 3
-    PluginNop,       // 4
-    PluginNop,       // 5
-    PluginNop,       // 6
-    PluginNop,       // 7
-    PluginNop,       // 8
-    PluginNop,       // 9
-    PluginNop,       // 10
-    PluginNop,       // 11
-    PluginNop,       // 12
-    PluginNop,       // 13
-    PluginNop,       // 14
-    PluginStop,      // 15
-    PluginNop,       // 16
-    nullptr,         // 17: the end of the table, not to be called
+    PluginInit,         // 0
+    PluginGetInfo,      // 1
+    PluginReceive,      // 2
+    PluginOpenPanel,    // 3
+    PluginNop,          // 4
+    PluginNop,          // 5
+    PluginNop,          // 6
+    PluginNop,          // 7
+    PluginNop,          // 8
+    PluginNop,          // 9
+    PluginSendIdentity, // 10
+    PluginNop,          // 11
+    PluginNop,          // 12
+    PluginNop,          // 13
+    PluginNop,          // 14
+    PluginStop,         // 15
+    PluginCommand,      // 16
+    nullptr,            // 17: the end of the table, not to be called
 };
 
 // There is no clean-up at detach: the host stops the plug-in through slot 15 before it unloads it.

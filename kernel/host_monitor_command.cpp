@@ -1,0 +1,223 @@
+// The host's commands on a monitor: colour settings, VCP features, the lock of its front-panel buttons.
+#include "kernel/host_monitor_command.h"
+
+#include "kernel/host_packet.h"
+#include "launcher/launcher_settings.h"
+#include "monitor/monitor_table.h"
+#include "monitor/vcp.h"
+#include "profiles/foreground.h"
+
+#include <cstring>
+
+// The payload lies unaligned in the host's block, so it is worked on in a copy and put back.
+template <typename PAYLOAD>
+static PAYLOAD TakePayload(const HOSTPACKET *command)
+{
+    PAYLOAD payload;
+    memcpy(&payload, HostPayload(command->lpData), sizeof payload);
+    return payload;
+}
+
+template <typename PAYLOAD>
+static void PutPayload(const HOSTPACKET *command, const PAYLOAD &payload)
+{
+    memcpy(HostPayload(command->lpData), &payload, sizeof payload);
+}
+
+void SetVCPAll(BYTE bCode, LONG nValue)
+{
+    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
+        SetVCP(monitor, bCode, static_cast<WORD>(nValue));
+}
+
+static void SetSelectedOrAll(BYTE code, LONG value)
+{
+    if (g_bAllMonitors)
+        SetVCPAll(code, value);
+    else
+        SetVCP(g_nCurMonitor, code, static_cast<WORD>(value));
+}
+
+// ---- Colours ------------------------------------------------------------------------------------------------------
+
+void ReadColors(const HOSTPACKET *lpCommand)
+{
+    HOSTCOLORS colors = TakePayload<HOSTCOLORS>(lpCommand);
+    const LONG monitor = g_nCurMonitor;
+
+    // Decides on the brightness also when its own field is left alone; -1, a failed read, counts as on.
+    const DWORD eco = static_cast<DWORD>(GetVCP(monitor, VCP_ECO_MODE, nullptr));
+    if (colors.dwEco != HOSTCOLORS_KEEP_ECO)
+        colors.dwEco = eco;
+
+    const struct {
+        BYTE code;
+        WORD *field;
+    } values[] = {
+        {VCP_BRIGHTNESS, eco != 0 ? &colors.wBrightEco : &colors.wBright},
+        {VCP_CONTRAST, &colors.wContrast},
+        {VCP_COLOR_PRESET, &colors.wColorPreset},
+        {VCP_RED_GAIN, &colors.wRed},
+        {VCP_GREEN_GAIN, &colors.wGreen},
+        {VCP_BLUE_GAIN, &colors.wBlue},
+    };
+    for (const auto &value : values)
+        if (*value.field != HOSTCOLORS_KEEP)
+            *value.field = static_cast<WORD>(GetVCP(monitor, value.code, nullptr));
+    PutPayload(lpCommand, colors);
+
+    // The answer is the block above; the reply only says that it is filled.
+    const BYTE record[sizeof(HOSTIDENTITY)] = {};
+    AnswerCommand(lpCommand, lpCommand->lpData->dwRequestID, PLUGIN_REPLY_RECORD, record, sizeof record);
+}
+
+// Writes a value that the selected monitor's maximum limits, also where it goes to all monitors.
+static void WriteLimited(BYTE code, WORD value, LONG (&maxima)[MAX_MONITOR])
+{
+    if (value == HOSTCOLORS_KEEP)
+        return;
+    const LONG monitor = g_nCurMonitor;
+    LONG maximum = -1;
+    GetVCP(monitor, code, &maximum);
+    if (IsMonitorIndex(monitor))
+        maxima[monitor] = maximum;
+    // Signed, so that a maximum that could not be read, -1, is the smaller one and is written: deliberate.
+    SetSelectedOrAll(code, maximum < value ? maximum : value);
+}
+
+void WriteColors(const HOSTPACKET *lpCommand)
+{
+    const HOSTCOLORS colors = TakePayload<HOSTCOLORS>(lpCommand);
+    if (colors.dwEco == 0) {
+        SetSelectedOrAll(VCP_ECO_MODE, 0);
+        WriteLimited(VCP_BRIGHTNESS, colors.wBright, g_nMaxBright);
+    } else if (colors.dwEco == 1) {
+        SetSelectedOrAll(VCP_ECO_MODE, 1);
+        WriteLimited(VCP_BRIGHTNESS, colors.wBrightEco, g_nMaxBrightEco);
+    }
+    WriteLimited(VCP_CONTRAST, colors.wContrast, g_nMaxContrast);
+    // Written also when it is all ones, unlike the other fields: deliberate.
+    SetSelectedOrAll(VCP_COLOR_PRESET, colors.wColorPreset);
+
+    const WORD result = 0;
+    AnswerCommand(lpCommand, lpCommand->lpData->dwRequestID, PLUGIN_REPLY_RESULT, &result, sizeof result);
+}
+
+// ---- VCP features -------------------------------------------------------------------------------------------------
+
+static void AnswerFeature(const HOSTPACKET *command, const HOSTVCP &feature)
+{
+    PutPayload(command, feature);
+    AnswerCommand(command, command->lpData->dwRequestID, command->lpData->wCode, &feature, sizeof feature);
+}
+
+// Reads a feature into its answer fields.
+static void FillFeature(HOSTVCP *feature)
+{
+    feature->nMaximum = -1;
+    feature->nValue = GetVCP(g_nCurMonitor, feature->bCode, &feature->nMaximum);
+}
+
+void ReadFeature(const HOSTPACKET *lpCommand)
+{
+    HOSTVCP feature = TakePayload<HOSTVCP>(lpCommand);
+    FillFeature(&feature);
+    AnswerFeature(lpCommand, feature);
+}
+
+// A feature that cannot be read is not written either.
+static void WritePlainFeature(HOSTVCP *feature)
+{
+    const LONG value = feature->nValue;
+    FillFeature(feature);
+    if (feature->nValue == -1) {
+        feature->nMaximum = -1;
+        return;
+    }
+    SetSelectedOrAll(feature->bCode, value);
+    FillFeature(feature);
+}
+
+// ---- Button lock --------------------------------------------------------------------------------------------------
+
+// Which button modes follow which change of the lock. Other masks change the monitor alone.
+struct LOCKRULE {
+    LONG nOperation;
+    LONG nMask;
+    int nFirst; // buttons
+    int nLast;
+    bool bLock;
+};
+
+static const LOCKRULE s_LockRules[] = {
+    {HOSTVCP_LOCK, 7, 1, 3, true},
+    {HOSTVCP_LOCK, 0x80, LAUNCHER_BUTTON_POWER, LAUNCHER_BUTTON_POWER, true},
+    {HOSTVCP_UNLOCK, 7, 1, 3, false},
+    {HOSTVCP_UNLOCK, 0x80, LAUNCHER_BUTTON_POWER, LAUNCHER_BUTTON_POWER, false},
+    {HOSTVCP_SET, 255, 1, LAUNCHER_BUTTON_COUNT, true},
+    {HOSTVCP_SET, 0, 1, LAUNCHER_BUTTON_COUNT, false},
+};
+
+// Locking leaves launcher buttons as they are; unlocking makes them normal, too.
+static void ChangeButtonMode(LONG monitor, int button, bool lock)
+{
+    char name[64];
+    wsprintfA(name, VALUE_BUTTON_MODE, monitor, button);
+    const DWORD mode = ReadLauncherValue(name);
+    if (lock && mode == BUTTON_NORMAL)
+        WriteLauncherValue(name, BUTTON_LOCKED);
+    else if (!lock && (mode == BUTTON_LOCKED || mode == BUTTON_LAUNCHER))
+        WriteLauncherValue(name, BUTTON_NORMAL);
+}
+
+static void ChangeButtonModes(LONG monitor, const HOSTVCP &lock)
+{
+    for (const LOCKRULE &rule : s_LockRules)
+        if (rule.nOperation == lock.nOperation && rule.nMask == lock.nMask)
+            for (int button = rule.nFirst; button <= rule.nLast; ++button)
+                ChangeButtonMode(monitor, button, rule.bLock);
+}
+
+// False for an operation that does not exist.
+static bool ChangeMask(LONG operation, LONG current, LONG mask, LONG *changed)
+{
+    switch (operation) {
+    case HOSTVCP_LOCK:
+        *changed = current | mask;
+        return true;
+    case HOSTVCP_UNLOCK:
+        // Toggles, does not clear: a monitor that lost the bit gets it back.
+        *changed = current ^ mask;
+        return true;
+    case HOSTVCP_SET:
+        *changed = mask;
+        return true;
+    }
+    return false;
+}
+
+static void WriteButtonLock(const HOSTVCP &lock)
+{
+    const LONG monitor = g_nCurMonitor;
+    LONG mask;
+    if (!IsMonitorIndex(monitor) ||
+        !ChangeMask(lock.nOperation, GetVCP(monitor, VCP_BUTTON_LOCK, nullptr), lock.nMask, &mask))
+        return;
+    // Once per monitor, yet each time for the selected one: so nothing is changed while no monitor is known.
+    for (LONG round = 0; round < g_nMonitor; ++round)
+        ChangeButtonModes(monitor, lock);
+    SetVCP(monitor, VCP_BUTTON_LOCK, static_cast<WORD>(mask));
+    char name[64];
+    wsprintfA(name, VALUE_LOCK_STATUS, monitor);
+    WriteLauncherValue(name, static_cast<DWORD>(mask));
+}
+
+void WriteFeature(const HOSTPACKET *lpCommand)
+{
+    HOSTVCP feature = TakePayload<HOSTVCP>(lpCommand);
+    if (feature.bCode == VCP_BUTTON_LOCK)
+        WriteButtonLock(feature);
+    else
+        WritePlainFeature(&feature);
+    AnswerFeature(lpCommand, feature);
+}

@@ -1,0 +1,19 @@
+// The record that tells a management server who this PC is, as the settings have it now.
+#pragma once
+
+#include "kernel/host_protocol.h"
+
+// Names of its values below SUBKEY_GENERAL, and of the one that lets the user change them.
+#define VALUE_USER_NAME "LocalUserName"
+#define VALUE_GROUP_NAME "LocalGroupName"
+#define VALUE_ENABLE_CHANGE_NAME "EnableChangeName"
+
+// Fills a record from the settings; whatever is absent, too long or of another type is zero. Any thread.
+void BuildIdentity(HOSTIDENTITY *lpIdentity);
+
+// Sends the record as the reply to a command (AnswerCommand). Says so in a message box when the reply's header cannot
+// be had. Host's thread. Result: 1, or 0 when memory ran out.
+int SendIdentity(const HOSTPACKET *lpCommand, DWORD dwRequestID);
+
+// Slot 10: the record without a command. Host's thread. Result: 1, or 0 when memory ran out.
+int PluginSendIdentity(void *lpUnused);
