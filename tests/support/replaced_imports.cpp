@@ -126,6 +126,13 @@ static UINT_PTR WINAPI FakeSetTimer(HWND window, UINT_PTR id, UINT period, TIMER
     return ShallFail(Fault::Timer) ? 0 : real(window, id, period, procedure);
 }
 
+// Of the product's own blocks: the run-time library allocates elsewhere.
+static void *WINAPI FakeHeapAlloc(HANDLE heap, DWORD flags, SIZE_T size)
+{
+    const auto real = Real<decltype(&HeapAlloc)>("kernel32", "HeapAlloc");
+    return ShallFail(Fault::Memory) ? nullptr : real(heap, flags, size);
+}
+
 extern "C" {
 extern void *fakeWinExec asm("__imp__WinExec@8");
 extern void *fakeShellExecute asm("__imp__ShellExecuteA@24");
@@ -135,6 +142,7 @@ extern void *fakeCreateEvent asm("__imp__CreateEventA@16");
 extern void *fakeCreateThread asm("__imp__CreateThread@24");
 extern void *fakeLoadLibrary asm("__imp__LoadLibraryA@4");
 extern void *fakeSetTimer asm("__imp__SetTimer@16");
+extern void *fakeHeapAlloc asm("__imp__HeapAlloc@12");
 void *fakeWinExec = reinterpret_cast<void *>(FakeWinExec);
 void *fakeShellExecute = reinterpret_cast<void *>(FakeShellExecute);
 void *fakeExitWindowsEx = reinterpret_cast<void *>(FakeExitWindowsEx);
@@ -143,4 +151,5 @@ void *fakeCreateEvent = reinterpret_cast<void *>(FakeCreateEvent);
 void *fakeCreateThread = reinterpret_cast<void *>(FakeCreateThread);
 void *fakeLoadLibrary = reinterpret_cast<void *>(FakeLoadLibrary);
 void *fakeSetTimer = reinterpret_cast<void *>(FakeSetTimer);
+void *fakeHeapAlloc = reinterpret_cast<void *>(FakeHeapAlloc);
 }

@@ -21,7 +21,7 @@ void SetExitWindowsResults(std::vector<BOOL> results);
 void SkipPauses(bool on);
 
 // What a call that can be made to fail is known by.
-enum class Fault { Event, Thread, Library, Timer, None };
+enum class Fault { Event, Thread, Library, Timer, Memory, None };
 
 // Makes calls of a function fail, from the `nth` on (1 = the next), `count` of them. Fault::None ends all. Any thread.
 void InjectFault(Fault fault, int nth = 1, int count = 1);
