@@ -1,4 +1,4 @@
-// Commands that the host gives the plug-in through slot 16. Numbers, layouts and reply codes stand in one table.
+// Commands that the host gives the plug-in through slot 16: one table of words, numbers, readers and tellers.
 #include "host/host_command.h"
 
 #include <cstring>
@@ -6,42 +6,9 @@
 #include "host/packet_log.h"
 #include "host/text.h"
 
-enum : WORD {
-    COMMAND_GET_SETTINGS = 1,
-    COMMAND_SET_SETTINGS = 2,
-    COMMAND_NOTHING_256 = 4,
-    COMMAND_GET_VCP = 19,
-    COMMAND_SET_VCP = 20,
-    COMMAND_POWER_OFF = 32,
-    COMMAND_POWER_ON = 33,
-    COMMAND_COUNT = 37,
-    COMMAND_SHUTDOWN_PC = 39,
-    COMMAND_NOTHING = 40,
-    COMMAND_IDENTITY = 128,
-    COMMAND_ALLOW_NAMES = 130,
-    COMMAND_POLICY = 131,
-};
-
-constexpr WORD REPLY_RESULT = 2;     // 16-bit result
 constexpr WORD REPLY_NONE = 0xFFFE;  // the command gets no reply
 constexpr WORD COMMAND_CARRIER = 16; // HOSTPACKET::wCommand of every command
 constexpr BYTE BUTTON_LOCK = 0xF2;
-constexpr DWORD LOCK_OFF = 0, LOCK_ON = 1, LOCK_SET = 2;
-constexpr WORD LEAVE_ALONE = 0xFFFF; // in a field of the colour settings
-
-// The colour settings: payload of COMMAND_GET_SETTINGS (filled in by the plug-in) and COMMAND_SET_SETTINGS.
-struct COLOURSETTINGS {
-    DWORD eco;
-    WORD brightEco, bright, contrast, red, green, blue, preset, reserved;
-};
-static_assert(sizeof(COLOURSETTINGS) == 20);
-
-// The identity record, the reply to COMMAND_IDENTITY.
-struct IDENTITY {
-    char user[64], group[64];
-    BYTE net[10], zero[2];
-};
-static_assert(sizeof(IDENTITY) == 140);
 
 static DWORD s_nLastRequest; // request number of the last command; window's thread only
 
@@ -57,22 +24,22 @@ static bool NoWords(const WORDS &words, std::vector<BYTE> *, std::string *error)
 
 static bool ReadGetSettings(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
-    payload->assign(sizeof(COLOURSETTINGS), 0); // no field all ones: every one is asked for
+    payload->assign(sizeof(HOSTCOLORS), 0); // no field all ones: every one is asked for
     return NoWords(words, payload, error);
 }
 
 // The fields that the command takes; it has no use for the gains.
 static const struct {
     const char *name;
-    WORD COLOURSETTINGS::*field;
+    WORD HOSTCOLORS::*field;
 } s_settingFields[] = {
-    {"bright", &COLOURSETTINGS::bright},
-    {"brighteco", &COLOURSETTINGS::brightEco},
-    {"contrast", &COLOURSETTINGS::contrast},
-    {"preset", &COLOURSETTINGS::preset},
+    {"bright", &HOSTCOLORS::wBright},
+    {"brighteco", &HOSTCOLORS::wBrightEco},
+    {"contrast", &HOSTCOLORS::wContrast},
+    {"preset", &HOSTCOLORS::wColorPreset},
 };
 
-static bool ReadSetting(const std::string &word, COLOURSETTINGS *settings)
+static bool ReadSetting(const std::string &word, HOSTCOLORS *settings)
 {
     const size_t equals = word.find('=');
     const std::string name = word.substr(0, equals);
@@ -80,7 +47,7 @@ static bool ReadSetting(const std::string &word, COLOURSETTINGS *settings)
     if (equals == std::string::npos || !ParseNumber(word.substr(equals + 1), 10, 0xFFFF, &value))
         return false;
     if (name == "eco") {
-        settings->eco = value;
+        settings->dwEco = value;
         return true;
     }
     for (const auto &entry : s_settingFields) {
@@ -94,7 +61,7 @@ static bool ReadSetting(const std::string &word, COLOURSETTINGS *settings)
 
 static bool ReadSetSettings(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
-    COLOURSETTINGS settings;
+    HOSTCOLORS settings;
     memset(&settings, 0xFF, sizeof(settings)); // all ones: leave alone
     *error = "takes FIELD=VALUE with eco, bright, brighteco, contrast, preset";
     for (const std::string &word : words)
@@ -145,17 +112,17 @@ static bool ReadLock(const WORDS &words, std::vector<BYTE> *payload, std::string
 
 static bool ReadLockOn(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
-    return ReadLock(words, payload, error, LOCK_ON);
+    return ReadLock(words, payload, error, HOSTVCP_LOCK);
 }
 
 static bool ReadLockOff(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
-    return ReadLock(words, payload, error, LOCK_OFF);
+    return ReadLock(words, payload, error, HOSTVCP_UNLOCK);
 }
 
 static bool ReadLockSet(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
-    return ReadLock(words, payload, error, LOCK_SET);
+    return ReadLock(words, payload, error, HOSTVCP_SET);
 }
 
 static bool ReadPolicy(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
@@ -171,22 +138,22 @@ static bool ReadPolicy(const WORDS &words, std::vector<BYTE> *payload, std::stri
 
 static std::string SettingText(const char *name, WORD value)
 {
-    return value == LEAVE_ALONE ? Format("%s not read", name) : Format("%s %u", name, value);
+    return value == HOSTCOLORS_KEEP ? Format("%s not read", name) : Format("%s %u", name, value);
 }
 
 // The reply itself carries nothing of meaning; the command's own block has been filled in.
 static std::string TellSettings(const HOSTANSWER &answer)
 {
-    COLOURSETTINGS settings;
+    HOSTCOLORS settings;
     if (answer.block.size() != sizeof(settings))
         return "the answer has a wrong size";
     memcpy(&settings, answer.block.data(), sizeof(settings));
-    const bool isEco = settings.eco != 0;
-    return Format("eco %d, ", static_cast<int>(settings.eco)) +
-           SettingText(isEco ? "brightness with eco" : "brightness", isEco ? settings.brightEco : settings.bright) +
-           ", " + SettingText("contrast", settings.contrast) + ", " + SettingText("red", settings.red) + ", " +
-           SettingText("green", settings.green) + ", " + SettingText("blue", settings.blue) + ", " +
-           SettingText("preset", settings.preset);
+    const bool isEco = settings.dwEco != 0;
+    return Format("eco %d, ", static_cast<int>(settings.dwEco)) +
+           SettingText(isEco ? "brightness with eco" : "brightness", isEco ? settings.wBrightEco : settings.wBright) +
+           ", " + SettingText("contrast", settings.wContrast) + ", " + SettingText("red", settings.wRed) + ", " +
+           SettingText("green", settings.wGreen) + ", " + SettingText("blue", settings.wBlue) + ", " +
+           SettingText("preset", settings.wColorPreset);
 }
 
 static std::string TellVcp(const HOSTANSWER &answer)
@@ -194,7 +161,7 @@ static std::string TellVcp(const HOSTANSWER &answer)
     const int maximum = static_cast<int>(PayloadDword(&answer.reply, 0));
     const int value = static_cast<int>(PayloadDword(&answer.reply, 4));
     const BYTE code = static_cast<BYTE>(PayloadDword(&answer.reply, 8));
-    if (code == BUTTON_LOCK && PacketData(&answer.reply)->wCode == COMMAND_SET_VCP)
+    if (code == BUTTON_LOCK && PacketData(&answer.reply)->wCode == PLUGIN_COMMAND_WRITE_VCP)
         return "button lock: done";
     if (value == -1)
         return Format("%s (0x%02X): cannot be read", FeatureName(code), code);
@@ -226,15 +193,15 @@ static std::string AnsiText(const char *text, size_t size)
 
 static std::string TellIdentity(const HOSTANSWER &answer)
 {
-    IDENTITY identity;
+    HOSTIDENTITY identity;
     if (PayloadSize(&answer.reply) != sizeof(identity))
         return "the answer has a wrong size";
     memcpy(&identity, HostPayload(PacketData(&answer.reply)), sizeof(identity));
     std::string net;
-    for (const BYTE byte : identity.net)
+    for (const BYTE byte : identity.bNetSpec)
         net += Format("%02X", byte);
-    return "user " + Quoted(AnsiText(identity.user, sizeof(identity.user))) + ", group " +
-           Quoted(AnsiText(identity.group, sizeof(identity.group))) + ", network " + net;
+    return "user " + Quoted(AnsiText(identity.szUserName, sizeof(identity.szUserName))) + ", group " +
+           Quoted(AnsiText(identity.szGroupName, sizeof(identity.szGroupName))) + ", network " + net;
 }
 
 // ---- The table ------------------------------------------------------------------------------------------------------
@@ -248,32 +215,38 @@ static const struct COMMANDKIND {
     bool (*read)(const WORDS &words, std::vector<BYTE> *payload, std::string *error);
     std::string (*tell)(const HOSTANSWER &answer);
 } s_commands[] = {
-    {"get-settings", "", "read ECO mode, brightness, contrast, preset and gains", COMMAND_GET_SETTINGS, 128,
-     ReadGetSettings, TellSettings},
+    {"get-settings", "", "read ECO mode, brightness, contrast, preset and gains", PLUGIN_COMMAND_READ_COLORS,
+     PLUGIN_REPLY_RECORD, ReadGetSettings, TellSettings},
     {"set-settings", "FIELD=N ...",
-     "write eco (0, 1), bright, brighteco, contrast, preset; the preset is always written", COMMAND_SET_SETTINGS,
-     REPLY_RESULT, ReadSetSettings, TellResult},
-    {"get-vcp", "CODE", "read a VCP code (hexadecimal)", COMMAND_GET_VCP, 19, ReadGetVcp, TellVcp},
-    {"set-vcp", "CODE N", "write a VCP code and read it back", COMMAND_SET_VCP, 20, ReadSetVcp, TellVcp},
-    {"lock", "MASK", "lock buttons (1 2 4 8 16 = buttons 1 to 5, 128 = POWER)", COMMAND_SET_VCP, 20, ReadLockOn,
+     "write eco (0, 1), bright, brighteco, contrast, preset; the preset is always written", PLUGIN_COMMAND_WRITE_COLORS,
+     PLUGIN_REPLY_RESULT, ReadSetSettings, TellResult},
+    {"get-vcp", "CODE", "read a VCP code (hexadecimal)", PLUGIN_COMMAND_READ_VCP, PLUGIN_COMMAND_READ_VCP, ReadGetVcp,
      TellVcp},
-    {"unlock", "MASK", "toggle the lock of these buttons", COMMAND_SET_VCP, 20, ReadLockOff, TellVcp},
-    {"set-lock", "MASK", "lock these buttons and no others", COMMAND_SET_VCP, 20, ReadLockSet, TellVcp},
-    {"count", "", "ask for the number of monitors", COMMAND_COUNT, 37, NoWords, TellCount},
-    {"identity", "", "ask for the identity record", COMMAND_IDENTITY, 128, NoWords, TellIdentity},
-    {"send-identity", "", "have the identity record sent without a command", HOST_COMMAND_SLOT, 128, NoWords,
+    {"set-vcp", "CODE N", "write a VCP code and read it back", PLUGIN_COMMAND_WRITE_VCP, PLUGIN_COMMAND_WRITE_VCP,
+     ReadSetVcp, TellVcp},
+    {"lock", "MASK", "lock buttons (1 2 4 8 16 = buttons 1 to 5, 128 = POWER)", PLUGIN_COMMAND_WRITE_VCP,
+     PLUGIN_COMMAND_WRITE_VCP, ReadLockOn, TellVcp},
+    {"unlock", "MASK", "toggle the lock of these buttons", PLUGIN_COMMAND_WRITE_VCP, PLUGIN_COMMAND_WRITE_VCP,
+     ReadLockOff, TellVcp},
+    {"set-lock", "MASK", "lock these buttons and no others", PLUGIN_COMMAND_WRITE_VCP, PLUGIN_COMMAND_WRITE_VCP,
+     ReadLockSet, TellVcp},
+    {"count", "", "ask for the number of monitors", PLUGIN_COMMAND_MONITOR_COUNT, PLUGIN_COMMAND_MONITOR_COUNT, NoWords,
+     TellCount},
+    {"identity", "", "ask for the identity record", PLUGIN_COMMAND_IDENTITY, PLUGIN_REPLY_RECORD, NoWords,
      TellIdentity},
-    {"power-off", "", "switch the monitors off", COMMAND_POWER_OFF, REPLY_RESULT, NoWords, TellResult},
-    {"power-on", "", "switch the monitors on", COMMAND_POWER_ON, REPLY_RESULT, NoWords, TellResult},
-    {"policy", "allow|forbid", "let the user open the Display control panel, or not", COMMAND_POLICY, REPLY_RESULT,
-     ReadPolicy, TellResult},
-    {"allow-names", "", "let the user change the names shown to the server", COMMAND_ALLOW_NAMES, REPLY_RESULT, NoWords,
-     TellResult},
-    {"nothing", "", "a command without effect, answered with 256 zero bytes", COMMAND_NOTHING_256, 4, NoWords,
-     TellBytes},
-    {"ignore", "", "a command without effect or answer", COMMAND_NOTHING, REPLY_NONE, NoWords, TellBytes},
-    {"shutdown-pc", "", "shut this PC down, at once and without a question", COMMAND_SHUTDOWN_PC, REPLY_NONE, NoWords,
-     TellBytes},
+    {"send-identity", "", "have the identity record sent without a command", HOST_COMMAND_SLOT, PLUGIN_REPLY_RECORD,
+     NoWords, TellIdentity},
+    {"power-off", "", "switch the monitors off", PLUGIN_COMMAND_POWER_OFF, PLUGIN_REPLY_RESULT, NoWords, TellResult},
+    {"power-on", "", "switch the monitors on", PLUGIN_COMMAND_POWER_ON, PLUGIN_REPLY_RESULT, NoWords, TellResult},
+    {"policy", "allow|forbid", "let the user open the Display control panel, or not", PLUGIN_COMMAND_DISPLAY_CPL,
+     PLUGIN_REPLY_RESULT, ReadPolicy, TellResult},
+    {"allow-names", "", "let the user change the names shown to the server", PLUGIN_COMMAND_ALLOW_NAME_CHANGE,
+     PLUGIN_REPLY_RESULT, NoWords, TellResult},
+    {"nothing", "", "a command without effect, answered with 256 zero bytes", PLUGIN_COMMAND_EMPTY_RECORD,
+     PLUGIN_COMMAND_EMPTY_RECORD, NoWords, TellBytes},
+    {"ignore", "", "a command without effect or answer", PLUGIN_COMMAND_NONE, REPLY_NONE, NoWords, TellBytes},
+    {"shutdown-pc", "", "shut this PC down, at once and without a question", PLUGIN_COMMAND_SHUT_DOWN, REPLY_NONE,
+     NoWords, TellBytes},
 };
 
 // By the first word of a line; null when it is no command.
@@ -336,7 +309,7 @@ static int CallCommandSlot(ROUTER *router, const HOSTCOMMAND &command, DWORD req
     header.lpData = block;
     header.wCommand = COMMAND_CARRIER;
     const int result = router->slots[PLUGIN_SLOT_COMMAND](&header);
-    if (command.code != COMMAND_SHUTDOWN_PC) {
+    if (command.code != PLUGIN_COMMAND_SHUT_DOWN) {
         answer->block.assign(HostPayload(block), HostPayload(block) + command.payload.size());
         HeapFree(GetProcessHeap(), 0, block);
     }
@@ -347,7 +320,7 @@ static int CallCommandSlot(ROUTER *router, const HOSTCOMMAND &command, DWORD req
 static bool IsReplyTo(const PACKET &reply, const HOSTCOMMAND &command, const COMMANDKIND &kind, DWORD request)
 {
     DWORD number = request;
-    if (command.code == COMMAND_COUNT)
+    if (command.code == PLUGIN_COMMAND_MONITOR_COUNT)
         number = static_cast<DWORD>(sizeof(HOSTDATA) + command.payload.size());
     if (command.code == HOST_COMMAND_SLOT)
         number = 0;

@@ -11,9 +11,9 @@ constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
 constexpr DWORD PAINT_TIME = 400;         // ms for windows to be painted before a picture
 constexpr DWORD POLL_TIME = 20;           // ms between two looks
 
-enum STEPRESULT { STEP_DONE, STEP_SKIPPED, STEP_FAILED };
+enum STEPRESULT { STEP_DONE, STEP_FAILED };
 
-// What a step works on, and what it says: the reason when it was skipped or failed.
+// What a step works on, and what it says: the reason when it failed.
 struct TOUR {
     HOSTAPP *app;
     std::string reason;
@@ -23,12 +23,6 @@ static STEPRESULT FailStep(TOUR *tour, const std::string &reason)
 {
     tour->reason = reason;
     return STEP_FAILED;
-}
-
-static STEPRESULT SkipStep(TOUR *tour, const std::string &reason)
-{
-    tour->reason = reason;
-    return STEP_SKIPPED;
 }
 
 // ---- Start-up -------------------------------------------------------------------------------------------------------
@@ -153,12 +147,29 @@ static STEPRESULT StepChange(TOUR *tour)
         before.value >= before.maximum / 2 ? before.value - before.maximum / 3 : before.value + before.maximum / 3;
     HOSTANSWER answer;
     if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer))
-        return SkipStep(tour, "the plug-in does not answer commands of the host");
+        return FailStep(tour, "the plug-in does not answer commands of the host");
     const int readBack = static_cast<int>(PayloadDword(&answer.reply, 4));
     const int shown = GetMonitorState(&app->simulation, 0).brightness.value;
     if (readBack != wanted || shown != wanted)
         return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d",
                                      wanted, readBack, shown));
+    return STEP_DONE;
+}
+
+// All colour settings at once, and who this PC is.
+static STEPRESULT StepCommands(TOUR *tour)
+{
+    constexpr int CONTRAST = 45, PRESET = 8;
+    HOSTANSWER answer;
+    const std::string write = Format("set-settings contrast=%d preset=%d", CONTRAST, PRESET);
+    for (const std::string &line : {std::string("get-settings"), write, std::string("get-settings"),
+                                    std::string("identity"), std::string("count")})
+        if (!Give(tour, line, &answer))
+            return FailStep(tour, "the plug-in did not answer '" + line + "'");
+    const MONITORSTATE state = GetMonitorState(&tour->app->simulation, 0);
+    if (state.contrast.value != CONTRAST || state.preset != PRESET)
+        return FailStep(tour, Format("the monitor shows contrast %d and preset %d after '%s'", state.contrast.value,
+                                     state.preset, write.c_str()));
     return STEP_DONE;
 }
 
@@ -187,6 +198,7 @@ static const struct {
     {"The monitors as the plug-in knows them", StepTable, nullptr},
     {"The monitors' windows", StepWindows, "monitors"},
     {"A value changed through the plug-in", StepChange, "changed"},
+    {"Colour settings and identity by command", StepCommands, "settings"},
     {"The plug-in stops", StepStop, nullptr},
 };
 
@@ -218,9 +230,7 @@ void RunTour(HOSTAPP *app)
             EndHost(app, 1);
             return;
         }
-        if (result == STEP_SKIPPED)
-            ConsoleLine("  skipped: " + tour.reason);
-        else if (step.picture)
+        if (step.picture)
             TakePicture(&tour, step.picture);
     }
     ConsoleLine("The tour is over.");
