@@ -1,4 +1,75 @@
-// The EDID check. No monitor is checked yet.
+// Which EDIDs are repaired, and the repair.
 #include "monitor/edid_check.h"
 
-void CheckEdidAtStop() {}
+#include "kernel/host_request.h"
+#include "kernel/platform.h"
+#include "monitor/ddc_driver.h"
+#include "monitor/i2c.h"
+#include "monitor/monitor_table.h"
+
+#include <cstring>
+
+static const char *const s_Models[] = {"NRV-PA1", "NRV-PA2", "NRV-PT2", "NRV-PA3", "NRV-PT3"};
+
+// What every EDID begins with.
+static const BYTE s_Header[I2C_BLOCK_SIZE] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
+
+// The driver's port of each monitor. Nothing tells the outputs apart yet, so all are asked for at the first.
+static const DWORD s_Ports[MAX_MONITOR] = {};
+
+constexpr DWORD NAME_OFFSET = 113;  // data of the fourth descriptor: the name, on these models
+constexpr BYTE EDID_ADDRESS = 0xA0; // of the memory on the monitor's bus
+constexpr BYTE EDID_START = 0;      // offset of the header in it
+constexpr int EDID_TRIES = 3;
+
+static bool HasHeader(const BYTE *lpEdid)
+{
+    return memcmp(lpEdid, s_Header, sizeof s_Header) == 0;
+}
+
+static bool IsListedModel(const BYTE *lpEdid)
+{
+    const char *name = reinterpret_cast<const char *>(lpEdid) + NAME_OFFSET;
+    for (const char *model : s_Models)
+        if (strstr(name, model))
+            return true;
+    return false;
+}
+
+bool NeedsEdidRepair(const BYTE *lpEdid)
+{
+    return IsListedModel(lpEdid) && !HasHeader(lpEdid);
+}
+
+int RepairEdidHeader(LONG nMonitor)
+{
+    if (!IsMonitorIndex(nMonitor))
+        return 0;
+    g_DdcParam.dwPort = s_Ports[nMonitor];
+    if (!I2CWriteBlock8(s_Header, EDID_ADDRESS, EDID_START) || !I2CReadEdid(EDID_ADDRESS, EDID_START)) {
+        DdcCloseDriver();
+        return 0;
+    }
+    return HasHeader(g_Edid);
+}
+
+static bool ReadEdid(LONG nMonitor)
+{
+    // Cleared, because the host's silence counts as an answer and leaves what is there: the EDID of the last monitor.
+    memset(g_Edid, 0, sizeof g_Edid);
+    for (int attempt = 0; attempt < EDID_TRIES; ++attempt)
+        if (HostGetEDID(nMonitor, g_Edid, sizeof g_Edid) == static_cast<LONG>(EDID_SIZE))
+            return true;
+    return false;
+}
+
+void CheckEdidAtStop()
+{
+    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
+        if (!ReadEdid(monitor) || !NeedsEdidRepair(g_Edid))
+            continue;
+        g_bWin9x = GetPlatformId() != PLATFORM_NT;
+        g_bI2CError = 0;
+        RepairEdidHeader(monitor);
+    }
+}

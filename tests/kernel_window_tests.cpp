@@ -58,7 +58,7 @@ TEST_F(KernelWindowTest, PacketsOfAWholeRun)
                                      "capabilities 1", "inputs 1:", "get 0 E0", "get 0 10", "get 0 12", "get 0 14",
                                      "get 0 16", "get 0 18", "get 0 1A", "notice 9", "get 0 F2", "get 1 F2"}));
     Stop();
-    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "notice 3"}));
+    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "edid 0", "edid 1", "notice 3"}));
 }
 
 TEST_F(KernelWindowTest, TheStartUpTimerFiresByItselfAndOnce)
@@ -243,7 +243,7 @@ TEST_F(KernelWindowTest, ClosingTheWindowShutsDown)
     PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag", 1);
     EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_CLOSE, 0, 0), 1);
     EXPECT_EQ(g_hKernelWnd, nullptr);
-    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0"}));
+    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0", "edid 0", "edid 1"}));
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag"), 0u);
 }
 

@@ -118,7 +118,7 @@ TEST_F(PluginTest, StopEndsSoonWhenTheHostNoLongerAnswers)
     host.plan = [](const TestRequest &) { return Answer{Answer::Never}; };
     const DWORD start = GetTickCount();
     EXPECT_EQ(Stop(), 1);
-    EXPECT_LT(GetTickCount() - start, 9000u) << "three requests, each ended by the stop instead of after ten seconds";
+    EXPECT_LT(GetTickCount() - start, 9000u) << "five requests, each ended by the stop instead of after ten seconds";
 }
 
 TEST_F(PluginTest, StartAndStopLeaveNothingBehind)

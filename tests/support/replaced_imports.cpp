@@ -17,9 +17,11 @@ static std::atomic<int> s_Skip = 0;  // calls that still succeed
 static std::atomic<int> s_Fails = 0; // calls that fail then
 
 static std::vector<BOOL> s_ExitResults; // of ExitWindowsEx, next first
+static std::function<void()> s_ExitLook;
 static std::atomic<bool> s_SkipPauses = false;
+static std::atomic<HWND> s_ShellOwner = nullptr;
 
-static void Record(const std::string &call)
+void RecordCall(const std::string &call)
 {
     const std::lock_guard lock(s_Lock);
     s_Calls.push_back(call);
@@ -44,16 +46,9 @@ static bool ShallFail(Fault fault)
     return s_Fault == fault && --s_Skip < 0 && --s_Fails >= 0;
 }
 
-// The function that a stand-in passes on to.
-template <typename FUNCTION>
-static FUNCTION Real(const char *library, const char *name)
-{
-    return reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA(library), name)));
-}
-
 static UINT WINAPI FakeWinExec(LPCSTR command, UINT show)
 {
-    Record("WinExec " + std::string(command) + " " + std::to_string(show));
+    RecordCall("WinExec " + std::string(command) + " " + std::to_string(show));
     return 33;
 }
 
@@ -62,16 +57,24 @@ static std::string OrNull(LPCSTR text)
     return text ? text : "(null)";
 }
 
-static HINSTANCE WINAPI FakeShellExecute(HWND, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR directory, INT show)
+HWND ShellExecuteOwner()
 {
-    Record("ShellExecute " + OrNull(verb) + "|" + OrNull(file) + "|" + OrNull(parameters) + "|" + OrNull(directory) +
-           "|" + std::to_string(show));
+    return s_ShellOwner;
+}
+
+static HINSTANCE WINAPI FakeShellExecute(HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR directory,
+                                         INT show)
+{
+    s_ShellOwner = owner;
+    RecordCall("ShellExecute " + OrNull(verb) + "|" + OrNull(file) + "|" + OrNull(parameters) + "|" +
+               OrNull(directory) + "|" + std::to_string(show));
     return reinterpret_cast<HINSTANCE>(33);
 }
 
-void SetExitWindowsResults(std::vector<BOOL> results)
+void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look)
 {
     const std::lock_guard lock(s_Lock);
+    s_ExitLook = std::move(look);
     s_ExitResults = std::move(results);
 }
 
@@ -79,7 +82,14 @@ static BOOL WINAPI FakeExitWindowsEx(UINT flags, DWORD)
 {
     char text[32];
     snprintf(text, sizeof text, "ExitWindowsEx %X", flags);
-    Record(text);
+    RecordCall(text);
+    std::function<void()> look;
+    {
+        const std::lock_guard lock(s_Lock);
+        look = s_ExitLook;
+    }
+    if (look)
+        look();
     const std::lock_guard lock(s_Lock);
     if (s_ExitResults.empty())
         return TRUE;
@@ -96,40 +106,40 @@ void SkipPauses(bool on)
 static void WINAPI FakeSleep(DWORD milliseconds)
 {
     if (s_SkipPauses && milliseconds >= 20)
-        Record("Sleep " + std::to_string(milliseconds));
+        RecordCall("Sleep " + std::to_string(milliseconds));
     else
-        Real<decltype(&Sleep)>("kernel32", "Sleep")(milliseconds);
+        RealFunction<decltype(&Sleep)>("kernel32", "Sleep")(milliseconds);
 }
 
 static HANDLE WINAPI FakeCreateEvent(SECURITY_ATTRIBUTES *security, BOOL manual, BOOL initial, LPCSTR name)
 {
-    const auto real = Real<decltype(&CreateEventA)>("kernel32", "CreateEventA");
+    const auto real = RealFunction<decltype(&CreateEventA)>("kernel32", "CreateEventA");
     return ShallFail(Fault::Event) ? nullptr : real(security, manual, initial, name);
 }
 
 static HANDLE WINAPI FakeCreateThread(SECURITY_ATTRIBUTES *security, SIZE_T stack, LPTHREAD_START_ROUTINE start,
                                       void *parameter, DWORD flags, DWORD *id)
 {
-    const auto real = Real<decltype(&CreateThread)>("kernel32", "CreateThread");
+    const auto real = RealFunction<decltype(&CreateThread)>("kernel32", "CreateThread");
     return ShallFail(Fault::Thread) ? nullptr : real(security, stack, start, parameter, flags, id);
 }
 
 static HMODULE WINAPI FakeLoadLibrary(LPCSTR name)
 {
-    const auto real = Real<decltype(&LoadLibraryA)>("kernel32", "LoadLibraryA");
+    const auto real = RealFunction<decltype(&LoadLibraryA)>("kernel32", "LoadLibraryA");
     return ShallFail(Fault::Library) ? nullptr : real(name);
 }
 
 static UINT_PTR WINAPI FakeSetTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure)
 {
-    const auto real = Real<decltype(&SetTimer)>("user32", "SetTimer");
+    const auto real = RealFunction<decltype(&SetTimer)>("user32", "SetTimer");
     return ShallFail(Fault::Timer) ? 0 : real(window, id, period, procedure);
 }
 
 // Of the product's own blocks: the run-time library allocates elsewhere.
 static void *WINAPI FakeHeapAlloc(HANDLE heap, DWORD flags, SIZE_T size)
 {
-    const auto real = Real<decltype(&HeapAlloc)>("kernel32", "HeapAlloc");
+    const auto real = RealFunction<decltype(&HeapAlloc)>("kernel32", "HeapAlloc");
     return ShallFail(Fault::Memory) ? nullptr : real(heap, flags, size);
 }
 

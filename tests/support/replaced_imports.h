@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,22 @@
 //   "Sleep MS", for pauses of 20 ms and more, while SkipPauses is on
 std::vector<std::string> TakeRecordedCalls();
 
-// What ExitWindowsEx returns: the given results in turn, then TRUE. Any thread.
-void SetExitWindowsResults(std::vector<BOOL> results);
+// Adds a line to that record, for stand-ins elsewhere. Any thread.
+void RecordCall(const std::string &call);
+
+// The owner window that the last ShellExecuteA was given.
+HWND ShellExecuteOwner();
+
+// The function that a stand-in passes on to.
+template <typename FUNCTION>
+FUNCTION RealFunction(const char *library, const char *name)
+{
+    return reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA(library), name)));
+}
+
+// What ExitWindowsEx returns: the given results in turn, then TRUE. `look` is called inside each call, on its thread.
+// Any thread.
+void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look = {});
 
 // While on, pauses of 20 ms and more are recorded and not made, on every thread: not for tests that wait with Sleep.
 void SkipPauses(bool on);
