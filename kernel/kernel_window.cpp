@@ -31,7 +31,6 @@ constexpr LONG RETRY_DEFAULT = 3;
 constexpr UINT START_UP_DELAY_MS = 1000;
 constexpr UINT FOREGROUND_PERIOD_MS = 2000;
 constexpr UINT RESERVATION_PERIOD_MS = 1000;
-constexpr UINT BUTTON_POLL_PERIOD_MS = 2000;
 constexpr UINT CLOSE_OLDER_TIMEOUT_MS = 10000;
 
 #define OLDER_VERSION_CLASS "LumVanClass" // main window of an older version of the program

@@ -7,8 +7,6 @@
 #include "settings/ini.h"
 #include "settings/registry.h"
 
-constexpr UINT POLL_PERIOD_MS = 2000;
-
 BYTE ButtonBit(int nButton)
 {
     static const BYTE bits[LAUNCHER_BUTTON_COUNT] = {1, 2, 4, 8, 16, 128};
@@ -165,7 +163,7 @@ void UpdateLauncherPoll(int bUp)
     StepLauncherCount(bUp);
     const DWORD count = GetLauncherCount();
     if (count == 1)
-        SetTimer(g_hKernelWnd, TIMER_BUTTON_POLL, POLL_PERIOD_MS, nullptr);
+        SetTimer(g_hKernelWnd, TIMER_BUTTON_POLL, BUTTON_POLL_PERIOD_MS, nullptr);
     else if (count == 0)
         KillTimer(g_hKernelWnd, TIMER_BUTTON_POLL);
 }

@@ -18,6 +18,9 @@ enum : DWORD {
 
 // Names of the values that are formed with a monitor index and a button number.
 #define VALUE_BUTTON_MODE "Launcher_%d_Enable_%d"
+#define VALUE_PROGRAM_NAME "exe_%d_%d" // texts of up to SETTING_TEXT_SIZE bytes
+#define VALUE_PROGRAM_PATH "exe_%d_%d_Path"
+#define VALUE_PROGRAM_PARAMETER "exe_%d_%d_Param"
 #define VALUE_LOCK_STATUS "ButtonLockStatus_%d"
 #define VALUE_POWER_SWITCH "PowerSwitch_%d"
 
@@ -71,6 +74,8 @@ DWORD GetLauncherCount();
 
 // Adds 1 (bUp = 1) or subtracts 1, without bounds: below 0 comes 0xFFFFFFFF. Result: 1 when written, else 0.
 int StepLauncherCount(int bUp);
+
+constexpr UINT BUTTON_POLL_PERIOD_MS = 2000;
 
 // The same, and starts the button poll when the count has become 1, ends it when it has become 0.
 void UpdateLauncherPoll(int bUp);

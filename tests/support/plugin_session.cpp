@@ -4,6 +4,7 @@
 #include "kernel/kernel_thread.h"
 #include "kernel/kernel_window.h"
 #include "kernel/plugin.h"
+#include "launcher/button_poll.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/monitor_table.h"
 #include "profiles/foreground.h"
@@ -33,6 +34,7 @@ void ResetPluginState()
         for (LONG *maxima : {g_nMaxBrightEco, g_nMaxBright, g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
             maxima[monitor] = 0;
     }
+    nLastButton = 0;
     g_DdcParam = {};
     g_bI2CError = 0;
     InjectFault(Fault::None);

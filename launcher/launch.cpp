@@ -1,0 +1,52 @@
+// What a button starts, and the shell call that starts it.
+#include "launcher/launch.h"
+
+#include "launcher/launcher_settings.h"
+#include "monitor/monitor_table.h"
+
+#include <shellapi.h>
+
+#include <cstring>
+
+constexpr char QUOTE = '"';
+
+LPCSTR DecideLaunch(const ASSIGNMENT *lpAssignment, char *lpszParameters)
+{
+    lpszParameters[0] = '\0';
+    if (!lpAssignment->bProgram)
+        return lpAssignment->szParameter[0] ? lpAssignment->szParameter : nullptr;
+
+    const bool document = strcmp(lpAssignment->szParameter, lpAssignment->szPath) == 0;
+    // A parameter without a blank is not passed on: only what needs the quotes reaches the program.
+    if (!document && lpAssignment->szPath[0] && strchr(lpAssignment->szParameter, ' '))
+        wsprintfA(lpszParameters, "%c%s%c", QUOTE, lpAssignment->szParameter, QUOTE);
+    return lpAssignment->szPath;
+}
+
+// Result: 1, or 0 with an empty text.
+static int ReadAssignmentText(LPCSTR format, LONG monitor, int button, char (&text)[SETTING_TEXT_SIZE])
+{
+    char name[64];
+    wsprintfA(name, format, monitor, button);
+    text[0] = '\0';
+    return ReadSettingText(SUBKEY_LAUNCHER, name, text, sizeof text);
+}
+
+static void ReadAssignment(LONG monitor, int button, ASSIGNMENT *assignment)
+{
+    char displayName[SETTING_TEXT_SIZE];
+    assignment->bProgram = ReadAssignmentText(VALUE_PROGRAM_NAME, monitor, button, displayName);
+    ReadAssignmentText(VALUE_PROGRAM_PATH, monitor, button, assignment->szPath);
+    ReadAssignmentText(VALUE_PROGRAM_PARAMETER, monitor, button, assignment->szParameter);
+}
+
+int LaunchButton(HWND hWnd, LONG nMonitor, int nButton)
+{
+    ASSIGNMENT assignment;
+    char parameters[LAUNCH_PARAMETERS_SIZE];
+    // Also for a press on the first monitor itself: it acts on the assignments of the selected one.
+    ReadAssignment(nMonitor == 0 ? g_nCurMonitor.load() : nMonitor, nButton, &assignment);
+    if (const LPCSTR file = DecideLaunch(&assignment, parameters))
+        ShellExecuteA(hWnd, "open", file, parameters, nullptr, SW_SHOW);
+    return 1;
+}
