@@ -15,14 +15,29 @@ die() {
     exit 1
 }
 
+# logged LOG COMMAND...: runs a command with its output in a file. While it takes long, says every 15 seconds how far it is: the
+# last line of that output. Its status is the command's.
+logged() {
+    local log=$1 pid ticks=0
+    shift
+    mkdir -p "$logs"
+    "$@" >"$log" 2>&1 </dev/null &
+    pid=$!
+    while kill -0 "$pid" 2>/dev/null; do
+        sleep 0.2
+        ticks=$((ticks + 1))
+        [ $((ticks % 75)) -ne 0 ] || say "  ... $(tail -n 1 "$log" | tr -d '\r' | cut -c 1-90)"
+    done
+    wait "$pid"
+}
+
 # quietly LOGNAME NEXT_STEP COMMAND...: runs a command with its output in build/logs, and shows the end of that on failure.
 quietly() {
-    local log=$logs/$1.log next=$2
+    local log=$logs/$1.log name=$1 next=$2
     shift 2
-    mkdir -p "$logs"
-    if ! "$@" >"$log" 2>&1 </dev/null; then
+    if ! logged "$log" "$@"; then
         tail -n 25 "$log" >&2
-        die "'$1' failed; all of its output is in ${log#"$root"/}" "$next"
+        die "'$name' failed; all of its output is in ${log#"$root"/}" "$next"
     fi
 }
 
@@ -30,7 +45,8 @@ quietly() {
 build_all() {
     say "Building"
     quietly configure "look at the CMake message above" cmake --preset release
-    quietly build "mend the error above; 'cmake --build --preset release' shows it again" cmake --build --preset release
+    quietly build "mend the error above; 'cmake --build --preset release' shows it again" \
+        cmake --build --preset release
 }
 
 # The environment of every Windows program. LC_ALL decides the code page and the system language, so it is set here and
