@@ -1,15 +1,26 @@
-// DirectLink at start and stop, and the question before colours change.
+// Which program is in front, and whose colours the monitors get for it; DirectLink at start and stop.
 #include "profiles/foreground.h"
 
 #include "kernel/plugin.h"
-#include "monitor/monitor_table.h"
+#include "monitor/color_settings.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
+#include "profiles/app_path.h"
+#include "profiles/profile_store.h"
 #include "settings/registry.h"
 
 SHAREDFLAG g_bDirectLink = 0;
 SHAREDFLAG g_bAllMonitors = 0;
 SHAREDFLAG g_bForeIdle = 1;
+static int s_nLastApp = -1;        // slot of the registered program found in front last
+static bool s_bAppHandled = false; // the program now in front has been asked about, and its profile applied or not
+
+// Inputs (VCP 0x60) whose picture is left alone.
+constexpr LONG INPUT_COMPOSITE = 5;
+constexpr LONG INPUT_SVIDEO = 7;
+constexpr LONG INPUT_TV = 9;
+
+// ---- State --------------------------------------------------------------------------------------------------------
 
 void InitForeground()
 {
@@ -17,12 +28,17 @@ void InitForeground()
     g_bAllMonitors = 0;
 }
 
-void ResetForegroundState() {}
+void ResetForegroundState()
+{
+    s_bAppHandled = false;
+    s_nLastApp = -1;
+}
 
 void StartDirectLink()
 {
     if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "DirectLink") != 1)
         return;
+    SetProfileData(PROFILE_APP_LOAD, 0, nullptr, nullptr); // loaded already; once more, as ever
     g_bDirectLink = 1;
     NotifyDirectLink(1);
 }
@@ -32,7 +48,64 @@ void NotifyDirectLink(LONG bOn)
     SetDirectLink(g_bAllMonitors ? -1 : g_nCurMonitor.load(), bOn);
 }
 
-void ForegroundCheck(HWND) {}
+// ---- Colours ------------------------------------------------------------------------------------------------------
+
+void ApplyProfileToMonitor(int nSlot, LONG nMonitor)
+{
+    if (nSlot < 0 || nSlot >= APP_PROFILE_COUNT)
+        return;
+    COLORSETTING setting = {};
+    SettingFromProfile(&setting, &g_AppProfile[nSlot]);
+    ApplyColorSettings(nMonitor, &setting);
+}
+
+static bool ShowsVideo(LONG monitor)
+{
+    const LONG input = GetVCP(monitor, VCP_INPUT_SOURCE, nullptr);
+    return input == INPUT_COMPOSITE || input == INPUT_SVIDEO || input == INPUT_TV;
+}
+
+// The input looked at is that of the monitor with the slot's number, whichever monitor is written, and it is read anew
+// for each: odd, but meant so. A failed read, as of a monitor that is not there, lets the profile through.
+void ApplyAppProfile(int nSlot)
+{
+    const LONG first = g_bAllMonitors ? 0 : g_nCurMonitor.load();
+    const LONG end = g_bAllMonitors ? g_nMonitor.load() : first + 1;
+    for (LONG monitor = first; monitor < end; ++monitor)
+        if (!ShowsVideo(nSlot))
+            ApplyProfileToMonitor(nSlot, monitor);
+}
+
+void RestoreMonitorColor(LONG nMonitor)
+{
+    if (!IsMonitorIndex(nMonitor))
+        return;
+    ApplyColorSettings(nMonitor, &g_DefSetting[nMonitor]);
+    g_CurSetting[nMonitor] = g_DefSetting[nMonitor];
+}
+
+void RestoreDefaultColor()
+{
+    if (!g_bAllMonitors) {
+        RestoreMonitorColor(g_nCurMonitor);
+        return;
+    }
+    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
+        RestoreMonitorColor(monitor);
+}
+
+// ---- The program in front -----------------------------------------------------------------------------------------
+
+int FindForegroundApp()
+{
+    HWND hWnd = GetForegroundWindow();
+    if (!hWnd)
+        return -1;
+    if (const HWND hOwner = GetWindow(hWnd, GW_OWNER))
+        hWnd = hOwner;
+    char path[MAX_PATH];
+    return GetWindowExePath(hWnd, path, sizeof path) ? FindAppProfile(path) : -1;
+}
 
 int AskColorChange(HWND)
 {
@@ -43,4 +116,32 @@ int AskColorChange(HWND)
     char question[256] = "";
     LoadStringA(g_hInstance, IDS_ASK_COLOR_CHANGE, question, sizeof question);
     return MessageBoxA(nullptr, question, PRODUCT_TITLE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND) == IDYES;
+}
+
+// Asks once each time a registered program comes to the front: also when it is the one of last time, and only windows
+// of no registered program were in front between.
+static void OnAppInFront(HWND hKernelWnd, int app)
+{
+    if (app != s_nLastApp) {
+        s_nLastApp = app;
+        s_bAppHandled = false;
+    }
+    if (!s_bAppHandled && AskColorChange(hKernelWnd))
+        ApplyAppProfile(app);
+    s_bAppHandled = true;
+}
+
+void ForegroundCheck(HWND hKernelWnd)
+{
+    if (!g_bForeIdle || !g_bDirectLink)
+        return;
+    g_bForeIdle = 0; // the question's own message loop goes on delivering ticks
+    const int app = FindForegroundApp();
+    if (app != -1) {
+        OnAppInFront(hKernelWnd, app);
+    } else {
+        s_bAppHandled = false;
+        RestoreDefaultColor(); // on every tick, also when nothing has changed
+    }
+    g_bForeIdle = 1;
 }

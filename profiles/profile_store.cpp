@@ -1,4 +1,307 @@
-// The profile store. Nothing is kept yet.
+// The two profile tables, and the way of their entries to the file, the lists and the monitors' records.
 #include "profiles/profile_store.h"
 
-void LoadProfiles(HWND, LPCSTR) {}
+#include "kernel/plugin.h"
+#include "panel/resources/resource.h"
+#include "profiles/first_run_apps.h"
+#include "settings/ini.h"
+
+#include <cstring>
+
+// The store.
+PROFILEENTRY g_SysProfile[SYS_PROFILE_COUNT];
+PROFILEENTRY g_AppProfile[APP_PROFILE_COUNT];
+int g_nSysProfile = 0;
+int g_nAppProfile = 0;
+char g_szProfileIni[MAX_PATH];
+COLORSETTING g_DefSetting[MAX_MONITOR];
+
+// What differs between the tables.
+struct PROFILETABLE {
+    PROFILEENTRY *lpEntries;
+    int nSlots;
+    int *lpnUsed;
+    LPCSTR lpszSection; // format of the section names
+};
+static const PROFILETABLE s_Sys = {g_SysProfile, SYS_PROFILE_COUNT, &g_nSysProfile, "Standard%d"};
+static const PROFILETABLE s_App = {g_AppProfile, APP_PROFILE_COUNT, &g_nAppProfile, "User%d"};
+
+#define NO_NAME "?" // a section without a "name", or with this one, is absent
+
+static bool IsSlot(const PROFILETABLE &table, int slot)
+{
+    return slot >= 0 && slot < table.nSlots;
+}
+
+// ---- File ---------------------------------------------------------------------------------------------------------
+
+static void FormSectionName(const PROFILETABLE &table, int slot, char (&name)[PROFILE_SECTION_NAME_SIZE])
+{
+    wsprintfA(name, table.lpszSection, slot);
+}
+
+static bool SectionExists(const PROFILETABLE &table, int slot)
+{
+    char section[PROFILE_SECTION_NAME_SIZE];
+    char name[PROFILE_SECTION_TEXT_SIZE];
+    FormSectionName(table, slot, section);
+    GetPrivateProfileStringA(section, "name", NO_NAME, name, sizeof name, g_szProfileIni);
+    return strcmp(name, NO_NAME) != 0;
+}
+
+// Writes a section whole. The system keeps our text, with its ends of line, as one long value: its cache is dropped, so
+// that every later access takes the lines from the file.
+static int WriteSection(const PROFILETABLE &table, int slot, LPCSTR text)
+{
+    char section[PROFILE_SECTION_NAME_SIZE];
+    FormSectionName(table, slot, section);
+    const BOOL written = WritePrivateProfileSectionA(section, text, g_szProfileIni);
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, g_szProfileIni);
+    return written ? 1 : 0;
+}
+
+static int WriteEntry(const PROFILETABLE &table, int slot)
+{
+    if (!IsSlot(table, slot))
+        return 0;
+    char text[PROFILE_SECTION_TEXT_SIZE];
+    FormSectionName(table, slot, table.lpEntries[slot].szSection);
+    FormatProfileText(&table.lpEntries[slot], text);
+    return WriteSection(table, slot, text);
+}
+
+static void LoadEntry(const PROFILETABLE &table, int slot)
+{
+    PROFILEENTRY *entry = &table.lpEntries[slot];
+    char text[PROFILE_SECTION_TEXT_SIZE] = "";
+    FormSectionName(table, slot, entry->szSection);
+    GetPrivateProfileSectionA(entry->szSection, text, sizeof text, g_szProfileIni);
+    JoinSectionLines(text, sizeof text);
+    ParseProfileText(entry, text);
+}
+
+static void DeleteEntry(const PROFILETABLE &table, int slot)
+{
+    if (!IsSlot(table, slot))
+        return;
+    WriteSection(table, slot, "\0");
+    table.lpEntries[slot] = {};
+    --*table.lpnUsed;
+}
+
+int WriteAppProfile(int nSlot)
+{
+    return WriteEntry(s_App, nSlot);
+}
+
+int WriteSysProfile(int nSlot)
+{
+    if (!IsSlot(s_Sys, nSlot))
+        return 0;
+    if (WriteEntry(s_Sys, nSlot))
+        return 1;
+    char text[256] = "";
+    LoadStringA(g_hInstance, IDS_PROFILE_NOT_SAVED, text, sizeof text);
+    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONERROR);
+    return 0;
+}
+
+void DeleteAppProfile(int nSlot)
+{
+    DeleteEntry(s_App, nSlot);
+}
+
+void DeleteSysProfile(int nSlot)
+{
+    DeleteEntry(s_Sys, nSlot);
+}
+
+int GetFreeAppSection()
+{
+    for (int slot = 0; slot < APP_PROFILE_COUNT; ++slot)
+        if (!SectionExists(s_App, slot))
+            return slot;
+    return -1;
+}
+
+// ---- Values -------------------------------------------------------------------------------------------------------
+
+void SettingFromProfile(COLORSETTING *lpSetting, const PROFILEENTRY *lpEntry)
+{
+    lpSetting->dwEco = static_cast<DWORD>(lpEntry->nEcoMode);
+    lpSetting->wBrightEco = static_cast<WORD>(lpEntry->nEcoBrightness);
+    lpSetting->wBright = static_cast<WORD>(lpEntry->nBrightness);
+    lpSetting->wContrast = static_cast<WORD>(lpEntry->nContrast);
+    lpSetting->wRed = static_cast<WORD>(lpEntry->nRed);
+    lpSetting->wGreen = static_cast<WORD>(lpEntry->nGreen);
+    lpSetting->wBlue = static_cast<WORD>(lpEntry->nBlue);
+    lpSetting->wColorTemp = static_cast<SHORT>(lpEntry->nColorTemp);
+}
+
+// Signed on the way back: a value that could not be read is -1 again.
+static void ProfileFromSetting(PROFILEENTRY *entry, const COLORSETTING *setting)
+{
+    entry->nEcoMode = static_cast<int32_t>(setting->dwEco);
+    entry->nEcoBrightness = static_cast<SHORT>(setting->wBrightEco);
+    entry->nBrightness = static_cast<SHORT>(setting->wBright);
+    entry->nContrast = static_cast<SHORT>(setting->wContrast);
+    entry->nRed = static_cast<SHORT>(setting->wRed);
+    entry->nGreen = static_cast<SHORT>(setting->wGreen);
+    entry->nBlue = static_cast<SHORT>(setting->wBlue);
+    entry->nColorTemp = setting->wColorTemp;
+}
+
+// The source may be the target itself.
+static void CopyText(char (&target)[PROFILE_TEXT_SIZE], LPCSTR source)
+{
+    if (source != target)
+        lstrcpynA(target, source ? source : "", sizeof target);
+}
+
+static void SetEntry(const PROFILETABLE &table, int slot, LPCSTR name, LPCSTR alias, const COLORSETTING *settings)
+{
+    PROFILEENTRY *entry = &table.lpEntries[slot];
+    FormSectionName(table, slot, entry->szSection);
+    CopyText(entry->szName, name);
+    CopyText(entry->szAlias, alias);
+    if (IsMonitorIndex(g_nCurMonitor))
+        ProfileFromSetting(entry, &settings[g_nCurMonitor]);
+}
+
+static void TakeEntry(const PROFILETABLE &table, int slot)
+{
+    if (IsMonitorIndex(g_nCurMonitor))
+        SettingFromProfile(&g_CurSetting[g_nCurMonitor], &table.lpEntries[slot]);
+}
+
+void SetProfileData(int nMode, int nSlot, LPCSTR lpszName, LPCSTR lpszAlias)
+{
+    const PROFILETABLE &table = nMode >= PROFILE_SYS_CLEAR ? s_Sys : s_App;
+    if (!IsSlot(table, nSlot))
+        return;
+    switch (nMode) {
+    case PROFILE_APP_CLEAR:
+    case PROFILE_SYS_CLEAR:
+        table.lpEntries[nSlot] = {};
+        break;
+    case PROFILE_APP_LOAD:
+    case PROFILE_SYS_LOAD:
+        LoadEntry(table, nSlot);
+        break;
+    case PROFILE_APP_SET:
+    case PROFILE_SYS_SET:
+        SetEntry(table, nSlot, lpszName, lpszAlias, g_CurSetting);
+        break;
+    case PROFILE_APP_SET_DEFAULTS:
+        SetEntry(table, nSlot, lpszName, lpszAlias, g_DefSetting);
+        break;
+    case PROFILE_APP_TAKE:
+    case PROFILE_SYS_TAKE:
+        TakeEntry(table, nSlot);
+        break;
+    }
+}
+
+void InitSystemProfiles()
+{
+    static const struct {
+        UINT name;
+        PROFILEENTRY values;
+    } profiles[SYS_PROFILE_FIRST_USER] = {
+        // A brightness of 255 is meant: it is more than any monitor's maximum.
+        {IDS_PROFILE_PHOTO, {"", 0, 65, 255, 0, 1, 0, 0, 0, "", ""}},
+        {IDS_PROFILE_FILM, {"", 0, 65, 255, 0, 8, 0, 0, 0, "", ""}},
+        {IDS_PROFILE_TELEVISION, {"", 0, 70, 255, 0, 8, 0, 0, 0, "", ""}},
+        {IDS_PROFILE_TEXT, {"", 1, 70, 0, 80, 2, 0, 0, 0, "", ""}},
+    };
+    for (int slot = 0; slot < SYS_PROFILE_FIRST_USER; ++slot) {
+        PROFILEENTRY *entry = &g_SysProfile[slot];
+        *entry = profiles[slot].values;
+        FormSectionName(s_Sys, slot, entry->szSection);
+        LoadStringA(g_hInstance, profiles[slot].name, entry->szName, sizeof entry->szName);
+        CopyText(entry->szAlias, entry->szName);
+    }
+}
+
+// ---- Lists --------------------------------------------------------------------------------------------------------
+
+void AddAppListItem(HWND hPage, int nSlot)
+{
+    if (!IsSlot(s_App, nSlot))
+        return;
+    ++g_nAppProfile;
+    const HWND hList = GetDlgItem(hPage, IDC_COLOR_APP_LIST);
+    if (!hList)
+        return;
+    char *path = g_AppProfile[nSlot].szName;
+    const char *backslash = LastBackslash(path);
+    const LRESULT item =
+        SendMessageA(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(backslash ? backslash + 1 : path));
+    if (item >= 0)
+        SendMessageA(hList, LB_SETITEMDATA, static_cast<WPARAM>(item), nSlot);
+}
+
+void AddProfileComboItem(HWND hPage, int nPosition, LPCSTR lpszText)
+{
+    const HWND hCombo = GetDlgItem(hPage, IDC_COLOR_PROFILE_COMBO);
+    if (!hCombo)
+        return;
+    const LRESULT item =
+        SendMessageA(hCombo, CB_INSERTSTRING, static_cast<WPARAM>(nPosition), reinterpret_cast<LPARAM>(lpszText));
+    if (item >= 0)
+        SendMessageA(hCombo, CB_SETITEMDATA, static_cast<WPARAM>(item), nPosition);
+}
+
+// ---- Loading ------------------------------------------------------------------------------------------------------
+
+// Makes the file when there is none. False when it was there, or cannot be opened.
+static bool CreateProfileFile()
+{
+    const HANDLE hFile = CreateFileA(g_szProfileIni, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const bool created = GetLastError() == NO_ERROR;
+    if (hFile == INVALID_HANDLE_VALUE)
+        return false;
+    CloseHandle(hFile);
+    return created;
+}
+
+static void WriteFirstProfiles()
+{
+    for (int slot = 0; slot < SYS_PROFILE_FIRST_USER; ++slot)
+        WriteSysProfile(slot);
+    CreateAppProfiles();
+}
+
+static void AddNoProfileItem(HWND hPage)
+{
+    char text[64] = "";
+    LoadStringA(g_hInstance, IDS_PROFILE_NONE, text, sizeof text);
+    AddProfileComboItem(hPage, 0, text);
+}
+
+// Slots without a section keep what they hold.
+void LoadProfiles(HWND hWnd, LPCSTR lpszFileName)
+{
+    g_nSysProfile = 0;
+    InitSystemProfiles();
+    BuildIniPath(g_szProfileIni, lpszFileName);
+    if (CreateProfileFile())
+        WriteFirstProfiles();
+
+    AddNoProfileItem(hWnd);
+    for (int slot = 0; slot < SYS_PROFILE_COUNT; ++slot) {
+        if (!SectionExists(s_Sys, slot))
+            continue;
+        LoadEntry(s_Sys, slot);
+        AddProfileComboItem(hWnd, slot + 1, g_SysProfile[slot].szName);
+        ++g_nSysProfile;
+    }
+    g_nAppProfile = 0;
+    for (int slot = 0; slot < APP_PROFILE_COUNT; ++slot) {
+        if (!SectionExists(s_App, slot))
+            continue;
+        LoadEntry(s_App, slot);
+        AddAppListItem(hWnd, slot);
+    }
+}

@@ -12,8 +12,7 @@ static void AppendFileName(char *lpszPath, LPCSTR lpszFileName)
         lstrcatA(lpszPath, lpszFileName);
 }
 
-// The last backslash that is not the second byte of a double-byte character: in Shift-JIS many characters end in 0x5C.
-static char *LastBackslash(char *lpszPath)
+char *LastBackslash(char *lpszPath)
 {
     char *last = nullptr;
     for (char *p = lpszPath; *p; p = CharNextA(p))

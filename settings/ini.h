@@ -3,6 +3,10 @@
 
 #include <windows.h>
 
+// The last backslash of a path that is not the second byte of a double-byte character: in Shift-JIS many characters end
+// in 0x5C. Null when there is none. Any thread.
+char *LastBackslash(char *lpszPath);
+
 // Forms the path of a file beside the host's executable (not beside the plug-in).
 // lpszPath: MAX_PATH bytes. A name that does not fit gives an empty path. Any thread.
 void BuildIniPath(char *lpszPath, LPCSTR lpszFileName);
