@@ -8,6 +8,7 @@
 #include "monitor/ddc_driver.h"
 #include "monitor/monitor_table.h"
 #include "profiles/foreground.h"
+#include "profiles/profile_store.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"
 
@@ -27,10 +28,18 @@ void ResetPluginState()
     g_nMonitor = 0;
     g_nCurMonitor = 0;
     g_bDirectLink = 0;
-    g_bAllMonitors = 0;
+    InitForeground();
+    ResetForegroundState();
+    for (PROFILEENTRY &entry : g_SysProfile)
+        entry = {};
+    for (PROFILEENTRY &entry : g_AppProfile)
+        entry = {};
+    g_nSysProfile = 0;
+    g_nAppProfile = 0;
     for (LONG monitor = 0; monitor < MAX_MONITOR; ++monitor) {
         g_Monitor[monitor] = {};
         g_CurSetting[monitor] = {};
+        g_DefSetting[monitor] = {};
         for (LONG *maxima : {g_nMaxBrightEco, g_nMaxBright, g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
             maxima[monitor] = 0;
     }
