@@ -74,7 +74,7 @@ static void HandleMessage(MSG *message)
     DispatchMessageA(message);
 }
 
-// Polls, so that the host's thread stops it by a plain flag, without a message that a modal loop could swallow.
+// Polls, so that the host's thread stops it by a plain flag.
 static DWORD RunMessageLoop(const KERNELTHREADCTX *context)
 {
     MSG message;
@@ -86,7 +86,8 @@ static DWORD RunMessageLoop(const KERNELTHREADCTX *context)
         if (GetMessageA(&message, nullptr, 0, 0) == -1)
             return EXIT_FAILED;
         HandleMessage(&message);
-        if (message.message == WM_QUIT)
+        // The stop posts one, too: that one is no end of its own.
+        if (message.message == WM_QUIT && !context->bStop)
             return static_cast<DWORD>(message.wParam);
     }
 }
@@ -139,6 +140,8 @@ int StopKernelThread()
     if (!g_lpKernelThread)
         return 0;
     g_lpKernelThread->bStop = 1;
+    // The loop of a message box does not know the flag. This ends it, unanswered, and whatever box stands behind it.
+    PostThreadMessageA(g_lpKernelThread->dwThreadId, WM_QUIT, 0, 0);
     JoinWhileServingSentMessages(g_lpKernelThread->hThread);
     CloseHandle(g_lpKernelThread->hThread);
     HeapFree(GetProcessHeap(), 0, g_lpKernelThread);

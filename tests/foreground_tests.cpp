@@ -240,3 +240,20 @@ TEST_F(ForegroundTest, DirectLinkAtStartReadsTheFirstProfileAgain)
     EXPECT_EQ(g_AppProfile[0].nRed, 7);
     EXPECT_EQ(host.TakeLog(), Lines{"directlink 0 = 1"});
 }
+
+TEST_F(ForegroundTest, AStopTakesAwayTheOpenQuestion)
+{
+    FrontProgram program("lvkernel_front.exe");
+    Register(0, program.KnownPath());
+    ASSERT_TRUE(program.BringToFront());
+    PostMessageA(g_hKernelWnd, WM_TIMER, TIMER_FOREGROUND, 0);
+    const auto question = [] { return FindWindowA("#32770", "Lumivane 2"); };
+    for (int round = 0; round < 1000 && !question(); ++round)
+        Sleep(10);
+    ASSERT_NE(question(), nullptr);
+    EXPECT_EQ(Stop(), 1);
+    EXPECT_EQ(question(), nullptr);
+    EXPECT_EQ(host.TakeLog(),
+              (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0", "edid 0", "edid 1", "notice 3"}))
+        << "shut down in order, and nothing applied";
+}
