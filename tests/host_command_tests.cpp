@@ -59,7 +59,7 @@ protected:
         const size_t size = sizeof(HOSTDATA) + payload.size();
         auto *data = reinterpret_cast<HOSTDATA *>(m_page + pageSize - size);
         *data = {static_cast<DWORD>(size), requestID, code};
-        memcpy(HostPayload(data), payload.data(), payload.size());
+        std::copy(payload.begin(), payload.end(), HostPayload(data));
         HOSTPACKET packet = Packet(data);
         packet.dwDataSize += static_cast<DWORD>(sizeError);
         const int result = CallSlot(PLUGIN_SLOT_COMMAND, &packet);
