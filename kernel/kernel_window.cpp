@@ -18,6 +18,8 @@
 #include "profiles/profile_store.h"
 #include "server/server_link.h"
 #include "settings/registry.h"
+#include "timer/reservation_store.h"
+#include "timer/reserve_prompt.h"
 #include "timer/scheduler.h"
 
 #include <commctrl.h>
@@ -151,6 +153,15 @@ static void FirstPass(HWND hWnd)
     CloseOlderVersion();
 }
 
+// Ends come before starts, so that one reservation can follow another in the same minute.
+static void CheckReservations()
+{
+    if (g_nReservation == 0)
+        return;
+    CheckReservationEnd();
+    CheckReservationStart();
+}
+
 static void OnTimer(HWND hWnd, WPARAM id)
 {
     switch (id) {
@@ -166,8 +177,7 @@ static void OnTimer(HWND hWnd, WPARAM id)
             ForegroundCheck(hWnd);
         break;
     case TIMER_RESERVATION:
-        if (g_nReservation != 0)
-            CheckReservations();
+        CheckReservations();
         break;
     case TIMER_BUTTON_POLL:
         PollMonitorButtons(hWnd);
@@ -191,6 +201,7 @@ static void OnDestroy(HWND hWnd)
     CancelDeferredPanels();
     if (g_hPanelDlg)
         DestroyWindow(g_hPanelDlg);
+    CloseReservePrompt();
     NotifyDirectLink(0);
     ReleaseButtonLocks();
     WriteEndFlag();

@@ -1,4 +1,4 @@
-// INI file paths.
+// INI file paths, and the writing of sections.
 #include "settings/ini.h"
 
 #include <cstring>
@@ -40,4 +40,14 @@ void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName)
     }
     lstrcatA(lpszPath, "\\");
     AppendFileName(lpszPath, lpszFileName);
+}
+
+int WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText)
+{
+    if (!lpszPath[0])
+        return 0;
+    const BOOL written = WritePrivateProfileSectionA(lpszSection, lpszText, lpszPath);
+    // Drops the system's copy of the file, which may hold our lines as one long value.
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, lpszPath);
+    return written ? 1 : 0;
 }

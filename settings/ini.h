@@ -13,3 +13,8 @@ void BuildIniPath(char *lpszPath, LPCSTR lpszFileName);
 
 // Forms the path of a file in the Windows system directory; as BuildIniPath otherwise.
 void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName);
+
+// Writes a whole section. lpszText: its lines, each "key=value" and CR LF, behind the last one two NULs; an empty text
+// leaves the section without keys. Later reads see the section as the file has it. Result: 1; 0 when the file cannot be
+// written, or for an empty path.
+int WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText);

@@ -1,0 +1,209 @@
+// Entry and list of the reservation page.
+#include "timer/reservation_rows.h"
+
+#include "kernel/plugin.h"
+#include "monitor/monitor_table.h"
+#include "monitor/vcp.h"
+#include "panel/resources/resource.h"
+#include "timer/reservation_rules.h"
+#include "timer/reservation_store.h"
+
+#include <commctrl.h>
+
+HWND g_hReservationPage = nullptr;
+
+// ---- Entry --------------------------------------------------------------------------------------------------------
+
+// The controls of one moment. The lists hold every hour and every minute, so a position is a value.
+struct MOMENTCONTROLS {
+    int nDate;
+    int nHour;
+    int nMinute;
+};
+static const MOMENTCONTROLS s_StartControls = {IDC_RESERVATION_START_DATE, IDC_RESERVATION_START_HOUR,
+                                               IDC_RESERVATION_START_MINUTE};
+static const MOMENTCONTROLS s_EndControls = {IDC_RESERVATION_END_DATE, IDC_RESERVATION_END_HOUR,
+                                             IDC_RESERVATION_END_MINUTE};
+
+static int SelectedIndex(HWND hPage, int control, int count)
+{
+    const LRESULT index = SendDlgItemMessageA(hPage, control, CB_GETCURSEL, 0, 0);
+    return index >= 0 && index < count ? static_cast<int>(index) : -1;
+}
+
+static bool ReadMoment(HWND hPage, const MOMENTCONTROLS *controls, char *date, char *time)
+{
+    SYSTEMTIME picked = {};
+    // A page without the control answers 0, which would pass for GDT_VALID.
+    if (!GetDlgItem(hPage, controls->nDate) || SendDlgItemMessageA(hPage, controls->nDate, DTM_GETSYSTEMTIME, 0,
+                                                                   reinterpret_cast<LPARAM>(&picked)) != GDT_VALID)
+        return false;
+    if (!FormatDate(date, &picked))
+        return false;
+    const int hour = SelectedIndex(hPage, controls->nHour, 24);
+    const int minute = SelectedIndex(hPage, controls->nMinute, 60);
+    if (hour < 0 || minute < 0)
+        return false;
+    FormatTime(time, hour, minute);
+    return true;
+}
+
+static bool ReadMonitor(RESERVATION *slot)
+{
+    const LONG monitor = g_nCurMonitor;
+    if (!IsMonitorIndex(monitor))
+        return false;
+    wsprintfA(slot->szLcd, "%12s", g_Monitor[monitor].szModel);
+    slot->nCrtNo = monitor;
+    return true;
+}
+
+static bool ReadChannel(HWND hPage, RESERVATION *slot)
+{
+    const WPARAM selected =
+        static_cast<WPARAM>(SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETCURSEL, 0, 0));
+    const LRESULT length = SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETLBTEXTLEN, selected, 0);
+    char text[64] = "";
+    if (length == CB_ERR || length >= static_cast<LRESULT>(sizeof text))
+        return false;
+    if (SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETLBTEXT, selected, reinterpret_cast<LPARAM>(text)) ==
+        CB_ERR)
+        return false;
+    lstrcpynA(slot->szChannel, text, sizeof slot->szChannel);
+    return true;
+}
+
+// Fills a free slot, which stays free. False when an input is missing.
+static bool ReadEntry(HWND hPage, RESERVATION *slot)
+{
+    return ReadMoment(hPage, &s_StartControls, slot->szDate, slot->szTime) &&
+           ReadMoment(hPage, &s_EndControls, slot->szEndDate, slot->szEndTime) && ReadMonitor(slot) &&
+           ReadChannel(hPage, slot);
+}
+
+static int FindFreeSlot()
+{
+    int n = 0;
+    while (n < RESERVATION_COUNT && g_Reservation[n].szSection[0])
+        ++n;
+    return n;
+}
+
+static REFUSAL CheckEntry(const RESERVATION *slot)
+{
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    MOMENTS moments;
+    FormatMoments(&moments, slot, &now);
+    return FindRefusal(g_Reservation, &moments);
+}
+
+static void ShowRefusal(HWND hPage, REFUSAL refusal)
+{
+    static const struct {
+        UINT nString;
+        UINT nIcon;
+    } messages[REFUSAL_NONE] = {
+        {IDS_RESERVATION_PASSED, MB_ICONINFORMATION},    // REFUSAL_PASSED
+        {IDS_RESERVATION_NO_LENGTH, MB_ICONINFORMATION}, // REFUSAL_NO_LENGTH
+        {IDS_RESERVATION_END_FIRST, MB_ICONINFORMATION}, // REFUSAL_END_FIRST
+        {IDS_RESERVATION_TOO_SOON, MB_ICONINFORMATION},  // REFUSAL_TOO_SOON
+        {IDS_RESERVATION_START_TAKEN, MB_ICONHAND},      // REFUSAL_START_TAKEN
+        {IDS_RESERVATION_END_TAKEN, MB_ICONHAND},        // REFUSAL_END_TAKEN
+        {IDS_RESERVATION_BEFORE_AN_END, MB_ICONHAND},    // REFUSAL_BEFORE_AN_END
+    };
+    ShowReservationMessage(hPage, messages[refusal].nString, MB_OK | messages[refusal].nIcon);
+}
+
+int AddReservation(HWND hPage)
+{
+    const int n = FindFreeSlot();
+    if (n == RESERVATION_COUNT || !ReadEntry(hPage, &g_Reservation[n]))
+        return 0;
+    const REFUSAL refusal = CheckEntry(&g_Reservation[n]);
+    if (refusal != REFUSAL_NONE) {
+        ShowRefusal(hPage, refusal);
+        return 1;
+    }
+    // A reservation that could not be written still counts for as long as the table is in memory.
+    SaveReservation(n);
+    AddReservationRow(hPage, n);
+    ++g_nReservation;
+    return 1;
+}
+
+// ---- List ---------------------------------------------------------------------------------------------------------
+
+static void SetCell(HWND hPage, int row, int column, char *text)
+{
+    LVITEMA item = {};
+    item.iSubItem = column;
+    item.pszText = text;
+    SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_SETITEMTEXTA, static_cast<WPARAM>(row),
+                        reinterpret_cast<LPARAM>(&item));
+}
+
+void AddReservationRow(HWND hPage, int n)
+{
+    RESERVATION *slot = &g_Reservation[n];
+    LVITEMA item = {};
+    item.mask = LVIF_TEXT | LVIF_PARAM;
+    item.iItem = n;
+    item.pszText = slot->szDate;
+    item.lParam = n;
+    // Behind the last row when the list is shorter than that.
+    const int row = static_cast<int>(
+        SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+    char monitor[32];
+    wsprintfA(monitor, "%d:%12s", slot->nCrtNo + 1, slot->szLcd);
+    char *const cells[] = {slot->szTime, slot->szEndDate, slot->szEndTime, monitor, slot->szChannel};
+    int column = 1;
+    for (char *cell : cells)
+        SetCell(hPage, row, column++, cell);
+}
+
+void DeleteReservationRow(HWND hPage, int n, int nRow, LPCSTR lpszErrorText)
+{
+    EmptyReservationSection(g_szOnTimerIni, n);
+    if (!SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_DELETEITEM, static_cast<WPARAM>(nRow), 0))
+        MessageBoxA(hPage, lpszErrorText, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
+    FreeReservationSlot(n);
+}
+
+static bool ReadRowSlot(HWND hPage, int row, int *slot)
+{
+    LVITEMA item = {};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    if (!SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)))
+        return false;
+    *slot = static_cast<int>(item.lParam);
+    return true;
+}
+
+// The row of a slot; -1 when there is none or a row before it cannot be read.
+static int FindRow(HWND hPage, int rows, int n)
+{
+    for (int row = 0; row < rows; ++row) {
+        int slot;
+        if (!ReadRowSlot(hPage, row, &slot))
+            return -1;
+        if (slot == n)
+            return row;
+    }
+    return -1;
+}
+
+int DeleteReservationAndRestore(HWND hPage, int n, LONG nMonitor, WORD wInput)
+{
+    const int rows = static_cast<int>(SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETITEMCOUNT, 0, 0));
+    if (rows <= 0)
+        return 0;
+    const int row = FindRow(hPage, rows, n);
+    if (row < 0)
+        return 1;
+    DeleteReservationRow(hPage, n, row, DELETE_ROW_ERROR_TIMER);
+    if (wInput)
+        SetVCP(nMonitor, VCP_INPUT_SOURCE, wInput);
+    return 1;
+}
