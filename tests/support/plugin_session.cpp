@@ -11,6 +11,9 @@
 #include "profiles/profile_store.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"
+#include "timer/reservation_input.h"
+#include "timer/reservation_rows.h"
+#include "timer/reservation_store.h"
 
 #include <winternl.h>
 
@@ -46,6 +49,14 @@ void ResetPluginState()
     nLastButton = 0;
     g_DdcParam = {};
     g_bI2CError = 0;
+    for (RESERVATION &slot : g_Reservation)
+        slot = {};
+    g_nReservation = 0;
+    g_szOnTimerIni[0] = '\0';
+    nChangeMsg = CHANGE_AT_ONCE;
+    g_nPrevTvChannel = 0;
+    g_hReservationPage = nullptr;
+    g_hPanelDlg = nullptr;
     InjectFault(Fault::None);
     SkipPauses(false);
     SetExitWindowsResults({});

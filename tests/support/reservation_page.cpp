@@ -1,0 +1,233 @@
+// The page's controls without the page.
+#include "support/reservation_page.h"
+
+#include "kernel/kernel_thread.h"
+#include "monitor/monitor_table.h"
+#include "panel/resources/resource.h"
+#include "support/clock.h"
+#include "support/replaced_imports.h"
+#include "support/text.h"
+#include "timer/reservation_rows.h"
+#include "timer/reservation_store.h"
+#include "timer/reserve_prompt.h"
+#include "timer/scheduler.h"
+
+#include <commctrl.h>
+#include <io.h>
+
+#include <cstdio>
+#include <sstream>
+
+constexpr int COLUMNS = 6;
+
+ReservationPage::ReservationPage()
+{
+    const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_DATE_CLASSES | ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&classes);
+    m_window = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 400, 400, nullptr, nullptr, nullptr, nullptr);
+    const auto add = [this](LPCSTR className, int id, DWORD style) {
+        return CreateWindowA(className, "", WS_CHILD | style, 0, 0, 100, 100, m_window,
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    };
+    const auto addNumbers = [&add](int id, int count) {
+        const HWND combo = add("COMBOBOX", id, CBS_DROPDOWNLIST);
+        for (int value = 0; value < count; ++value)
+            SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("an entry"));
+    };
+    for (const int id : {IDC_RESERVATION_START_DATE, IDC_RESERVATION_END_DATE})
+        add(DATETIMEPICK_CLASSA, id, DTS_SHOWNONE);
+    for (const int id : {IDC_RESERVATION_START_HOUR, IDC_RESERVATION_END_HOUR})
+        addNumbers(id, 24);
+    for (const int id : {IDC_RESERVATION_START_MINUTE, IDC_RESERVATION_END_MINUTE})
+        addNumbers(id, 60);
+    add("COMBOBOX", IDC_RESERVATION_CHANNEL, CBS_DROPDOWNLIST);
+    const HWND list = add(WC_LISTVIEWA, IDC_RESERVATION_LIST, LVS_REPORT | LVS_SINGLESEL);
+    for (int column = 0; column < COLUMNS; ++column) {
+        LVCOLUMNA header = {};
+        header.mask = LVCF_WIDTH | LVCF_SUBITEM;
+        header.iSubItem = column;
+        SendMessageA(list, LVM_INSERTCOLUMNA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&header));
+    }
+}
+
+ReservationPage::~ReservationPage()
+{
+    DestroyWindow(m_window);
+}
+
+SYSTEMTIME ParseMoment(const std::string &moment)
+{
+    SYSTEMTIME time = {};
+    sscanf(moment.c_str(), "%4hu/%2hu/%2hu %2hu:%2hu", &time.wYear, &time.wMonth, &time.wDay, &time.wHour,
+           &time.wMinute);
+    return time;
+}
+
+void ReservationPage::SetMoment(int date, int hour, int minute, const std::string &moment)
+{
+    SYSTEMTIME time = ParseMoment(moment);
+    SendMessageA(Control(date), DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&time));
+    SendMessageA(Control(hour), CB_SETCURSEL, time.wHour, 0);
+    SendMessageA(Control(minute), CB_SETCURSEL, time.wMinute, 0);
+}
+
+void ReservationPage::Enter(const std::string &start, const std::string &end, const std::string &channel)
+{
+    SetMoment(IDC_RESERVATION_START_DATE, IDC_RESERVATION_START_HOUR, IDC_RESERVATION_START_MINUTE, start);
+    SetMoment(IDC_RESERVATION_END_DATE, IDC_RESERVATION_END_HOUR, IDC_RESERVATION_END_MINUTE, end);
+    const HWND channels = Control(IDC_RESERVATION_CHANNEL);
+    SendMessageA(channels, CB_RESETCONTENT, 0, 0);
+    SendMessageA(channels, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Sjis(channel).c_str()));
+    SendMessageA(channels, CB_SETCURSEL, 0, 0);
+}
+
+Lines ReservationPage::Rows() const
+{
+    Lines rows;
+    const HWND list = Control(IDC_RESERVATION_LIST);
+    const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        char text[64];
+        LVITEMA item = {};
+        item.iItem = row;
+        item.mask = LVIF_PARAM;
+        SendMessageA(list, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+        std::string line = std::to_string(item.lParam) + ":";
+        for (item.iSubItem = 0; item.iSubItem < COLUMNS; ++item.iSubItem) {
+            item.pszText = text;
+            item.cchTextMax = sizeof text;
+            SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+            line += (item.iSubItem ? "|" : " ") + std::string(text);
+        }
+        rows.push_back(line);
+    }
+    return rows;
+}
+
+// ---- The file -----------------------------------------------------------------------------------------------------
+
+std::string Section(int n, const std::string &start, const std::string &end, const std::string &channel,
+                    const std::string &model, int monitor)
+{
+    return Sjis("[Timer" + std::to_string(n) + "]\r\ndate=" + start.substr(0, 10) + "\r\ntime=" + start.substr(11) +
+                "\r\nenddate=" + end.substr(0, 10) + "\r\nendtime=" + end.substr(11) + "\r\nlcd=" + model +
+                "\r\ncrtno=" + std::to_string(monitor) + "\r\nchannel=" + channel + "\r\n");
+}
+
+static std::string Utf8(const std::string &sjis)
+{
+    wchar_t wide[256] = L"";
+    char utf8[512] = "";
+    MultiByteToWideChar(932, 0, sjis.c_str(), -1, wide, 256);
+    WideCharToMultiByte(CP_UTF8, 0, wide, -1, utf8, sizeof utf8, nullptr, nullptr);
+    return utf8;
+}
+
+Lines SectionLines(int n)
+{
+    Lines lines;
+    std::istringstream file(IniFolder::Read("ontimer.ini"));
+    const std::string header = "[Timer" + std::to_string(n) + "]";
+    bool inside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        if (!line.empty() && line[0] == '[')
+            inside = line == header;
+        // Rewriting a section may drop the blanks in front of its values.
+        const size_t value = line.find('=') + 1;
+        if (value)
+            line.erase(value, line.find_first_not_of(' ', value) - value);
+        if (inside && !line.empty())
+            lines.push_back(Utf8(line));
+    }
+    return lines;
+}
+
+// ---- Table and prompt ---------------------------------------------------------------------------------------------
+
+bool IsUsed(int n)
+{
+    return g_Reservation[n].szSection[0] != '\0';
+}
+
+std::string PromptShown()
+{
+    char text[256] = "";
+    GetDlgItemTextA(g_hReservePrompt, IDC_PROMPT_TEXT, text, sizeof text);
+    std::string shown = text;
+    for (const int button : {IDC_PROMPT_SWITCH, IDC_PROMPT_DELETE, IDC_PROMPT_OK})
+        if (IsWindowVisible(GetDlgItem(g_hReservePrompt, button)))
+            shown += " " + std::to_string(button);
+    return shown;
+}
+
+std::string QuestionShown()
+{
+    return Sjis("予約開始時間になりました。\n画面を切り替えますか？ 1048 1049");
+}
+
+std::string NoticeShown()
+{
+    return Sjis("予約終了時間を経過したため\n対象の予約を削除しました。 1052");
+}
+
+// ---- The fixture --------------------------------------------------------------------------------------------------
+
+void CloseReservationFiles()
+{
+    for (int descriptor = 3; descriptor < 256; ++descriptor)
+        _close(descriptor);
+}
+
+ReservationTest::ReservationTest()
+{
+    for (const char *model : {"NRV-PA1", "NRV-PA2"})
+        host.monitors.push_back({model, "(vcp(60(01 03 05 07 09) E8))", {{0x60, {3, 9}}, {0xE8, {777, 999}}}, {}});
+    InitMonitors();
+    for (LONG monitor = 0; monitor < 2; ++monitor) {
+        strcpy(g_Monitor[monitor].szInputName[0], "1");
+        strcpy(g_Monitor[monitor].szInputName[1], "3");
+        strcpy(g_Monitor[monitor].szInputName[2], "    ");
+    }
+    SkipPauses(true);
+    host.TakeLog();
+}
+
+ReservationTest::~ReservationTest()
+{
+    CloseReservePrompt();
+    CloseReservationFiles();
+}
+
+void ReservationTest::SetMinute(const std::string &moment)
+{
+    const SYSTEMTIME time = ParseMoment(moment);
+    SetClock(time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute);
+}
+
+void ReservationTest::LoadFile(const std::string &bytes)
+{
+    IniFolder::Write("ontimer.ini", bytes);
+    g_nReservation = LoadReservations(g_Reservation, "ontimer.ini");
+}
+
+int ReservationTest::Add(const std::string &start, const std::string &end, const std::string &channel)
+{
+    ReservationPage page;
+    page.Enter(start, end, channel);
+    return AddReservation(page.Window());
+}
+
+Lines ReservationTest::Tick()
+{
+    CheckReservationEnd();
+    CheckReservationStart();
+    return host.TakeLog();
+}
+
+Lines ReservationTest::Press(int button)
+{
+    SendMessageA(g_hReservePrompt, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    return host.TakeLog();
+}

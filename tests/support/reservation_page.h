@@ -1,0 +1,75 @@
+// A stand-in for the reservation page: a window with the page's controls, filled as a user would fill them; and the
+// fixture of all tests that have to do with reservations.
+#pragma once
+
+#include "support/plugin_session.h"
+
+#include <string>
+#include <vector>
+
+// From "2006/06/10 20:00".
+SYSTEMTIME ParseMoment(const std::string &moment);
+
+// Belongs to the thread that makes it.
+class ReservationPage {
+public:
+    ReservationPage();
+    ~ReservationPage();
+    ReservationPage(const ReservationPage &) = delete;
+    ReservationPage &operator=(const ReservationPage &) = delete;
+
+    HWND Window() const { return m_window; }
+    HWND Control(int id) const { return GetDlgItem(m_window, id); }
+
+    // Fills the entry. Moments as "2006/06/10 20:00", the channel in UTF-8.
+    void Enter(const std::string &start, const std::string &end, const std::string &channel);
+
+    // The list's rows, their cells joined by '|', each with its item data in front: "0: 2006/06/10|20:00|...".
+    Lines Rows() const;
+
+private:
+    void SetMoment(int date, int hour, int minute, const std::string &moment);
+
+    HWND m_window;
+};
+
+// One reservation as an INI section, for a file made by hand; texts in UTF-8.
+std::string Section(int n, const std::string &start, const std::string &end, const std::string &channel,
+                    const std::string &model = "NRV-PA1", int monitor = 0);
+
+// A section of the file "ontimer.ini" as its lines with the header in front, in UTF-8; empty when it is not there.
+Lines SectionLines(int n);
+
+// Whether a slot of the table is in use.
+bool IsUsed(int n);
+
+// What the prompt shows: its text and the identifiers of the buttons that can be seen. The question and the notice.
+std::string PromptShown();
+std::string QuestionShown();
+std::string NoticeShown();
+
+// Closes the descriptors of "ontimer.ini" that the product leaves open at each load, so that the file can be deleted.
+void CloseReservationFiles();
+
+// Two monitors, "NRV-PA1" and "NRV-PA2", with all inputs and a tuner (channel names "1", "3" and an empty one), which
+// show input 3 and channel 777. Pauses are skipped.
+class ReservationTest : public HostTest {
+protected:
+    ReservationTest();
+    ~ReservationTest() override;
+
+    // Sets the clock.
+    static void SetMinute(const std::string &moment);
+
+    // Writes "ontimer.ini" and loads it, as the page does.
+    static void LoadFile(const std::string &bytes);
+
+    // Enters a reservation on a page of its own.
+    static int Add(const std::string &start, const std::string &end, const std::string &channel);
+
+    // One second's checks. Result: what the monitors received.
+    Lines Tick();
+
+    // A button of the prompt pressed; the same result.
+    Lines Press(int button);
+};
