@@ -208,6 +208,7 @@ static void OnDestroy(HWND hWnd)
     KillPeriodicTimers(hWnd);
     UnloadPsapi();
     CheckEdidAtStop();
+    EndServerListeners();
     g_hPanelDlg = nullptr;
     g_hKernelWnd = nullptr;
 }

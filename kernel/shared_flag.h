@@ -8,6 +8,7 @@
 
 using SHAREDFLAG = std::atomic<LONG>;
 using SHAREDWORD = std::atomic<WORD>;
+using SHAREDDWORD = std::atomic<DWORD>;
 using SHAREDWND = std::atomic<HWND>;
 
 static_assert(SHAREDFLAG::is_always_lock_free && SHAREDWORD::is_always_lock_free && SHAREDWND::is_always_lock_free);

@@ -4,6 +4,7 @@
 // ---- Strings ----
 #define IDS_BLANK 1 // the English table's only entry
 #define IDS_TITLE 100
+#define IDS_VERSION 104
 #define IDS_INPUT_S_VIDEO 115
 #define IDS_INPUT_VIDEO 116
 #define IDS_INPUT_TV 300
@@ -16,6 +17,7 @@
 #define IDS_INPUT_ANALOG2 612
 #define IDS_INPUT_DIGITAL 613
 #define IDS_INPUT_DIGITAL2 614
+#define IDS_COLOR_CHANGED 2000
 #define IDS_NO_MONITOR 5000
 #define IDS_PROFILE_NOT_SAVED 5005
 #define IDS_ASK_OVERWRITE 5010           // shown by nothing
@@ -24,6 +26,7 @@
 #define IDS_RESERVATION_INCOMPLETE 5015
 #define IDS_RESERVATION_PASSED 5016
 #define IDS_RESERVATION_START_TAKEN 5017
+#define IDS_NO_SERVER_LINK 5018          // shown by nothing
 #define IDS_ASK_COLOR_CHANGE 5022
 #define IDS_RESERVATION_END_FIRST 5023
 #define IDS_PROMPT_QUESTION 5024
@@ -43,6 +46,9 @@
 
 // ---- Bitmaps ----
 #define IDB_RESERVE_PROMPT 133
+
+// ---- Network page ----
+#define IDC_NETWORK_LOG 1010 // status line and communication log
 
 // ---- Colour page ----
 #define IDC_COLOR_APP_LIST 2005

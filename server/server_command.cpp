@@ -1,0 +1,260 @@
+// The table of server commands, and what they do.
+#include "server/server_command.h"
+
+#include "kernel/plugin.h"
+#include "monitor/color_settings.h"
+#include "monitor/monitor_table.h"
+#include "monitor/vcp.h"
+#include "panel/resources/resource.h"
+#include "server/server_datagram.h"
+#include "server/server_link.h"
+#include "server/server_reply.h"
+#include "settings/registry.h"
+
+#include <cstring>
+
+// A command as it came, with all of the receive buffer.
+struct RECEIVED {
+    SERVERCMD command;
+    const void *lpData;
+    DWORD cbData;
+};
+
+struct COMMANDROW {
+    BYTE bCommand;
+    void (*lpfnAction)(const RECEIVED *lpReceived, const COMMANDROW *lpRow); // null: does nothing
+    BYTE bVcpCode;                                                           // for WriteRowFeature
+    LONG nValue;                                                             // for WriteRowFeature and SwitchPower
+    LPCSTR lpszLog;   // line of the communication log; null: none, or the action writes its own
+    LPCSTR lpszReply; // text of the final reply; null: string nReplyString
+    UINT nReplyString;
+};
+
+constexpr size_t REPLY_TEXT_SIZE = 128;
+constexpr size_t SERVER_MESSAGE_SIZE = 256;
+constexpr LPARAM MONITOR_POWER_OFF = 2; // of SC_MONITORPOWER
+constexpr LPARAM MONITOR_POWER_ON = -1;
+constexpr UINT BROADCAST_TIMEOUT_MS = 5000; // for a window that hangs
+
+// The connection that carried the last version reply.
+static std::atomic<SOCKET> s_sockVersion = INVALID_SOCKET;
+
+// ---- Answers ------------------------------------------------------------------------------------------------------
+
+static SOCKET SendData(const RECEIVED *lpReceived, BYTE bStatus, const void *lpData, size_t cbData)
+{
+    SERVERREPLY header = {};
+    header.dwFrom = g_dwMyIpAddr;
+    header.dwTo = lpReceived->command.dwServerAddr;
+    header.dwLength = static_cast<uint32_t>(cbData);
+    header.bStatus = bStatus;
+    return SendServerReply(&header, lpData);
+}
+
+// A text goes with its terminating zero.
+static SOCKET SendText(const RECEIVED *lpReceived, BYTE bStatus, LPCSTR lpszText)
+{
+    return SendData(lpReceived, bStatus, lpszText, strlen(lpszText) + 1);
+}
+
+static void WriteLog(LPCSTR lpszLine)
+{
+    if (g_hCommLogWnd)
+        SetDlgItemTextA(g_hCommLogWnd, IDC_NETWORK_LOG, lpszLine);
+}
+
+// ---- Monitor ------------------------------------------------------------------------------------------------------
+
+// Keeps the cached settings of a monitor in step with a feature that is written to it.
+static void CacheFeature(COLORSETTING *setting, BYTE bCode, DWORD dwValue)
+{
+    const WORD value = LOWORD(dwValue);
+    switch (bCode) {
+    case VCP_BRIGHTNESS:
+        (setting->dwEco != 0 ? setting->wBrightEco : setting->wBright) = value;
+        break;
+    case VCP_CONTRAST:
+        setting->wContrast = value;
+        break;
+    case VCP_COLOR_PRESET:
+        setting->wColorTemp = static_cast<SHORT>(value);
+        break;
+    case VCP_RED_GAIN:
+        setting->wRed = value;
+        break;
+    case VCP_GREEN_GAIN:
+        setting->wGreen = value;
+        break;
+    case VCP_BLUE_GAIN:
+        setting->wBlue = value;
+        break;
+    case VCP_ECO_MODE:
+        setting->dwEco = dwValue; // all of it, though the monitor gets 16 bits
+        break;
+    }
+}
+
+static void WriteFeature(BYTE bCode, DWORD dwValue)
+{
+    const LONG monitor = g_nCurMonitor;
+    SetVCP(monitor, bCode, LOWORD(dwValue));
+    if (IsMonitorIndex(monitor))
+        CacheFeature(&g_CurSetting[monitor], bCode, dwValue);
+}
+
+static void SetFeature(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    WriteFeature(lpReceived->command.bVcpCode, lpReceived->command.dwValue);
+}
+
+static void WriteRowFeature(const RECEIVED *, const COMMANDROW *lpRow)
+{
+    WriteFeature(lpRow->bVcpCode, static_cast<DWORD>(lpRow->nValue));
+}
+
+// Asks the server for the settings and writes what came over those that the monitor has. They are written also when
+// nothing came; the cached settings stay as they are.
+static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    static_assert(sizeof(SERVERCOLORS) == sizeof(COLORSETTING), "the server sends the record of the monitor table");
+    char answer[SERVER_ANSWER_SIZE];
+    const SOCKET sock = SendData(lpReceived, SERVER_STATUS_DATA, nullptr, 0);
+    const size_t received = ReceiveServerAnswer(sock, answer, sizeof answer);
+    CloseServerSocket(sock);
+
+    const LONG monitor = g_nCurMonitor;
+    if (!IsMonitorIndex(monitor))
+        return;
+    COLORSETTING setting = g_CurSetting[monitor];
+    SERVERCOLORS colors;
+    memcpy(&colors, &setting, sizeof colors);
+    OverlayServerColors(&colors, answer, received);
+    memcpy(&setting, &colors, sizeof setting);
+    ApplyColorSettings(monitor, &setting);
+}
+
+static void SwitchPower(const RECEIVED *, const COMMANDROW *lpRow)
+{
+    DWORD_PTR result;
+    SendMessageTimeoutA(HWND_BROADCAST, WM_SYSCOMMAND, SC_MONITORPOWER, lpRow->nValue, SMTO_ABORTIFHUNG,
+                        BROADCAST_TIMEOUT_MS, &result);
+}
+
+// ---- Client -------------------------------------------------------------------------------------------------------
+
+static void ReportIdentity(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    CloseServerSocket(SendData(lpReceived, SERVER_STATUS_IDENTITY, g_szUserName, sizeof g_szUserName));
+
+    BYTE address[4];
+    memcpy(address, &lpReceived->command.dwServerAddr, sizeof address);
+    char text[sizeof g_szServerAddr];
+    char line[64];
+    wsprintfA(text, "%d.%d.%d.%d", address[0], address[1], address[2], address[3]);
+    wsprintfA(line, "Server address : %s", text);
+    g_dwServerAddr = lpReceived->command.dwServerAddr;
+    lstrcpyA(g_szServerAddr, text); // fits; whoever reads it meanwhile finds a terminated text
+    WriteLog(line);
+}
+
+// The connection is left open behind the reply, for the server to close. It is kept for the next command to close, so
+// that many requests don't add up to many sockets.
+static void ReportVersion(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    char version[REPLY_TEXT_SIZE] = "";
+    LoadStringA(g_hInstance, IDS_VERSION, version, sizeof version);
+    CloseServerSocket(s_sockVersion.exchange(SendText(lpReceived, SERVER_STATUS_DATA, version)));
+}
+
+void CloseVersionConnection()
+{
+    CloseServerSocket(s_sockVersion.exchange(INVALID_SOCKET));
+}
+
+static void AllowNameChange(const RECEIVED *, const COMMANDROW *)
+{
+    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, "EnableChangeName", 1);
+}
+
+// ---- Message boxes: the listener waits until they are closed ------------------------------------------------------
+
+// The text stands behind what a datagram's buffer holds, so the box is empty.
+static void ShowServerMessage(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    char text[SERVER_MESSAGE_SIZE];
+    ParseServerMessage(text, sizeof text, lpReceived->lpData, lpReceived->cbData);
+    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK);
+}
+
+static void ShowUnknownCommand(const RECEIVED *lpReceived, const COMMANDROW *)
+{
+    char text[64];
+    wsprintfA(text, "Unknown command(%d) was found\n", lpReceived->command.bCommand);
+    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
+}
+
+// ---- Table --------------------------------------------------------------------------------------------------------
+
+// Texts of a row: one for log and reply; those of a command that is known and does nothing.
+#define SAME_TEXT(TEXT) TEXT, TEXT, 0
+#define NOT_SUPPORTED "", "Not Support", 0
+
+static const COMMANDROW s_Commands[] = {
+    {1, nullptr, 0, 0, NOT_SUPPORTED},
+    {SERVER_SET_FEATURE, SetFeature, 0, 0, "Receive [LVS_SETFEATURE]", nullptr, IDS_COLOR_CHANGED},
+    {3, nullptr, 0, 0, NOT_SUPPORTED},
+    {4, nullptr, 0, 0, NOT_SUPPORTED},
+    {5, nullptr, 0, 0, NOT_SUPPORTED},
+    {17, nullptr, 0, 0, NOT_SUPPORTED},
+    {SERVER_SET_ALL, SetAllFeatures, 0, 0, "Receive [LVS_SETFEATUREALL]", nullptr, IDS_COLOR_CHANGED},
+    {SERVER_POWER_OFF, SwitchPower, 0, MONITOR_POWER_OFF, SAME_TEXT("DPMS OFF")},
+    {SERVER_POWER_ON, SwitchPower, 0, MONITOR_POWER_ON, SAME_TEXT("DPMS ON")},
+    {SERVER_ECO_OFF, WriteRowFeature, VCP_ECO_MODE, 0, SAME_TEXT("ECO Mode Off")},
+    {SERVER_ECO_ON, WriteRowFeature, VCP_ECO_MODE, 1, SAME_TEXT("ECO Mode On")},
+    {SERVER_AUTO_ADJUST, WriteRowFeature, VCP_AUTO_SETUP, 1, SAME_TEXT("Auto Adjust Done")},
+    {SERVER_INPUT_ANALOG, WriteRowFeature, VCP_INPUT_SOURCE, 1, SAME_TEXT("Select Analog RGB")},
+    {SERVER_INPUT_DIGITAL, WriteRowFeature, VCP_INPUT_SOURCE, 3, SAME_TEXT("Select Digital RGB")},
+    {SERVER_INPUT_TV, WriteRowFeature, VCP_INPUT_SOURCE, 9, SAME_TEXT("Select TV Tuner")},
+    {SERVER_INPUT_SVIDEO, WriteRowFeature, VCP_INPUT_SOURCE, 7, SAME_TEXT("Select S-Video")},
+    {SERVER_INPUT_COMPOSITE, WriteRowFeature, VCP_INPUT_SOURCE, 5, SAME_TEXT("Select Composite")},
+    {SERVER_IDENTITY, ReportIdentity, 0, 0, nullptr, "Ready", 0},
+    {SERVER_VERSION, ReportVersion, 0, 0, "Requested Version Information", nullptr, IDS_VERSION},
+    {SERVER_ALLOW_NAMES, AllowNameChange, 0, 0, SAME_TEXT("Enable to change User and Group Name")},
+    {144, nullptr, 0, 0, NOT_SUPPORTED},
+    {SERVER_MESSAGE, ShowServerMessage, 0, 0, nullptr, "", 0},
+};
+static const COMMANDROW s_Unknown = {0, ShowUnknownCommand, 0, 0, nullptr, "Not Support command", 0};
+
+static const COMMANDROW *FindCommand(BYTE bCommand)
+{
+    for (const COMMANDROW &row : s_Commands)
+        if (row.bCommand == bCommand)
+            return &row;
+    return &s_Unknown;
+}
+
+static void SendFinalReply(const RECEIVED *lpReceived, const COMMANDROW *lpRow)
+{
+    char text[REPLY_TEXT_SIZE] = "";
+    if (lpRow->lpszReply)
+        lstrcpynA(text, lpRow->lpszReply, sizeof text);
+    else
+        LoadStringA(g_hInstance, lpRow->nReplyString, text, sizeof text);
+    const BYTE status = lpRow == &s_Unknown ? SERVER_STATUS_REFUSED : SERVER_STATUS_DONE;
+    CloseServerSocket(SendText(lpReceived, status, text));
+}
+
+int HandleServerCommand(const void *lpData, DWORD cbData)
+{
+    RECEIVED received = {{}, lpData, cbData};
+    if (!ParseServerCommand(&received.command, lpData, cbData) || !IsForClient(&received.command, g_dwMyIpAddr))
+        return 0;
+    CloseVersionConnection();
+    const COMMANDROW *row = FindCommand(received.command.bCommand);
+    if (row->lpfnAction)
+        row->lpfnAction(&received, row);
+    if (row->lpszLog)
+        WriteLog(row->lpszLog);
+    SendFinalReply(&received, row);
+    return row != &s_Unknown;
+}
