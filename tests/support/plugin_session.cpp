@@ -9,6 +9,7 @@
 #include "monitor/monitor_table.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
+#include "server/server_link.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"
 #include "timer/reservation_input.h"
@@ -57,6 +58,9 @@ void ResetPluginState()
     g_nPrevTvChannel = 0;
     g_hReservationPage = nullptr;
     g_hPanelDlg = nullptr;
+    g_dwMyIpAddr = 0;
+    g_szServerAddr[0] = '\0';
+    g_hCommLogWnd = nullptr;
     InjectFault(Fault::None);
     SkipPauses(false);
     SetExitWindowsResults({});

@@ -1,0 +1,91 @@
+// Reading and forming the messages of the server link, at the very ends of their buffers.
+#include "server/server_datagram.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+// Bytes directly in front of a page that must not be touched.
+class GuardedBytes {
+public:
+    explicit GuardedBytes(const std::string &bytes)
+    {
+        m_pages = static_cast<char *>(VirtualAlloc(nullptr, 2 * 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        DWORD old;
+        VirtualProtect(m_pages + 4096, 4096, PAGE_NOACCESS, &old);
+        data = m_pages + 4096 - bytes.size();
+        memcpy(data, bytes.data(), bytes.size());
+    }
+    ~GuardedBytes() { VirtualFree(m_pages, 0, MEM_RELEASE); }
+    GuardedBytes(const GuardedBytes &) = delete;
+    GuardedBytes &operator=(const GuardedBytes &) = delete;
+
+    char *data;
+
+private:
+    char *m_pages;
+};
+
+} // namespace
+
+TEST(ServerDatagram, CommandsAreReadFromTheirBytes)
+{
+    const std::string bytes("\x0A\x01\xA8\xC0\x05\x00\x00\x0A????\x78\x56\x34\x12\x02\xE0", 18);
+    for (size_t length = 0; length <= bytes.size(); ++length) {
+        const GuardedBytes input(bytes.substr(0, length));
+        SERVERCMD command = {};
+        ASSERT_EQ(ParseServerCommand(&command, input.data, length), length == 18) << length;
+        EXPECT_EQ(command.bCommand, length == 18 ? 2 : 0);
+        if (length < 18)
+            continue;
+        EXPECT_EQ(command.dwServerAddr, 0xC0A8010Au);
+        EXPECT_EQ(command.dwTargetAddr, 0x0A000005u);
+        EXPECT_EQ(command.dwValue, 0x12345678u);
+        EXPECT_EQ(command.bVcpCode, 0xE0);
+        EXPECT_TRUE(IsForClient(&command, 0x0A000005));
+        EXPECT_FALSE(IsForClient(&command, 0x0A000006));
+        EXPECT_FALSE(IsForClient(&command, 0)) << "an address that could not be looked up is nobody's";
+        command.dwTargetAddr = 0;
+        EXPECT_TRUE(IsForClient(&command, 0x0A000006));
+    }
+}
+
+TEST(ServerDatagram, MessagesEndWithTheirBuffer)
+{
+    const struct {
+        size_t size; // of the buffer, filled with 'm' up to a zero at 410
+        size_t capacity;
+        const char *text;
+    } cases[] = {
+        {18, 16, ""},       {256, 16, ""},           {400, 16, ""},     {401, 16, "m"},
+        {405, 16, "mmmmm"}, {500, 16, "mmmmmmmmmm"}, {500, 6, "mmmmm"}, {500, 1, ""},
+    };
+    for (const auto &c : cases) {
+        std::string bytes(c.size, 'm');
+        if (c.size > 410)
+            bytes[410] = '\0';
+        const GuardedBytes input(bytes);
+        const GuardedBytes text(std::string(c.capacity, '?'));
+        ParseServerMessage(text.data, c.capacity, input.data, c.size);
+        EXPECT_STREQ(text.data, c.text) << c.size << " " << c.capacity;
+    }
+}
+
+TEST(ServerDatagram, RepliesNeverOutgrowTheirBuffer)
+{
+    SERVERREPLY head = {0x04030201, 0x08070605, 0, 3, 255, 0, 0};
+    char buffer[24];
+    ASSERT_EQ(BuildServerReply(buffer, sizeof buffer, &head, "ab"), 23u);
+    EXPECT_EQ(std::string(buffer, 23), std::string("\1\2\3\4\5\6\7\x08\0\0\0\0\3\0\0\0\xFF\0\0\0ab", 23));
+    head.dwLength = 5;
+    EXPECT_EQ(BuildServerReply(buffer, sizeof buffer, &head, "abcd"), 0u);
+    head.dwLength = 0xFFFFFFFF;
+    EXPECT_EQ(BuildServerReply(buffer, sizeof buffer, &head, "abcd"), 0u);
+    head.dwLength = 0;
+    EXPECT_EQ(BuildServerReply(buffer, sizeof buffer, &head, nullptr), 20u);
+    EXPECT_EQ(BuildServerReply(buffer, 19, &head, nullptr), 0u);
+}
