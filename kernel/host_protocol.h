@@ -26,14 +26,14 @@ extern "C" int GetPluginFunc(PLUGINFUNC *lpFunc);
 typedef int (*GETPLUGINFUNC)(PLUGINFUNC *);
 
 enum : int {
-    PLUGIN_SLOT_INIT = 0,          // packet with the host's window; starts the kernel thread
-    PLUGIN_SLOT_INFO = 1,          // packet, filled in with a PLUGININFO
-    PLUGIN_SLOT_RECEIVE = 2,       // packet: a reply or a notice from the host
-    PLUGIN_SLOT_OPEN_PANEL = 3,    // no argument
+    PLUGIN_SLOT_INIT = 0,           // packet with the host's window; starts the kernel thread
+    PLUGIN_SLOT_INFO = 1,           // packet, filled in with a PLUGININFO
+    PLUGIN_SLOT_RECEIVE = 2,        // packet: a reply or a notice from the host
+    PLUGIN_SLOT_OPEN_PANEL = 3,     // no argument
     PLUGIN_SLOT_SEND_IDENTITY = 10, // no argument
-    PLUGIN_SLOT_STOP = 15,         // no argument; the plug-in may be unloaded afterwards
-    PLUGIN_SLOT_COMMAND = 16,      // packet: a command from the host
-    PLUGIN_SLOT_COUNT = 18,        // the last slot is null
+    PLUGIN_SLOT_STOP = 15,          // no argument; the plug-in may be unloaded afterwards
+    PLUGIN_SLOT_COMMAND = 16,       // packet: a command from the host
+    PLUGIN_SLOT_COUNT = 18,         // the last slot is null
 };
 
 // What slot 1 points the packet's data pointer at.
@@ -72,8 +72,14 @@ struct HOSTDATA {
 static_assert(sizeof(HOSTDATA) == 10);
 
 // The payload of a block, at its byte 10 (not aligned).
-inline BYTE *HostPayload(HOSTDATA *lpData) { return reinterpret_cast<BYTE *>(lpData + 1); }
-inline const BYTE *HostPayload(const HOSTDATA *lpData) { return reinterpret_cast<const BYTE *>(lpData + 1); }
+inline BYTE *HostPayload(HOSTDATA *lpData)
+{
+    return reinterpret_cast<BYTE *>(lpData + 1);
+}
+inline const BYTE *HostPayload(const HOSTDATA *lpData)
+{
+    return reinterpret_cast<const BYTE *>(lpData + 1);
+}
 
 // The header. Its receiver copies what it needs from header and block before it returns: the sender frees both then.
 struct HOSTPACKET {
@@ -95,18 +101,18 @@ constexpr UINT WM_HOST_PACKET = 42468; // request or notice of the plug-in
 constexpr UINT WM_HOST_REPLY = 42469;  // reply of the plug-in to a command of the host
 
 // Requests of the plug-in (HOSTPACKET::wCommand). Each payload, but for the count's, begins with the monitor index as a
-// 32-bit word. The reply has the same command and request number, comes from the host's DDC/CI endpoint, and its payload
-// is what stands on the right.
+// 32-bit word. The reply has the same command and request number, comes from the host's DDC/CI endpoint, and its
+// payload is what stands on the right.
 enum : WORD {
-    HOST_NOTICE = 16,             // no reply; HOSTDATA::wCode says which
-    HOST_SET_VCP = 17,            // code = VCP code; value in a 32-bit word      -> 32-bit result
-    HOST_SET_INPUT_LIST = 18,     // 16 32-bit flags, one per input source value  -> 32-bit result
-    HOST_SET_DIRECTLINK = 19,     // monitor or -1; on = 1, off = 0               -> 32-bit result
-    HOST_GET_VCP = 24,            // code = VCP code                              -> current value, maximum: two words
-    HOST_GET_MONITOR_COUNT = 26,  // no payload                                   -> 32-bit count
-    HOST_GET_MONITOR_NAME = 27,   //                                              -> 12 bytes, zero-padded
-    HOST_GET_CAPABILITIES = 28,   //                                              -> 512 bytes, zero-padded
-    HOST_GET_EDID = 29,           //                                              -> 128 bytes: the base block
+    HOST_NOTICE = 16,            // no reply; HOSTDATA::wCode says which
+    HOST_SET_VCP = 17,           // code = VCP code; value in a 32-bit word      -> 32-bit result
+    HOST_SET_INPUT_LIST = 18,    // 16 32-bit flags, one per input source value  -> 32-bit result
+    HOST_SET_DIRECTLINK = 19,    // monitor or -1; on = 1, off = 0               -> 32-bit result
+    HOST_GET_VCP = 24,           // code = VCP code                              -> current value, maximum: two words
+    HOST_GET_MONITOR_COUNT = 26, // no payload                                   -> 32-bit count
+    HOST_GET_MONITOR_NAME = 27,  //                                              -> 12 bytes, zero-padded
+    HOST_GET_CAPABILITIES = 28,  //                                              -> 512 bytes, zero-padded
+    HOST_GET_EDID = 29,          //                                              -> 128 bytes: the base block
 };
 
 constexpr DWORD HOST_NAME_SIZE = 12;
@@ -116,17 +122,17 @@ constexpr DWORD HOST_INPUT_COUNT = 16;
 
 // HOSTDATA::wCode of HOST_NOTICE.
 enum : WORD {
-    HOST_NOTICE_STOPPED = 3,   // the plug-in has stopped
-    HOST_NOTICE_STARTING = 8,  // before the monitors are enumerated
-    HOST_NOTICE_STARTED = 9,   // monitors were found
+    HOST_NOTICE_STOPPED = 3,  // the plug-in has stopped
+    HOST_NOTICE_STARTING = 8, // before the monitors are enumerated
+    HOST_NOTICE_STARTED = 9,  // monitors were found
 };
 
 // ---- Commands of the host -----------------------------------------------------------------------------------------
 
 // Slot 16 carries out a command of the host. HOSTDATA::wCode is its number; HOSTPACKET::wCommand is whatever the host
-// likes. A reply goes to the sender's address by WM_HOST_REPLY, with wCommand, wFlags and request number of the command.
-// Monitor commands act on the monitor that is selected in the panel; writes act on all monitors while the all-monitors
-// mode is on. A block that is shorter than its command's payload is ignored, like an unknown number.
+// likes. A reply goes to the sender's address by WM_HOST_REPLY, with wCommand, wFlags and request number of the
+// command. Monitor commands act on the monitor that is selected in the panel; writes act on all monitors while the
+// all-monitors mode is on. A block that is shorter than its command's payload is ignored, like an unknown number.
 //
 // The slot returns 1, or 0 for a packet without a block or with sizes that disagree. It waits for the host's answers to
 // the requests that a command leads to, so the host must be able to deliver them meanwhile.

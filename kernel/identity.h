@@ -3,11 +3,6 @@
 
 #include "kernel/host_protocol.h"
 
-// Names of its values below SUBKEY_GENERAL, and of the one that lets the user change them.
-#define VALUE_USER_NAME "LocalUserName"
-#define VALUE_GROUP_NAME "LocalGroupName"
-#define VALUE_ENABLE_CHANGE_NAME "EnableChangeName"
-
 // Fills a record from the settings; whatever is absent, too long or of another type is zero. Any thread.
 void BuildIdentity(HOSTIDENTITY *lpIdentity);
 

@@ -132,7 +132,7 @@ static void JoinWhileServingSentMessages(HANDLE hThread)
     MSG message;
     while (MsgWaitForMultipleObjects(1, &hThread, FALSE, INFINITE, QS_SENDMESSAGE) == WAIT_OBJECT_0 + 1)
         PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE); // delivers what was sent, leaves what was posted
-    WaitForSingleObject(hThread, INFINITE); // over, unless the wait above failed
+    WaitForSingleObject(hThread, INFINITE);                 // over, unless the wait above failed
 }
 
 int StopKernelThread()

@@ -49,15 +49,11 @@ static bool SectionExists(const PROFILETABLE &table, int slot)
     return strcmp(name, NO_NAME) != 0;
 }
 
-// Writes a section whole. The system keeps our text, with its ends of line, as one long value: its cache is dropped, so
-// that every later access takes the lines from the file.
 static int WriteSection(const PROFILETABLE &table, int slot, LPCSTR text)
 {
     char section[PROFILE_SECTION_NAME_SIZE];
     FormSectionName(table, slot, section);
-    const BOOL written = WritePrivateProfileSectionA(section, text, g_szProfileIni);
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, g_szProfileIni);
-    return written ? 1 : 0;
+    return WriteIniSection(g_szProfileIni, section, text);
 }
 
 static int WriteEntry(const PROFILETABLE &table, int slot)

@@ -173,7 +173,7 @@ void CloseVersionConnection()
 
 static void AllowNameChange(const RECEIVED *, const COMMANDROW *)
 {
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, "EnableChangeName", 1);
+    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_ENABLE_CHANGE_NAME, 1);
 }
 
 // ---- Message boxes: the listener waits until they are closed ------------------------------------------------------

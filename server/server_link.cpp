@@ -62,11 +62,11 @@ static void SetUpIdentity()
     g_szHostName[sizeof g_szHostName - 1] = '\0'; // a name that was cut may come without
     g_dwMyIpAddr = LookUpAddress(g_szHostName);
 
-    if (!ReadName("LocalUserName", g_szUserName)) {
+    if (!ReadName(VALUE_USER_NAME, g_szUserName)) {
         memset(g_szUserName, 0, sizeof g_szUserName);
         memcpy(g_szUserName, g_szHostName, sizeof g_szHostName - 1);
     }
-    if (!ReadName("LocalGroupName", g_szGroupName)) {
+    if (!ReadName(VALUE_GROUP_NAME, g_szGroupName)) {
         memset(g_szGroupName, 0, sizeof g_szGroupName);
         LoadStringA(g_hInstance, IDS_PROFILE_NONE, g_szGroupName, sizeof g_szGroupName);
     }

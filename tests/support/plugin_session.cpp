@@ -122,7 +122,7 @@ void PluginTest::TearDown()
 }
 
 // GetProcessHandleCount tells nothing under Wine; the system's table of handles does, there and on Windows.
-int CountHandles()
+static int CountHandlesNow()
 {
     struct Entry {
         ULONG process;
@@ -148,6 +148,20 @@ int CountHandles()
         own += entry.process == GetCurrentProcessId();
     }
     return own;
+}
+
+// Threads that have just ended, and a listener between two commands, close handles a moment later.
+int CountHandles()
+{
+    constexpr int LOOKS = 200, SAME = 5;
+    int count = CountHandlesNow();
+    for (int look = 0, same = 0; look < LOOKS && same < SAME; ++look) {
+        Sleep(10);
+        const int now = CountHandlesNow();
+        same = now == count ? same + 1 : 0;
+        count = now;
+    }
+    return count;
 }
 
 static BOOL CALLBACK CountOwnWindow(HWND window, LPARAM sum)

@@ -44,7 +44,7 @@ private:
     bool m_running = false;
 };
 
-// The number that belongs to this process, as the system counts it: kernel handles, and windows of all its threads.
-// For "the count after is the count before".
+// The number that belongs to this process, as the system counts it: kernel handles, once their number has settled, and
+// windows of all its threads. For "the count after is the count before".
 int CountHandles();
 int CountWindows();
