@@ -13,6 +13,8 @@ constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
 constexpr UINT WM_HOST_END = WM_APP + 11;  // wParam: the exit status
 constexpr UINT_PTR TIMER_START_UP = 1;     // looks whether the plug-in has started
 constexpr UINT START_UP_PERIOD = 200;      // ms
+constexpr UINT_PTR TIMER_PRESS = 2;        // makes the presses of the command line
+constexpr UINT PRESS_PERIOD = 50;          // ms
 
 static const wchar_t s_szClass[] = L"TrayhubHost";
 
@@ -67,18 +69,40 @@ static void OnMonitorClosed(HOSTAPP *app)
         EndHost(app, 0);
 }
 
-// ---- Commands of the command line -----------------------------------------------------------------------------------
+// ---- Commands and presses of the command line -----------------------------------------------------------------------
+
+static void EndOfCommandLine(HOSTAPP *app)
+{
+    if (app->options.quit)
+        EndHost(app, app->isTrouble ? 1 : 0);
+}
 
 static void RunCommands(HOSTAPP *app)
 {
-    bool allAnswered = true;
     for (const HOSTCOMMAND &command : app->options.commands) {
         const HOSTANSWER answer = SendHostCommand(&app->router, command);
         ConsoleLine(command.text + ": " + DescribeHostAnswer(command, answer));
-        allAnswered = allAnswered && WentWell(command, answer);
+        app->isTrouble = app->isTrouble || !WentWell(command, answer);
     }
-    if (app->options.quit)
-        EndHost(app, allAnswered ? 0 : 1);
+    app->commandTick = GetTickCount();
+    if (app->options.presses.empty())
+        EndOfCommandLine(app);
+    else
+        SetTimer(app->hWnd, TIMER_PRESS, PRESS_PERIOD, nullptr);
+}
+
+// The plug-in clears the button registers at the end of its start-up, so the first press waits until that is over.
+static void OnPressTimer(HOSTAPP *app)
+{
+    const DWORD now = GetTickCount();
+    const bool hasBegun = app->presses.waits || app->presses.done > 0;
+    if (!hasBegun && !IsLinkQuiet(&app->router, QUIET_TIME) && now - app->commandTick < START_PATIENCE)
+        return;
+    if (!StepPresses(&app->presses, app->options.presses, &app->simulation, now))
+        return;
+    KillTimer(app->hWnd, TIMER_PRESS);
+    app->isTrouble = app->isTrouble || app->presses.failed;
+    EndOfCommandLine(app);
 }
 
 // Until the plug-in has found its monitors, which it tells with a notice. It goes on asking for a moment after it; the
@@ -98,8 +122,9 @@ static void OnStartUpTimer(HOSTAPP *app)
         return;
     }
     LogEvent("the plug-in has not started");
-    if (app->options.quit || !app->options.commands.empty())
-        ConsoleError("the plug-in did not report that it has found its monitors; the commands were not given");
+    if (app->options.quit || !app->options.commands.empty() || !app->options.presses.empty())
+        ConsoleError("the plug-in did not report that it has found its monitors; no command was given and no button "
+                     "pressed");
     if (app->options.quit)
         EndHost(app, 1);
 }
@@ -139,7 +164,10 @@ static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPAR
         OnCommand(app, LOWORD(wParam));
         return 0;
     case WM_TIMER:
-        OnStartUpTimer(app);
+        if (wParam == TIMER_PRESS)
+            OnPressTimer(app);
+        else
+            OnStartUpTimer(app);
         return 0;
     case WM_ENDSESSION:
         if (wParam)
@@ -190,6 +218,12 @@ static bool OpenInputs(HOSTAPP *app, std::string *error)
         return false;
     for (const MONITORFILE &file : files)
         AddSimulatedMonitor(&app->simulation, file);
+    for (const PRESS &press : app->options.presses) {
+        if (!FindPressedButton(&app->simulation, press, error)) {
+            *error = "--press " + press.text + ": " + *error;
+            return false;
+        }
+    }
     if (!app->options.log.empty() && !OpenPacketLog(app->options.log, error)) {
         *error = app->options.log + ": the log cannot be written: " + *error;
         return false;

@@ -20,12 +20,18 @@ struct HOSTAPP {
     bool isRunning; // slot 0 was called and slot 15 was not
     bool hasTray;
     bool commandsDone;
+    bool isTrouble; // a command was not answered or a press not taken
+    PRESSRUN presses;
+    DWORD commandTick; // when the commands were done
     std::thread tour;
     int status; // the process's exit status
 };
 
 // ms without any packet after which start-up counts as failed; the plug-in waits up to 10 s for one reply.
 constexpr DWORD START_PATIENCE = 15000;
+
+// ms without a packet after which the plug-in counts as done with what it is at.
+constexpr DWORD QUIET_TIME = 500;
 
 // Runs the host from start to stop and returns the exit status. The console is open already.
 int RunHost(HOSTAPP *app);

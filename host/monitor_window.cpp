@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/monitor_picture.h"
+#include "host/press.h"
 #include "host/resource.h"
 #include "host/text.h"
 
@@ -80,7 +81,7 @@ static void OnButtonUp(HWND hWnd, LPARAM position)
     const int button = s_nHeldButton;
     ReleaseCapture();
     if (ButtonUnder(hWnd, position) == button)
-        PressMonitorButton(s_pSimulation, MonitorOf(hWnd), button);
+        PressAndLog(s_pSimulation, MonitorOf(hWnd), button);
 }
 
 static void OnCaptureLost(HWND hWnd)

@@ -53,6 +53,17 @@ static bool TakeCommand(OPTIONS *options, const std::string &value, std::string 
     return true;
 }
 
+static bool TakePress(OPTIONS *options, const std::string &value, std::string *error)
+{
+    PRESS press;
+    if (!ParsePress(value, &press, error)) {
+        *error = "--press " + *error;
+        return false;
+    }
+    options->presses.push_back(press);
+    return true;
+}
+
 static bool TakePlugin(OPTIONS *options, const std::string &value, std::string *)
 {
     options->plugin = value;
@@ -94,8 +105,15 @@ static const struct OPTIONKIND {
      &OPTIONS::noTray, nullptr},
     {"--command", "TEXT", "after start-up, give the plug-in a command and print its answer; may be given again",
      nullptr, TakeCommand},
-    {"--quit", nullptr, "end after start-up and the commands; status 1 when one was not answered", &OPTIONS::quit,
-     nullptr},
+    {"--press", "WHAT",
+     "after the commands, press a front-panel button of a simulated monitor as a person would:\n"
+     "MONITOR:BUTTON, both counted from 1, or BUTTON as its label, such as 1:MENU. May be given\n"
+     "again; each press waits until the plug-in has taken the one before it",
+     nullptr, TakePress},
+    {"--quit", nullptr,
+     "end after start-up, the commands and the presses; status 1 when a command was not answered\n"
+     "or a press not taken",
+     &OPTIONS::quit, nullptr},
     {"--log", "FILE", "write every packet and every access to a monitor to FILE", nullptr, TakeLog},
     {"--tour", "FOLDER",
      "show by itself what the program does, then end. At each step worth a picture the line\n"

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/host_command.h"
+#include "host/press.h"
 
 struct OPTIONS {
     bool help;
@@ -16,6 +17,7 @@ struct OPTIONS {
     std::string log;                   // empty: none
     std::string tour;                  // folder of the tour's pictures; empty: no tour
     std::vector<HOSTCOMMAND> commands;
+    std::vector<PRESS> presses; // the monitors and buttons need not exist
 };
 
 // The words of this process's own command line behind the program's name.

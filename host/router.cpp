@@ -223,8 +223,12 @@ static void WorkerLoop(ROUTER *router)
                 return;
             request = std::move(router->requests.front());
             router->requests.pop_front();
+            router->working = true;
         }
         WorkOff(router, &request);
+        std::lock_guard lock(router->mutex);
+        router->working = false;
+        router->lastPacketTick = GetTickCount();
     }
 }
 
@@ -232,7 +236,7 @@ void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &
 {
     router->slots = slots;
     router->backend = backend;
-    router->stopping = false;
+    router->working = router->stopping = false;
     router->lastPacketTick = GetTickCount();
     router->worker = std::thread(WorkerLoop, router);
 }
@@ -334,6 +338,12 @@ DWORD MillisecondsSincePacket(ROUTER *router)
 {
     std::lock_guard lock(router->mutex);
     return GetTickCount() - router->lastPacketTick;
+}
+
+bool IsLinkQuiet(ROUTER *router, DWORD milliseconds)
+{
+    std::lock_guard lock(router->mutex);
+    return !router->working && router->requests.empty() && GetTickCount() - router->lastPacketTick >= milliseconds;
 }
 
 std::vector<WIREMONITOR> CopyWireMonitors(ROUTER *router)

@@ -44,7 +44,8 @@ struct ROUTER {
     std::deque<PACKET> replies; // of the plug-in to commands
     std::vector<WIREMONITOR> wire;
     std::vector<WORD> notices; // each code once
-    DWORD lastPacketTick;
+    DWORD lastPacketTick;      // of either side
+    bool working;              // a request is in hand
     bool stopping;
     std::thread worker;
 };
@@ -72,9 +73,14 @@ bool TakeReply(ROUTER *router, PACKET *reply);
 // request number. Call after slot 0.
 void GreetPlugin(ROUTER *router);
 
-// Whether a notice has come, and how long ago the last packet of the plug-in came, in milliseconds.
+// Whether a notice has come.
 bool HasNotice(ROUTER *router, WORD notice);
+
+// How long ago the last packet of either side went over the link, in milliseconds.
 DWORD MillisecondsSincePacket(ROUTER *router);
+
+// Whether no packet has gone over the link for so many milliseconds, and none is being worked on.
+bool IsLinkQuiet(ROUTER *router, DWORD milliseconds);
 
 // A copy of what has gone over the wire, one entry per monitor that the plug-in asked about.
 std::vector<WIREMONITOR> CopyWireMonitors(ROUTER *router);

@@ -60,6 +60,7 @@ void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
     monitor->file = file;
     monitor->codes = CapabilityCodes(file.capabilities);
     monitor->pressed = NO_BUTTON;
+    monitor->press = PRESS_NONE;
     monitor->directLink = false;
     for (const CAPABILITYCODE &listed : monitor->codes)
         AddListedFeature(monitor, listed);
@@ -127,6 +128,15 @@ static bool IsResetCode(BYTE code)
     return code == VCP_FACTORY_RESET || code == VCP_LUMINANCE_RESET || code == VCP_COLOUR_RESET;
 }
 
+static void ClearButtonRegister(SIMULATEDMONITOR *monitor)
+{
+    if (monitor->press == PRESS_WAITING)
+        monitor->press = PRESS_LOST;
+    else if (monitor->press == PRESS_READ)
+        monitor->press = PRESS_TAKEN;
+    monitor->pressed = NO_BUTTON;
+}
+
 static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD value)
 {
     const SIMULATEDFEATURE &feature = monitor->features[code];
@@ -135,7 +145,7 @@ static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD val
     if (feature.file.buttonRegister) {
         if (value != NO_BUTTON)
             return MONITOR_IGNORED;
-        monitor->pressed = NO_BUTTON;
+        ClearButtonRegister(monitor);
         return MONITOR_OK;
     }
     if (IsResetCode(code)) {
@@ -243,6 +253,8 @@ static MONITORRESULT GetVcp(void *context, int index, BYTE code, WORD *value, WO
     if (feature.file.buttonRegister) {
         // Both words carry the button in their high byte; readers look at either.
         *value = *maximum = static_cast<WORD>(monitor->pressed << 8);
+        if (monitor->press == PRESS_WAITING)
+            monitor->press = PRESS_READ;
         return MONITOR_OK;
     }
     *value = *ActiveValue(monitor, code);
@@ -323,7 +335,9 @@ bool PressMonitorButton(SIMULATION *simulation, int index, int button)
             return false;
         const bool isLocked = (LockMask(monitor) & bit) != 0;
         const SIMULATEDFEATURE *reports = ButtonRegister(monitor);
-        if (reports && !(isLocked && reports->file.hidesLocked))
+        const bool isReported = reports && !(isLocked && reports->file.hidesLocked);
+        monitor->press = isReported ? PRESS_WAITING : PRESS_UNREPORTED;
+        if (isReported)
             monitor->pressed = bit;
         SIMULATEDFEATURE &power = monitor->features[VCP_POWER_MODE];
         if (button == MONITOR_BUTTON_COUNT && !isLocked && power.present)
@@ -360,7 +374,10 @@ MONITORSTATE GetMonitorState(SIMULATION *simulation, int index)
     state.channel = features[VCP_TV_CHANNEL].value;
     state.input = features[VCP_INPUT].value;
     state.lockMask = LockMask(monitor);
+    state.reportsButtons = ButtonRegister(monitor) != nullptr;
+    state.hasLock = features[VCP_BUTTON_LOCK].present;
     state.pressed = monitor->pressed;
+    state.press = monitor->press;
     state.brightness = LevelOf(monitor, VCP_BRIGHTNESS);
     state.contrast = LevelOf(monitor, VCP_CONTRAST);
     state.gains[0] = LevelOf(monitor, VCP_RED);

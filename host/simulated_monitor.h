@@ -35,6 +35,16 @@ constexpr BYTE NO_BUTTON = 255; // in the button register
 // Bit of button 1 to 6 in the lock mask and in the button register.
 BYTE ButtonBit(int button);
 
+// How far the press made last has come.
+enum PRESSFATE {
+    PRESS_NONE,       // no press yet
+    PRESS_UNREPORTED, // the monitor reports no buttons, or not this one while it is locked
+    PRESS_WAITING,    // in the button register
+    PRESS_READ,       // read there
+    PRESS_TAKEN,      // read and then acknowledged: the register is clear again
+    PRESS_LOST,       // the register was cleared before anybody had read it
+};
+
 struct SIMULATEDFEATURE {
     bool present;
     MONITORFEATURE file; // as described, or made up from the capability string
@@ -47,6 +57,7 @@ struct SIMULATEDMONITOR {
     std::vector<CAPABILITYCODE> codes; // what the capability string lists
     SIMULATEDFEATURE features[256];
     BYTE pressed;    // the button register
+    PRESSFATE press; // of the press made last
     bool directLink; // the plug-in said so
 };
 
@@ -78,12 +89,14 @@ MONITORBACKEND SimulationBackend(SIMULATION *simulation);
 // own (POWER does not switch the monitor off). Returns false for a button that the monitor has not.
 bool PressMonitorButton(SIMULATION *simulation, int monitor, int button);
 
-// What a window shows of a monitor.
+// What can be seen of a monitor from outside.
 struct MONITORSTATE {
     std::string model;
     std::array<std::string, MONITOR_BUTTON_COUNT> labels;
     bool powered, eco, directLink, isUserPreset, hasChannel;
-    BYTE lockMask, pressed;
+    bool reportsButtons, hasLock;
+    BYTE lockMask, pressed; // pressed: what the button register holds, NO_BUTTON without one
+    PRESSFATE press;
     WORD input, preset, channel;
     struct LEVEL {
         WORD value, maximum; // both 0 when the monitor has no such control

@@ -6,7 +6,6 @@
 #include "host/monitor_window.h"
 #include "host/text.h"
 
-constexpr DWORD QUIET_TIME = 500;         // ms without a packet after which the plug-in counts as done
 constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
 constexpr DWORD PAINT_TIME = 400;         // ms for windows to be painted before a picture
 constexpr DWORD POLL_TIME = 20;           // ms between two looks
@@ -37,7 +36,8 @@ static STEPRESULT StepStartUp(TOUR *tour)
                                       : "the plug-in never began to look for monitors");
         Sleep(POLL_TIME);
     }
-    while (MillisecondsSincePacket(&app->router) < QUIET_TIME)
+    const DWORD started = GetTickCount();
+    while (!IsLinkQuiet(&app->router, QUIET_TIME) && GetTickCount() - started < START_PATIENCE)
         Sleep(POLL_TIME);
     PLUGINTEXTS texts;
     CallOnWindow(app, [&] { texts = GetPluginTexts(&app->plugin); });

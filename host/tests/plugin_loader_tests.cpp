@@ -87,6 +87,9 @@ TEST(Options, AreReadOrRefused)
           "t"},
          nullptr},
         {{"--command", "count", "--command", "get-vcp 10"}, nullptr},
+        {{"--press", "1:MENU", "--press", " 2 : 6"}, nullptr},
+        {{"--press"}, "--press needs a WHAT"},
+        {{"--press", "MENU"}, "--press 'MENU' is not MONITOR:BUTTON"},
         {{"--window"}, "'--window' is no option"},
         {{"file.ini"}, "'file.ini' is no option"},
         {{"--log"}, "--log needs a FILE"},
@@ -109,6 +112,6 @@ TEST(Options, AreReadOrRefused)
     EXPECT_EQ(options.log + options.plugin + options.tour, "lpt");
     ParseOptions({"--monitors", "none"}, &options, &error);
     EXPECT_TRUE(options.monitors.empty());
-    for (const char *word : {"--help", "--plugin", "--monitors", "--tour", "shutdown-pc", "set-settings"})
+    for (const char *word : {"--help", "--plugin", "--monitors", "--tour", "--press", "shutdown-pc", "set-settings"})
         EXPECT_NE(HelpText().find(word), std::string::npos) << word;
 }

@@ -171,8 +171,14 @@ TEST_F(Router, DoesNotKeepTheSenderWaiting)
     EXPECT_EQ(Send(HOST_GET_VCP, 0x10, 7, Words({0})), 1);
     EXPECT_LT(GetTickCount() - start, 1000u);
     EXPECT_EQ(ReceivedCount(), 0u);
+    Sleep(30);
+    EXPECT_FALSE(IsLinkQuiet(&router, 10)) << "a request in hand is no quiet, however long it takes";
     SetEvent(script.hGate);
     ASSERT_EQ(WaitForReceived(1).size(), 1u);
+    while (!IsLinkQuiet(&router, 10) && GetTickCount() - start < 5000)
+        Sleep(5);
+    EXPECT_TRUE(IsLinkQuiet(&router, 10));
+    EXPECT_FALSE(IsLinkQuiet(&router, 60000));
 }
 
 TEST_F(Router, LeavesUnansweredWhatTheMonitorLeaves)

@@ -161,6 +161,28 @@ TEST_F(SimulatedMonitor, ReportsAPressUntilItIsCleared)
         EXPECT_FALSE(PressMonitorButton(&simulation, 0, absent)) << absent;
 }
 
+TEST_F(SimulatedMonitor, TellsHowFarAPressHasCome)
+{
+    const auto fate = [this] { return GetMonitorState(&simulation, 0).press; };
+    EXPECT_EQ(fate(), PRESS_NONE);
+    Read(0xF4);
+    Write(0xF4, 255);
+    EXPECT_EQ(fate(), PRESS_NONE) << "the plug-in looks all the time";
+    PressMonitorButton(&simulation, 0, 1);
+    Read(0x10);
+    Write(0xF4, 7);
+    EXPECT_EQ(fate(), PRESS_WAITING);
+    Write(0xF4, 255);
+    EXPECT_EQ(fate(), PRESS_LOST) << "cleared unread";
+    PressMonitorButton(&simulation, 0, 1);
+    Read(0xF4);
+    EXPECT_EQ(fate(), PRESS_READ);
+    Write(0xF4, 255);
+    EXPECT_EQ(fate(), PRESS_TAKEN);
+    PressMonitorButton(&simulation, 0, 6);
+    EXPECT_EQ(fate(), PRESS_WAITING) << "each press anew";
+}
+
 TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
 {
     PressMonitorButton(&simulation, 0, 6);
@@ -179,6 +201,7 @@ TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
     backend.setVcp(backend.context, 1, 0xF2, 128);
     PressMonitorButton(&simulation, 1, 6);
     EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, NO_BUTTON);
+    EXPECT_EQ(GetMonitorState(&simulation, 1).press, PRESS_UNREPORTED);
     PressMonitorButton(&simulation, 1, 1);
     EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, 1);
 }
