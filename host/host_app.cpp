@@ -7,6 +7,7 @@
 #include "host/resource.h"
 #include "host/text.h"
 #include "host/tour.h"
+#include "host/tour_settings.h"
 #include "host/tray.h"
 
 constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
@@ -277,6 +278,7 @@ static void StopAll(HOSTAPP *app)
     StopRunningPlugin(app);
     StopRouter(&app->router);
     UnloadPlugin(&app->plugin);
+    CloseTourSettings();
     if (app->hasTray)
         RemoveTrayIcon(app->hWnd);
     DestroyMonitorWindows();
@@ -301,6 +303,8 @@ int RunHost(HOSTAPP *app)
         return Fail(app, error, 2);
     if (!StartWindows(app))
         return Fail(app, "the host's windows cannot be made: " + SystemErrorText(GetLastError()), 1);
+    if (!app->options.tour.empty() && !PrepareTour(app, &error))
+        return Fail(app, error, 1);
     if (!StartPlugin(app))
         return Fail(app, app->options.plugin + ": the plug-in does not start", 1);
     if (app->options.tour.empty())

@@ -5,20 +5,13 @@
 #include "host/console.h"
 #include "host/monitor_window.h"
 #include "host/text.h"
+#include "host/tour_settings.h"
+#include "host/tour_steps.h"
 
 constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
 constexpr DWORD PAINT_TIME = 400;         // ms for windows to be painted before a picture
-constexpr DWORD POLL_TIME = 20;           // ms between two looks
 
-enum STEPRESULT { STEP_DONE, STEP_FAILED };
-
-// What a step works on, and what it says: the reason when it failed.
-struct TOUR {
-    HOSTAPP *app;
-    std::string reason;
-};
-
-static STEPRESULT FailStep(TOUR *tour, const std::string &reason)
+STEPRESULT FailStep(TOUR *tour, const std::string &reason)
 {
     tour->reason = reason;
     return STEP_FAILED;
@@ -34,11 +27,11 @@ static STEPRESULT StepStartUp(TOUR *tour)
             return FailStep(tour, HasNotice(&app->router, HOST_NOTICE_STARTING)
                                       ? "the plug-in began to look for monitors and never reported that it found one"
                                       : "the plug-in never began to look for monitors");
-        Sleep(POLL_TIME);
+        Sleep(TOUR_POLL_TIME);
     }
     const DWORD started = GetTickCount();
     while (!IsLinkQuiet(&app->router, QUIET_TIME) && GetTickCount() - started < START_PATIENCE)
-        Sleep(POLL_TIME);
+        Sleep(TOUR_POLL_TIME);
     PLUGINTEXTS texts;
     CallOnWindow(app, [&] { texts = GetPluginTexts(&app->plugin); });
     ConsoleLine("  plug-in: " + Narrow(texts.title) + ", version " + Narrow(texts.version));
@@ -199,8 +192,15 @@ static const struct {
     {"The monitors' windows", StepWindows, "monitors"},
     {"A value changed through the plug-in", StepChange, "changed"},
     {"Colour settings and identity by command", StepCommands, "settings"},
+    {"A front-panel button starts a program", StepLaunch, "launched"},
+    {"A locked button does nothing", StepLocked, nullptr},
     {"The plug-in stops", StepStop, nullptr},
 };
+
+bool PrepareTour(HOSTAPP *app, std::string *error)
+{
+    return OpenTourSettings(error) && AssignTourButtons(&app->simulation, error);
+}
 
 // Asks whoever started the tour for a picture of the screen, and waits for it.
 static void TakePicture(const TOUR *tour, const char *name)
@@ -214,7 +214,7 @@ static void TakePicture(const TOUR *tour, const char *name)
             ConsoleLine("  warning: nobody took the picture " + file);
             return;
         }
-        Sleep(POLL_TIME);
+        Sleep(TOUR_POLL_TIME);
     }
 }
 
@@ -230,7 +230,7 @@ void RunTour(HOSTAPP *app)
             EndHost(app, 1);
             return;
         }
-        if (step.picture)
+        if (step.picture && result == STEP_DONE)
             TakePicture(&tour, step.picture);
     }
     ConsoleLine("The tour is over.");
