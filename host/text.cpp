@@ -24,6 +24,11 @@ std::wstring WidenShiftJis(std::string_view text)
     return WidenFrom(932, text);
 }
 
+std::wstring WidenAnsi(std::string_view text)
+{
+    return WidenFrom(CP_ACP, text);
+}
+
 std::string Narrow(std::wstring_view text)
 {
     const int length = static_cast<int>(text.size());

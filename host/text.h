@@ -12,6 +12,9 @@ std::string Narrow(std::wstring_view text);
 // Text of the plug-in, which is Shift-JIS whatever the system's code page is, as UTF-16.
 std::wstring WidenShiftJis(std::string_view text);
 
+// Text in the system's own ANSI code page, as other programs write it, as UTF-16.
+std::wstring WidenAnsi(std::string_view text);
+
 // printf into a std::string.
 std::string Format(const char *format, ...) __attribute__((format(gnu_printf, 1, 2)));
 

@@ -192,6 +192,7 @@ static const struct {
     {"The monitors' windows", StepWindows, "monitors"},
     {"A value changed through the plug-in", StepChange, "changed"},
     {"Colour settings and identity by command", StepCommands, "settings"},
+    {"A management server asks and switches the input", StepServer, "server"},
     {"A front-panel button starts a program", StepLaunch, "launched"},
     {"A locked button does nothing", StepLocked, nullptr},
     {"The plug-in stops", StepStop, nullptr},

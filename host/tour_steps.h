@@ -20,6 +20,10 @@ constexpr DWORD TOUR_POLL_TIME = 20; // ms between two looks at something that i
 // Notes the reason and gives STEP_FAILED.
 STEPRESULT FailStep(TOUR *tour, const std::string &reason);
 
+// ---- tour_server.cpp: the management server ----
+
+STEPRESULT StepServer(TOUR *tour);
+
 // ---- tour_launcher.cpp: front-panel buttons ----
 
 // Switches a launcher function on and locks a button, in the tour's own settings. Before the plug-in starts, which
