@@ -62,6 +62,7 @@ void ResetPluginState()
     g_szServerAddr[0] = '\0';
     g_hCommLogWnd = nullptr;
     InjectFault(Fault::None);
+    HoldTimer(0);
     SkipPauses(false);
     SetExitWindowsResults({});
     ReleaseClock();
@@ -74,6 +75,11 @@ HostTest::HostTest()
     g_hHostWnd = host.Window();
     g_MyAddr.wID = 7;
     host.Introduce();
+}
+
+PluginTest::PluginTest()
+{
+    HoldTimer(TIMER_START_UP);
 }
 
 int PluginTest::Init()

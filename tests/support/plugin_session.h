@@ -21,8 +21,10 @@ protected:
 };
 
 // The plug-in that is started and stopped as a host does it. A test that fails half-way is stopped all the same.
+// The start-up timer does not fire by itself: however slow the machine is, it ticks when the test says so.
 class PluginTest : public HostTest {
 protected:
+    PluginTest();
     void TearDown() override;
 
     // Slot 0 on the host's thread. Result: the slot's.

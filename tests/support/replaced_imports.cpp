@@ -130,8 +130,18 @@ static HMODULE WINAPI FakeLoadLibrary(LPCSTR name)
     return ShallFail(Fault::Library) ? nullptr : real(name);
 }
 
+static std::atomic<UINT_PTR> s_HeldTimer = 0;
+
+void HoldTimer(UINT_PTR id)
+{
+    s_HeldTimer = id;
+}
+
 static UINT_PTR WINAPI FakeSetTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure)
 {
+    constexpr UINT LONGER_THAN_ANY_TEST = 3'600'000;
+    if (id != 0 && id == s_HeldTimer)
+        period = LONGER_THAN_ANY_TEST;
     const auto real = RealFunction<decltype(&SetTimer)>("user32", "SetTimer");
     return ShallFail(Fault::Timer) ? 0 : real(window, id, period, procedure);
 }

@@ -35,6 +35,10 @@ void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look
 // While on, pauses of 20 ms and more are recorded and not made, on every thread: not for tests that wait with Sleep.
 void SkipPauses(bool on);
 
+// While a timer identifier is held, a timer of that number is armed but does not fire within a test; 0 holds none. Any
+// thread.
+void HoldTimer(UINT_PTR id);
+
 // What a call that can be made to fail is known by.
 enum class Fault { Event, Thread, Library, Timer, Memory, None };
 
