@@ -14,14 +14,15 @@ protected:
     void StartLink()
     {
         g_bAbort = 0;
-        g_szGroupName[0] = '\0';
+        constexpr char NOT_READ_YET = '\x01';
+        g_szGroupName[0] = NOT_READ_YET;
         ASSERT_TRUE(Start());
         StartUp();
-        // The port alone would tell little: another plug-in on this machine may share it. The group's name, which is
-        // never empty, is the last thing that the listener finds out about itself.
-        for (int round = 0; round < 1000 && !g_szGroupName[0]; ++round)
+        // The port alone would tell little: another plug-in on this machine may share it. The group's name is the last
+        // thing that the listener finds out about itself.
+        for (int round = 0; round < 1000 && g_szGroupName[0] == NOT_READ_YET; ++round)
             Sleep(10);
-        ASSERT_NE(g_szGroupName[0], '\0');
+        ASSERT_NE(g_szGroupName[0], NOT_READ_YET);
         ASSERT_TRUE(WaitForPort(true));
         host.TakeLog();
     }
