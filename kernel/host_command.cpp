@@ -4,6 +4,7 @@
 #include "kernel/host_monitor_command.h"
 #include "kernel/host_packet.h"
 #include "kernel/identity.h"
+#include "kernel/packet_check.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"
 #include "monitor/monitor_table.h"
@@ -126,13 +127,13 @@ static void ChangeDisplayCplPolicy(const HOSTPACKET *command)
 
 static void DoNothing(const HOSTPACKET *) {}
 
-struct HOSTCOMMAND {
+struct COMMANDENTRY {
     WORD wCommand;
     DWORD cbPayload; // a shorter one is ignored
     void (*lpfnCarryOut)(const HOSTPACKET *);
 };
 
-static const HOSTCOMMAND s_Commands[] = {
+static const COMMANDENTRY s_Commands[] = {
     {PLUGIN_COMMAND_READ_COLORS, sizeof(HOSTCOLORS), ReadColors},
     {PLUGIN_COMMAND_WRITE_COLORS, sizeof(HOSTCOLORS), WriteColors},
     {PLUGIN_COMMAND_EMPTY_RECORD, 0, AnswerEmptyRecord},
@@ -152,19 +153,18 @@ void HandleHostCommand(WORD wCommand, const HOSTPACKET *lpPacket)
 {
     // Copied: the reply needs the header after many a message to the host, which may use it for the next packet.
     const HOSTPACKET packet = *lpPacket;
-    for (const HOSTCOMMAND &command : s_Commands)
-        if (command.wCommand == wCommand && packet.dwDataSize >= sizeof(HOSTDATA) + command.cbPayload)
+    for (const COMMANDENTRY &command : s_Commands)
+        if (command.wCommand == wCommand && HoldsPayload(packet.dwDataSize, command.cbPayload))
             command.lpfnCarryOut(&packet);
 }
 
 int PluginCommand(void *lpPacket)
 {
     const HOSTPACKET *packet = static_cast<const HOSTPACKET *>(lpPacket);
-    if (!packet || !packet->lpData || packet->dwDataSize < sizeof packet->lpData->dwSize ||
-        packet->lpData->dwSize != packet->dwDataSize)
+    if (!packet || !IsWholeBlock(packet->lpData, packet->dwDataSize))
         return 0;
     // A block without a whole head has no command number.
-    if (packet->dwDataSize >= sizeof(HOSTDATA))
+    if (HoldsPayload(packet->dwDataSize, 0))
         HandleHostCommand(packet->lpData->wCode, packet);
     return 1;
 }

@@ -30,12 +30,12 @@ void SetVCPAll(BYTE bCode, LONG nValue)
         SetVCP(monitor, bCode, static_cast<WORD>(nValue));
 }
 
-static void SetSelectedOrAll(BYTE code, LONG value)
+void SetSelectedOrAll(BYTE bCode, LONG nValue)
 {
     if (g_bAllMonitors)
-        SetVCPAll(code, value);
+        SetVCPAll(bCode, nValue);
     else
-        SetVCP(g_nCurMonitor, code, static_cast<WORD>(value));
+        SetVCP(g_nCurMonitor, bCode, static_cast<WORD>(nValue));
 }
 
 // ---- Colours ------------------------------------------------------------------------------------------------------
@@ -161,13 +161,11 @@ static const LOCKRULE s_LockRules[] = {
 // Locking leaves launcher buttons as they are; unlocking makes them normal, too.
 static void ChangeButtonMode(LONG monitor, int button, bool lock)
 {
-    char name[64];
-    wsprintfA(name, VALUE_BUTTON_MODE, monitor, button);
-    const DWORD mode = ReadLauncherValue(name);
+    const DWORD mode = ReadButtonMode(monitor, button);
     if (lock && mode == BUTTON_NORMAL)
-        WriteLauncherValue(name, BUTTON_LOCKED);
+        WriteButtonMode(monitor, button, BUTTON_LOCKED);
     else if (!lock && (mode == BUTTON_LOCKED || mode == BUTTON_LAUNCHER))
-        WriteLauncherValue(name, BUTTON_NORMAL);
+        WriteButtonMode(monitor, button, BUTTON_NORMAL);
 }
 
 static void ChangeButtonModes(LONG monitor, const HOSTVCP &lock)

@@ -11,5 +11,8 @@ void WriteColors(const HOSTPACKET *lpCommand);
 void ReadFeature(const HOSTPACKET *lpCommand);
 void WriteFeature(const HOSTPACKET *lpCommand);
 
-// SetVCP on every monitor in turn, with the low 16 bits of the value.
+// SetVCP on every monitor in turn, with the low 16 bits of the value. Any thread.
 void SetVCPAll(BYTE bCode, LONG nValue);
+
+// SetVCP on the selected monitor or, in the all-monitors mode, on every one. Any thread.
+void SetSelectedOrAll(BYTE bCode, LONG nValue);

@@ -1,6 +1,7 @@
 // Request numbers, reply slots and the routing between them.
 #include "kernel/host_packet.h"
 
+#include "kernel/packet_check.h"
 #include "kernel/plugin.h"
 
 #include <cstring>
@@ -10,9 +11,12 @@ SHAREDWORD g_wHostID = ENDPOINT_ID_UNKNOWN;
 UNIQUEID g_UniqueID[REQUEST_COUNT];
 REPLYSLOT g_ReplySlot[REQUEST_COUNT];
 
+static_assert(PACKET_HEAD_SIZE == sizeof(HOSTDATA));
+
 constexpr int WAIT_ROUNDS = 10;
 constexpr DWORD WAIT_ROUND_MS = 1000;
 constexpr DWORD WAIT_PAUSE_MS = 10;
+constexpr int SLOT_YIELDS = 100;
 
 // ---- Request numbers ----------------------------------------------------------------------------------------------
 
@@ -119,11 +123,12 @@ REPLYRESULT AnswerCommand(const HOSTPACKET *lpCommand, DWORD dwRequestID, WORD w
 
 // ---- Reply slots --------------------------------------------------------------------------------------------------
 
-// Held for the copy of at most 512 bytes. Sleeping, not spinning: the holder may be a thread of lower priority.
+// Held for the copy of at most 512 bytes and the signal after it. That signal wakes a requester that finds the slot
+// still held, so it first lets others run; then it sleeps, since the holder may be a thread of lower priority.
 static void EnterSlot(REPLYSLOT *slot)
 {
-    while (slot->bBusy.exchange(1))
-        Sleep(1);
+    for (int tries = 0; slot->bBusy.exchange(1); ++tries)
+        Sleep(tries < SLOT_YIELDS ? 0 : 1);
 }
 
 static void LeaveSlot(REPLYSLOT *slot)
@@ -205,16 +210,15 @@ static const REPLYKIND *FindReplyKind(WORD wCommand)
 // to that request's buffer.
 static int DispatchReply(const HOSTPACKET *packet, const REPLYKIND *kind)
 {
-    const HOSTDATA *data = packet->lpData;
-    if (!data || packet->dwDataSize != data->dwSize || data->dwSize < sizeof(HOSTDATA) + kind->dwPayload ||
-        data->dwRequestID >= REQUEST_COUNT)
+    HOSTREPLY reply;
+    if (!ReadReply(&reply, packet->lpData, packet->dwDataSize, kind->dwPayload, REQUEST_COUNT))
         return 0;
 
-    REPLYSLOT *slot = &g_ReplySlot[data->dwRequestID];
+    REPLYSLOT *slot = &g_ReplySlot[reply.dwRequestID];
     EnterSlot(slot);
     const bool waiting = slot->lpBuffer != nullptr;
     if (waiting && kind->bSignal) {
-        memcpy(slot->lpBuffer, HostPayload(data), kind->dwPayload < slot->dwSize ? kind->dwPayload : slot->dwSize);
+        CopyReply(slot->lpBuffer, slot->dwSize, &reply);
         SetEvent(slot->hEvent);
     }
     LeaveSlot(slot);

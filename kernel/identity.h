@@ -7,8 +7,8 @@
 void BuildIdentity(HOSTIDENTITY *lpIdentity);
 
 // Sends the record as the reply to a command (AnswerCommand). Says so in a message box when the reply's header cannot
-// be had. Host's thread. Result: 1, or 0 when memory ran out.
+// be had. Host's or kernel thread. Result: 1, or 0 when memory ran out.
 int SendIdentity(const HOSTPACKET *lpCommand, DWORD dwRequestID);
 
-// Slot 10: the record without a command. Host's thread. Result: 1, or 0 when memory ran out.
+// Slot 10: the record without a command. Host's or kernel thread. Result: 1, or 0 when memory ran out.
 int PluginSendIdentity(void *lpUnused);

@@ -11,15 +11,22 @@
 constexpr WORD WINSOCK_VERSION = MAKEWORD(1, 1);
 constexpr DWORD DOMAIN_SIZE = 256; // a DNS name has at most 255 characters
 
+// False when there is none.
+static bool GetHostName(char (&name)[HOST_IDENTITY_NAME_SIZE])
+{
+    WSADATA data;
+    if (WSAStartup(WINSOCK_VERSION, &data) != 0)
+        return false;
+    const bool known = gethostname(name, sizeof name) == 0;
+    WSACleanup();
+    return known;
+}
+
+// Without a host name nothing is stored: an empty name would stay for good, while a missing one is looked up each time.
 static bool StoreHostName()
 {
     char name[HOST_IDENTITY_NAME_SIZE] = "";
-    WSADATA data;
-    if (WSAStartup(WINSOCK_VERSION, &data) == 0) {
-        gethostname(name, sizeof name);
-        WSACleanup();
-    }
-    return WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name) != 0;
+    return GetHostName(name) && WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name);
 }
 
 // GetComputerNameExA, which early versions of both families lack.
@@ -42,7 +49,8 @@ static void StoreDomainName()
 
 void SetupIdentity()
 {
-    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF") != -1)
+    // Names that the user has chosen are not overwritten because the registry fails for a moment.
+    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF") != -1 || WasReadError())
         return;
     WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF", 1);
     if (StoreHostName())

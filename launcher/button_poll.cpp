@@ -88,11 +88,7 @@ static void AskShutdown(HWND hKernelWnd)
 
 static void OnPress(HWND hKernelWnd, LONG monitor, int button)
 {
-    char mode[64];
-    char powerSwitch[64];
-    wsprintfA(mode, VALUE_BUTTON_MODE, monitor, button);
-    wsprintfA(powerSwitch, VALUE_POWER_SWITCH, monitor);
-    switch (DecidePress(button, ReadLauncherValue(mode), ReadLauncherValue(powerSwitch))) {
+    switch (DecidePress(button, ReadButtonMode(monitor, button), ReadPowerSwitch(monitor))) {
     case PRESSACTION::Launch:
         LaunchButton(hKernelWnd, monitor, button);
         break;

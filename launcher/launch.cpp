@@ -1,6 +1,7 @@
 // What a button starts, and the shell call that starts it.
 #include "launcher/launch.h"
 
+#include "launcher/assignments.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
 
@@ -21,15 +22,6 @@ LPCSTR DecideLaunch(const ASSIGNMENT *lpAssignment, char *lpszParameters)
     if (!document && lpAssignment->szPath[0] && strchr(lpAssignment->szParameter, ' '))
         wsprintfA(lpszParameters, "%c%s%c", QUOTE, lpAssignment->szParameter, QUOTE);
     return lpAssignment->szPath;
-}
-
-// Result: 1, or 0 with an empty text.
-static int ReadAssignmentText(LPCSTR format, LONG monitor, int button, char (&text)[SETTING_TEXT_SIZE])
-{
-    char name[64];
-    wsprintfA(name, format, monitor, button);
-    text[0] = '\0';
-    return ReadSettingText(SUBKEY_LAUNCHER, name, text, sizeof text);
 }
 
 static void ReadAssignment(LONG monitor, int button, ASSIGNMENT *assignment)

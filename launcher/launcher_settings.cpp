@@ -38,6 +38,27 @@ int WriteLauncherValue(LPCSTR lpszName, DWORD dwValue)
     return WriteSettingDword(SUBKEY_LAUNCHER, REG_DWORD, lpszName, dwValue);
 }
 
+int ReadLauncherText(LPCSTR lpszName, char *lpszText)
+{
+    lpszText[0] = '\0';
+    return ReadSettingText(SUBKEY_LAUNCHER, lpszName, lpszText, SETTING_TEXT_SIZE);
+}
+
+void WriteLauncherText(LPCSTR lpszName, LPCSTR lpszText)
+{
+    // The whole buffer is stored, as it is for all texts.
+    char text[SETTING_TEXT_SIZE] = "";
+    lstrcpynA(text, lpszText, sizeof text);
+    CutHalfCharacter(text);
+    WriteSettingText(SUBKEY_LAUNCHER, lpszName, text, sizeof text);
+}
+
+void DeleteLauncherText(LPCSTR lpszName)
+{
+    const REGENTRY entry = {SUBKEY_LAUNCHER, lpszName, 0, nullptr, 0};
+    DeleteSetting(&entry);
+}
+
 static bool TryReadMonitorValue(LPCSTR format, LONG monitor, DWORD *value)
 {
     char name[64];
@@ -52,11 +73,40 @@ static int WriteMonitorValue(LPCSTR format, LONG monitor, DWORD value)
     return WriteLauncherValue(name, value);
 }
 
-static int WriteButtonMode(LONG monitor, int button, DWORD mode)
+DWORD ReadButtonMode(LONG nMonitor, int nButton)
 {
     char name[64];
-    wsprintfA(name, VALUE_BUTTON_MODE, monitor, button);
-    return WriteLauncherValue(name, mode);
+    wsprintfA(name, VALUE_BUTTON_MODE, nMonitor, nButton);
+    return ReadLauncherValue(name);
+}
+
+int WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode)
+{
+    char name[64];
+    wsprintfA(name, VALUE_BUTTON_MODE, nMonitor, nButton);
+    return WriteLauncherValue(name, dwMode);
+}
+
+DWORD ReadPowerSwitch(LONG nMonitor)
+{
+    DWORD value = 0;
+    TryReadMonitorValue(VALUE_POWER_SWITCH, nMonitor, &value);
+    return value;
+}
+
+int WritePowerSwitch(LONG nMonitor, DWORD dwSwitch)
+{
+    return WriteMonitorValue(VALUE_POWER_SWITCH, nMonitor, dwSwitch);
+}
+
+void SetLockBit(LONG nMonitor, BYTE bBit)
+{
+    SetVCP(nMonitor, VCP_BUTTON_LOCK, static_cast<WORD>(GetVCP(nMonitor, VCP_BUTTON_LOCK, nullptr) | bBit));
+}
+
+void ToggleLockBit(LONG nMonitor, BYTE bBit)
+{
+    SetVCP(nMonitor, VCP_BUTTON_LOCK, static_cast<WORD>(GetVCP(nMonitor, VCP_BUTTON_LOCK, nullptr) ^ bBit));
 }
 
 // ---- Start and end of a run ---------------------------------------------------------------------------------------
@@ -84,6 +134,8 @@ LONG InitLauncherSettings()
     WriteLauncherValue("MaxMonitor", static_cast<DWORD>(g_nMonitor));
     WriteLauncherValue("EndFlag", 1);
     const DWORD initFlag = ReadLauncherValue("InitFlag");
+    if (WasReadError()) // the user's button modes are not cleared because the registry fails for a moment
+        return 1;
     if (initFlag != 0)
         return static_cast<LONG>(initFlag);
     WriteLauncherValue("InitFlag", 1);
@@ -123,7 +175,7 @@ void ResetLauncherSettings()
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
         for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
             WriteButtonMode(monitor, button, BUTTON_NORMAL);
-        WriteMonitorValue(VALUE_POWER_SWITCH, monitor, 0);
+        WritePowerSwitch(monitor, 0);
     }
     WriteLauncherValue("dwLTimer", 0);
 }
@@ -140,6 +192,10 @@ void SaveButtonLockStatus()
 {
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
         const LONG mask = GetVCP(monitor, VCP_BUTTON_LOCK, nullptr);
+        DWORD stored;
+        // Stored as a mask, a failed read would lock every button at the next start.
+        if (mask == -1 && TryReadMonitorValue(VALUE_LOCK_STATUS, monitor, &stored))
+            continue;
         if (!WriteMonitorValue(VALUE_LOCK_STATUS, monitor, static_cast<DWORD>(mask)))
             return;
     }
@@ -155,6 +211,8 @@ DWORD GetLauncherCount()
 int StepLauncherCount(int bUp)
 {
     const DWORD count = GetLauncherCount();
+    if (WasReadError()) // a step from a count that is not known would lose it
+        return 0;
     return WriteLauncherValue("dwLTimer", bUp == 1 ? count + 1 : count - 1);
 }
 
@@ -176,8 +234,11 @@ int ReadButtonLabel(HWND, int nButton, char *lpBuffer, DWORD cbBuffer)
     char key[16];
     BuildIniPath(path, "Launcher.ini");
     wsprintfA(key, "button%d", nButton);
-    lpBuffer[0] = '\0';
+    // All of it: a label that is cut within a character may come without its zero behind the last whole one.
+    ZeroMemory(lpBuffer, cbBuffer);
     if (!IsMonitorIndex(g_nCurMonitor))
         return 0;
-    return GetPrivateProfileStringA(g_Monitor[g_nCurMonitor].szModel, key, "", lpBuffer, cbBuffer, path) != 0;
+    GetPrivateProfileStringA(g_Monitor[g_nCurMonitor].szModel, key, "", lpBuffer, cbBuffer, path);
+    CutHalfCharacter(lpBuffer);
+    return lpBuffer[0] != '\0';
 }

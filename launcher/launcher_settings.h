@@ -18,9 +18,9 @@ enum : DWORD {
 
 // Names of the values that are formed with a monitor index and a button number.
 #define VALUE_BUTTON_MODE "Launcher_%d_Enable_%d"
-#define VALUE_PROGRAM_NAME "exe_%d_%d" // texts of up to SETTING_TEXT_SIZE bytes
+#define VALUE_PROGRAM_NAME "exe_%d_%d" // of the program or file, as it is shown
 #define VALUE_PROGRAM_PATH "exe_%d_%d_Path"
-#define VALUE_PROGRAM_PARAMETER "exe_%d_%d_Param"
+#define VALUE_PROGRAM_PARAMETER "exe_%d_%d_Param" // of a document its path once more
 #define VALUE_LOCK_STATUS "ButtonLockStatus_%d"
 #define VALUE_POWER_SWITCH "PowerSwitch_%d"
 
@@ -32,6 +32,23 @@ BYTE ButtonBit(int nButton);
 // Any thread.
 DWORD ReadLauncherValue(LPCSTR lpszName);
 int WriteLauncherValue(LPCSTR lpszName, DWORD dwValue);
+
+// One launcher text by its formatted name, in a buffer of SETTING_TEXT_SIZE bytes. Reads give 1, or 0 with an empty
+// text for an absent value; a text to be written may be of any length and is cut.
+int ReadLauncherText(LPCSTR lpszName, char *lpszText);
+void WriteLauncherText(LPCSTR lpszName, LPCSTR lpszText);
+void DeleteLauncherText(LPCSTR lpszName);
+
+// What a button does (BUTTON_...), and whether a monitor's POWER button shuts the PC down (1); 0 when absent. Writes as
+// above.
+DWORD ReadButtonMode(LONG nMonitor, int nButton);
+int WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode);
+DWORD ReadPowerSwitch(LONG nMonitor);
+int WritePowerSwitch(LONG nMonitor, DWORD dwSwitch);
+
+// Change a monitor's lock mask by one button's bit. A mask that cannot be read counts as -1.
+void SetLockBit(LONG nMonitor, BYTE bBit);
+void ToggleLockBit(LONG nMonitor, BYTE bBit);
 
 // ---- Start and end of a run, in the order of the calls ----
 
@@ -64,7 +81,8 @@ void ResetLauncherSettings();
 // Clears the button modes of all monitors.
 void ClearLauncherEnables();
 
-// Stores each monitor's present lock mask; ends at the first one that can't be written.
+// Stores each monitor's present lock mask; ends at the first one that can't be written. A mask that can't be read
+// leaves the stored one alone.
 void SaveButtonLockStatus();
 
 // ---- The active count: launcher functions switched on, over all monitors ----
@@ -82,6 +100,10 @@ void UpdateLauncherPoll(int bUp);
 
 // ---- Button labels ----
 
-// Reads the label that a button of the selected monitor's model has in "Launcher.ini", at most cbBuffer - 1 characters.
-// lpBuffer is empty without one. hDlg is not used. Result: 1 when the model has that button, else 0.
+// The size of a label where it is shown on a control; longer ones are cut.
+constexpr DWORD BUTTON_LABEL_SIZE = 16;
+
+// Reads the label that a button of the selected monitor's model has in "Launcher.ini", at most cbBuffer - 1 bytes of it
+// in whole characters. lpBuffer is empty without one. hDlg is not used. Result: 1 when the model has that button, else
+// 0.
 int ReadButtonLabel(HWND hDlg, int nButton, char *lpBuffer, DWORD cbBuffer);

@@ -17,7 +17,7 @@ static char *Find(char *p, const char *end, const char *what)
 }
 
 // The first of ")" and blank from p on; end when there is none.
-static char *FindBreak(char *p, char *end)
+static char *FindBreak(char *p, const char *end)
 {
     while (p < end && *p != ')' && *p != ' ')
         ++p;

@@ -4,12 +4,11 @@
 // All state here is process-wide and serves one transaction at a time. Kernel thread.
 #pragma once
 
+#include "monitor/edid_header.h"
+
 #include <windows.h>
 
 #include <cstddef>
-
-constexpr DWORD EDID_SIZE = 128;        // the base block
-constexpr DWORD EDID_BUFFER_SIZE = 256; // the rest stays zero, which ends every search for a text in the block
 
 // Input and output of every control call.
 struct DDCIOPARAM {

@@ -1,56 +1,34 @@
-// Which EDIDs are repaired, and the repair.
+// The way of the check over all monitors, and the repair.
 #include "monitor/edid_check.h"
 
 #include "kernel/host_request.h"
 #include "kernel/platform.h"
 #include "monitor/ddc_driver.h"
+#include "monitor/edid_header.h"
 #include "monitor/i2c.h"
 #include "monitor/monitor_table.h"
 
 #include <cstring>
 
-static const char *const s_Models[] = {"NRV-PA1", "NRV-PA2", "NRV-PT2", "NRV-PA3", "NRV-PT3"};
-
-// What every EDID begins with.
-static const BYTE s_Header[I2C_BLOCK_SIZE] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
+static_assert(EDID_HEADER_SIZE == I2C_BLOCK_SIZE, "the header is written as one block");
 
 // The driver's port of each monitor. Nothing tells the outputs apart yet, so all are asked for at the first.
 static const DWORD s_Ports[MAX_MONITOR] = {};
 
-constexpr DWORD NAME_OFFSET = 113;  // data of the fourth descriptor: the name, on these models
 constexpr BYTE EDID_ADDRESS = 0xA0; // of the memory on the monitor's bus
 constexpr BYTE EDID_START = 0;      // offset of the header in it
 constexpr int EDID_TRIES = 3;
-
-static bool HasHeader(const BYTE *lpEdid)
-{
-    return memcmp(lpEdid, s_Header, sizeof s_Header) == 0;
-}
-
-static bool IsListedModel(const BYTE *lpEdid)
-{
-    const char *name = reinterpret_cast<const char *>(lpEdid) + NAME_OFFSET;
-    for (const char *model : s_Models)
-        if (strstr(name, model))
-            return true;
-    return false;
-}
-
-bool NeedsEdidRepair(const BYTE *lpEdid)
-{
-    return IsListedModel(lpEdid) && !HasHeader(lpEdid);
-}
 
 int RepairEdidHeader(LONG nMonitor)
 {
     if (!IsMonitorIndex(nMonitor))
         return 0;
     g_DdcParam.dwPort = s_Ports[nMonitor];
-    if (!I2CWriteBlock8(s_Header, EDID_ADDRESS, EDID_START) || !I2CReadEdid(EDID_ADDRESS, EDID_START)) {
+    if (!I2CWriteBlock8(g_EdidHeader, EDID_ADDRESS, EDID_START) || !I2CReadEdid(EDID_ADDRESS, EDID_START)) {
         DdcCloseDriver();
         return 0;
     }
-    return HasHeader(g_Edid);
+    return HasEdidHeader(g_Edid);
 }
 
 static bool ReadEdid(LONG nMonitor)

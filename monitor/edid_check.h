@@ -6,10 +6,6 @@
 
 #include <windows.h>
 
-// Whether an EDID is one to be repaired: of a listed model, with a broken header.
-// lpEdid: EDID_BUFFER_SIZE bytes, zero from EDID_SIZE on.
-bool NeedsEdidRepair(const BYTE *lpEdid);
-
 // Writes the standard header into a monitor's EDID memory and reads the EDID back into g_Edid; g_bWin9x must be set and
 // g_bI2CError clear. Result: 1 when the monitor now has that header, else 0.
 int RepairEdidHeader(LONG nMonitor);

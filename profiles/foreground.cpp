@@ -36,7 +36,7 @@ void ResetForegroundState()
 
 void StartDirectLink()
 {
-    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "DirectLink") != 1)
+    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK) != 1)
         return;
     SetProfileData(PROFILE_APP_LOAD, 0, nullptr, nullptr); // loaded already; once more, as ever
     g_bDirectLink = 1;

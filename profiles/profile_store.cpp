@@ -282,15 +282,18 @@ void LoadProfiles(HWND hWnd, LPCSTR lpszFileName)
     g_nSysProfile = 0;
     InitSystemProfiles();
     BuildIniPath(g_szProfileIni, lpszFileName);
+    RepairIniFile(g_szProfileIni);
     if (CreateProfileFile())
         WriteFirstProfiles();
 
-    AddNoProfileItem(hWnd);
+    // A window without the lists, as at the start, is asked for them once instead of for every profile.
+    const HWND hPage = GetDlgItem(hWnd, IDC_COLOR_APP_LIST) ? hWnd : nullptr;
+    AddNoProfileItem(hPage);
     for (int slot = 0; slot < SYS_PROFILE_COUNT; ++slot) {
         if (!SectionExists(s_Sys, slot))
             continue;
         LoadEntry(s_Sys, slot);
-        AddProfileComboItem(hWnd, slot + 1, g_SysProfile[slot].szName);
+        AddProfileComboItem(hPage, slot + 1, g_SysProfile[slot].szName);
         ++g_nSysProfile;
     }
     g_nAppProfile = 0;
@@ -298,6 +301,6 @@ void LoadProfiles(HWND hWnd, LPCSTR lpszFileName)
         if (!SectionExists(s_App, slot))
             continue;
         LoadEntry(s_App, slot);
-        AddAppListItem(hWnd, slot);
+        AddAppListItem(hPage, slot);
     }
 }

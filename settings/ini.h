@@ -7,6 +7,9 @@
 // in 0x5C. Null when there is none. Any thread.
 char *LastBackslash(char *lpszPath);
 
+// Takes away the first byte of a double-byte character whose second one was cut off at the text's end. Any thread.
+void CutHalfCharacter(char *lpszText);
+
 // Forms the path of a file beside the host's executable (not beside the plug-in).
 // lpszPath: MAX_PATH bytes. A name that does not fit gives an empty path. Any thread.
 void BuildIniPath(char *lpszPath, LPCSTR lpszFileName);
@@ -14,7 +17,18 @@ void BuildIniPath(char *lpszPath, LPCSTR lpszFileName);
 // Forms the path of a file in the Windows system directory; as BuildIniPath otherwise.
 void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName);
 
+// A write goes into the file where it stands, so a process that ends in the middle of it leaves half a file. Therefore
+// a copy of the file as it was, "NAME.lvkeep", stands beside it for the time of each write here, and a reader begins
+// with the repair of what such an end has left behind.
+
+// Puts the copy back when there is one. Call it before a file is read for the first time. Kernel thread, like the
+// writes.
+void RepairIniFile(LPCSTR lpszPath);
+
 // Writes a whole section. lpszText: its lines, each "key=value" and CR LF, behind the last one two NULs; an empty text
 // leaves the section without keys. Later reads see the section as the file has it. Result: 1; 0 when the file cannot be
 // written, or for an empty path.
 int WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText);
+
+// Writes one key of a section. Result: as WriteIniSection.
+int WriteIniKey(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszValue);

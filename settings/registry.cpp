@@ -19,13 +19,16 @@ static bool FormKeyPath(char (&szPath)[256], LPCSTR lpszBase, LPCSTR lpszSubKey)
     return true;
 }
 
+// The result of the call is left to GetLastError. Null on failure.
 static HKEY OpenExisting(HKEY hRoot, REGSAM access, LPCSTR lpszBase, LPCSTR lpszSubKey)
 {
     char szPath[256];
     HKEY hKey = nullptr;
-    if (!FormKeyPath(szPath, lpszBase, lpszSubKey) || RegOpenKeyExA(hRoot, szPath, 0, access, &hKey) != ERROR_SUCCESS)
-        return nullptr;
-    return hKey;
+    LONG result = ERROR_FILE_NOT_FOUND;
+    if (FormKeyPath(szPath, lpszBase, lpszSubKey))
+        result = RegOpenKeyExA(hRoot, szPath, 0, access, &hKey);
+    SetLastError(static_cast<DWORD>(result));
+    return result == ERROR_SUCCESS ? hKey : nullptr;
 }
 
 int RegWriteEntry(HKEY hRoot, REGSAM access, LPCSTR lpszBase, const REGENTRY *lpEntry)
@@ -53,6 +56,7 @@ int RegReadEntry(HKEY hRoot, REGSAM access, LPCSTR lpszBase, REGENTRY *lpEntry)
     const LONG result = RegQueryValueExA(hKey, lpEntry->lpszValueName, nullptr, &lpEntry->dwType,
                                          static_cast<BYTE *>(lpEntry->lpData), &lpEntry->cbData);
     RegCloseKey(hKey);
+    SetLastError(static_cast<DWORD>(result));
     if (result == ERROR_SUCCESS)
         return 1;
     lpEntry->cbData = cbCapacity;
@@ -74,10 +78,27 @@ int WriteSetting(const REGENTRY *lpEntry)
     return RegWriteEntry(HKEY_CURRENT_USER, KEY_WRITE, g_szRegKeyTable[REGBASE_HOST], lpEntry);
 }
 
+static bool IsReadError(DWORD error)
+{
+    // What the system says of a key or value that is not there (the Windows 95 family in two ways), or is too long.
+    return error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND && error != ERROR_BADKEY && error != ERROR_MORE_DATA;
+}
+
 int ReadSetting(REGENTRY *lpEntry)
 {
-    return RegReadEntry(HKEY_CURRENT_USER, KEY_READ, g_szRegKeyTable[REGBASE_HOST], lpEntry) ||
-           RegReadEntry(HKEY_LOCAL_MACHINE, KEY_READ, g_szRegKeyTable[REGBASE_HOST], lpEntry);
+    if (RegReadEntry(HKEY_CURRENT_USER, KEY_READ, g_szRegKeyTable[REGBASE_HOST], lpEntry))
+        return 1;
+    const DWORD userError = GetLastError();
+    if (RegReadEntry(HKEY_LOCAL_MACHINE, KEY_READ, g_szRegKeyTable[REGBASE_HOST], lpEntry))
+        return 1;
+    if (IsReadError(userError))
+        SetLastError(userError);
+    return 0;
+}
+
+int WasReadError()
+{
+    return IsReadError(GetLastError());
 }
 
 void DeleteSetting(const REGENTRY *lpEntry)

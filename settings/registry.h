@@ -1,7 +1,8 @@
 // The only way to the registry. Settings stand below the host's key: always written per user, read per user first and
 // machine-wide second, so that an installer may place defaults. Nothing is cached and nothing is reported to the user.
 //
-// All functions may run on any thread. A failed read leaves the caller's buffer as it was.
+// All functions may run on any thread. A failed read leaves the caller's buffer as it was. A value that is not there
+// and one that could not be read come to the same; who must not take the one for the other asks WasReadError.
 #pragma once
 
 #include <windows.h>
@@ -35,6 +36,9 @@ enum REGBASE : int {
 #define VALUE_GROUP_NAME "LocalGroupName"
 #define VALUE_ENABLE_CHANGE_NAME "EnableChangeName"
 
+// Whether the colours follow the program in front: 1 = on, anything else = off.
+#define VALUE_DIRECT_LINK "DirectLink"
+
 // Size of the buffers for path and name values, terminator included.
 constexpr DWORD SETTING_TEXT_SIZE = 260;
 
@@ -48,6 +52,10 @@ int RegDeleteEntry(HKEY hRoot, REGSAM access, LPCSTR lpszBase, const REGENTRY *l
 int WriteSetting(const REGENTRY *lpEntry);
 int ReadSetting(REGENTRY *lpEntry);
 void DeleteSetting(const REGENTRY *lpEntry); // the user's value; the machine-wide one only where the user has none
+
+// Directly after a read below the host's key: 1 when it failed although the value may be there, because the registry
+// could not be read; 0 after any other read.
+int WasReadError();
 
 // Values below the user's Windows policies. Result: 1 or 0.
 int WritePolicySetting(const REGENTRY *lpEntry);

@@ -14,16 +14,10 @@ HWND g_hReservationPage = nullptr;
 
 // ---- Entry --------------------------------------------------------------------------------------------------------
 
-// The controls of one moment. The lists hold every hour and every minute, so a position is a value.
-struct MOMENTCONTROLS {
-    int nDate;
-    int nHour;
-    int nMinute;
+const MOMENTCONTROLS g_MomentControls[] = {
+    {IDC_RESERVATION_START_DATE, IDC_RESERVATION_START_HOUR, IDC_RESERVATION_START_MINUTE},
+    {IDC_RESERVATION_END_DATE, IDC_RESERVATION_END_HOUR, IDC_RESERVATION_END_MINUTE},
 };
-static const MOMENTCONTROLS s_StartControls = {IDC_RESERVATION_START_DATE, IDC_RESERVATION_START_HOUR,
-                                               IDC_RESERVATION_START_MINUTE};
-static const MOMENTCONTROLS s_EndControls = {IDC_RESERVATION_END_DATE, IDC_RESERVATION_END_HOUR,
-                                             IDC_RESERVATION_END_MINUTE};
 
 static int SelectedIndex(HWND hPage, int control, int count)
 {
@@ -76,8 +70,8 @@ static bool ReadChannel(HWND hPage, RESERVATION *slot)
 // Fills a free slot, which stays free. False when an input is missing.
 static bool ReadEntry(HWND hPage, RESERVATION *slot)
 {
-    return ReadMoment(hPage, &s_StartControls, slot->szDate, slot->szTime) &&
-           ReadMoment(hPage, &s_EndControls, slot->szEndDate, slot->szEndTime) && ReadMonitor(slot) &&
+    return ReadMoment(hPage, &g_MomentControls[0], slot->szDate, slot->szTime) &&
+           ReadMoment(hPage, &g_MomentControls[1], slot->szEndDate, slot->szEndTime) && ReadMonitor(slot) &&
            ReadChannel(hPage, slot);
 }
 
@@ -125,10 +119,11 @@ int AddReservation(HWND hPage)
         ShowRefusal(hPage, refusal);
         return 1;
     }
+    // Counted before its message box may appear, behind which the user can have the table loaded and counted afresh.
+    ++g_nReservation;
     // A reservation that could not be written still counts for as long as the table is in memory.
     SaveReservation(n);
     AddReservationRow(hPage, n);
-    ++g_nReservation;
     return 1;
 }
 

@@ -6,9 +6,16 @@
 
 #include <windows.h>
 
-// The reservation page while it exists, else null. The panel sets it when it creates the page and clears it when the
-// page is gone.
+// The reservation page while it exists, else null. The page sets and clears it.
 extern HWND g_hReservationPage;
+
+// The controls of the start and of the end. The lists hold every hour and every minute, so a position is a value.
+struct MOMENTCONTROLS {
+    int nDate;
+    int nHour;
+    int nMinute;
+};
+extern const MOMENTCONTROLS g_MomentControls[2];
 
 // Makes a reservation for the panel's monitor from what is entered on the page, unless a rule refuses it; either way
 // the user sees what came of it. Result: 1; 0 when an input is missing or no slot is free, which the caller reports.

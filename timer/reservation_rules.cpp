@@ -8,7 +8,7 @@ constexpr char SEPARATOR = '-';
 int FormatDate(char *lpszDate, const SYSTEMTIME *lpTime)
 {
     lpszDate[0] = '\0';
-    if (lpTime->wYear > 9999)
+    if (lpTime->wYear > 9999 || lpTime->wMonth > 99 || lpTime->wDay > 99)
         return 0;
     wsprintfA(lpszDate, "%4d/%02d/%02d", lpTime->wYear, lpTime->wMonth, lpTime->wDay);
     return 1;

@@ -1,15 +1,16 @@
 // When a new reservation is refused, and the text arithmetic behind it.
 //
 // A moment is text of fixed width to the minute, so that the order of texts is the order of time; there is no other
-// form of a time here. Free of windows and files.
+// form of a time here. Needs of Windows nothing but its types and its string functions.
 #pragma once
 
-#include "timer/reservation_store.h"
+#include "timer/reservation_fields.h"
 
 // Room for a date, a separator and a time, also for those that come over-long from the file.
 constexpr int MOMENT_SIZE = 40;
 
-// "2006/05/01". lpszDate: RESERVATION_DATE_SIZE bytes. Result: 1; 0, with an empty text, for a year of five digits.
+// "2006/05/01". lpszDate: RESERVATION_DATE_SIZE bytes. Result: 1; 0, with an empty text, for a date that does not fit:
+// a year of five digits, or numbers of a clock that was never set.
 int FormatDate(char *lpszDate, const SYSTEMTIME *lpTime);
 
 // "20:00", from values of at most two digits. lpszTime: RESERVATION_TIME_SIZE bytes.

@@ -6,26 +6,11 @@
 // Kernel thread. Until LoadReservations has run once, the table is empty and no reservation is due.
 #pragma once
 
+#include "timer/reservation_fields.h"
+
 #include <windows.h>
 
 #define RESERVATION_FILE "ontimer.ini" // beside the host's executable
-
-constexpr int RESERVATION_COUNT = 10;
-constexpr int RESERVATION_DATE_SIZE = 11; // "2006/05/01" and NUL
-constexpr int RESERVATION_TIME_SIZE = 6;  // "20:00" and NUL
-
-// One slot. Texts are Shift-JIS and terminated; those read from the file may be anything that fits.
-struct RESERVATION {
-    char szSection[16]; // empty = the slot is free, whatever stands in the other fields
-    char szDate[RESERVATION_DATE_SIZE];
-    char szTime[RESERVATION_TIME_SIZE]; // empty once started in this session, "開始" when read back as started
-    char szEndDate[RESERVATION_DATE_SIZE];
-    char szEndTime[RESERVATION_TIME_SIZE];
-    char szLcd[14];     // model name: padded in front when entered, behind when read from the file
-    LONG nCrtNo;        // monitor index; from the file, so not always one that exists
-    char szChannel[12]; // what to switch to; once started, the label of the input to go back to
-};
-static_assert(sizeof(RESERVATION) == 80);
 
 // nChangeMsg: what happens at the start minute. Only the first two are ever stored in the registry.
 enum : LONG {
@@ -61,9 +46,6 @@ void DeleteReservation(int n);
 // slot and count.
 void EmptyReservationSection(LPCSTR lpszPath, int n);
 void FreeReservationSlot(int n);
-
-// Section name of a slot. lpszName: 16 bytes.
-void FormatReservationSection(char *lpszName, int n);
 
 // Message box with a text of the string table and the product title. hOwner may be null. Result: that of the box.
 int ShowReservationMessage(HWND hOwner, UINT nString, UINT nStyle);

@@ -3,6 +3,7 @@
 
 #include "kernel/kernel_thread.h"
 #include "kernel/plugin.h"
+#include "panel/resources/images.h"
 #include "panel/resources/resource.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_rows.h"
@@ -55,6 +56,7 @@ static bool IsReservationThere()
 static void OnInit(HWND hDlg)
 {
     nChangeMsg = CHANGE_ASKING;
+    SetControlImage(hDlg, IDC_PROMPT_PICTURE, STM_SETIMAGE, IDB_RESERVE_PROMPT);
     ShowFace(hDlg, true);
 }
 

@@ -176,8 +176,8 @@ static void StartNow(LPCSTR path, int n, const CLOCKTEXTS *clock)
 {
     char section[16];
     FormatReservationSection(section, n);
-    WritePrivateProfileStringA(section, "data", clock->szDate, path);
-    WritePrivateProfileStringA(section, "time", clock->szTime, path);
+    WriteIniKey(path, section, "data", clock->szDate);
+    WriteIniKey(path, section, "time", clock->szTime);
 }
 
 // A box that the stop of the plug-in has closed is no answer: the question is asked again at the next opening.
@@ -212,6 +212,7 @@ int CheckPassedReservations(HWND hOwner)
     char path[MAX_PATH];
     CLOCKTEXTS clock;
     BuildIniPath(path, RESERVATION_FILE);
+    RepairIniFile(path);
     ReadClock(&clock, '-');
     for (int n = 0; n < RESERVATION_COUNT; ++n)
         CheckPassedReservation(hOwner, path, n, &clock);
