@@ -6,6 +6,7 @@
 #include "support/front_programs.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
+#include "support/shortcut.h"
 #include "support/text.h"
 
 #include <objbase.h>
@@ -23,27 +24,6 @@ std::string PathOf(HWND window, DWORD size = MAX_PATH)
 {
     char path[MAX_PATH] = "untouched";
     return GetWindowExePath(window, path, size) ? path : "-";
-}
-
-// Makes a shortcut as the shell does. With an empty target it leads to no path.
-void MakeShortcut(const std::string &link, const std::string &target)
-{
-    CoInitialize(nullptr);
-    IShellLinkA *shellLink = nullptr;
-    IPersistFile *file = nullptr;
-    ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                               reinterpret_cast<void **>(&shellLink)),
-              S_OK);
-    if (!target.empty())
-        shellLink->SetPath(target.c_str());
-    shellLink->SetArguments("/x");
-    ASSERT_EQ(shellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&file)), S_OK);
-    WCHAR wide[MAX_PATH];
-    MultiByteToWideChar(CP_ACP, 0, link.c_str(), -1, wide, MAX_PATH);
-    ASSERT_EQ(file->Save(wide, TRUE), S_OK);
-    file->Release();
-    shellLink->Release();
-    CoUninitialize();
 }
 
 bool IsComUp()

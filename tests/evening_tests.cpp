@@ -29,12 +29,17 @@ class EveningTest : public ReservationTest {
 protected:
     EveningTest() { LoadFile(""); }
 
-    void Enter(const Evening &evening, ReservationPage &page)
+    // On the page of the open panel, or in the file that an earlier page left.
+    void Enter(const Evening &evening)
     {
         SetMinute(evening.start);
         AdvanceClock(-1);
-        page.Enter(evening.start, evening.end, evening.channel);
-        ASSERT_EQ(AddReservation(page.Window()), 1);
+        if (evening.panelOpen) {
+            EnterReservation(g_hReservationPage, evening.start, evening.end, evening.channel);
+            ASSERT_EQ(AddReservation(g_hReservationPage), 1);
+        } else {
+            LoadFile(Section(0, evening.start, evening.end, evening.channel));
+        }
         EXPECT_EQ(g_nReservation, 1);
         EXPECT_EQ(Tick(), Lines{}) << "a minute too early";
     }
@@ -94,17 +99,14 @@ protected:
 
     void Run(const Evening &evening)
     {
-        ReservationPage page;
-        g_hPanelDlg = evening.panelOpen ? page.Window() : nullptr;
-        g_hReservationPage = g_hPanelDlg;
         nChangeMsg = evening.asked ? CHANGE_ASK_FIRST : CHANGE_AT_ONCE;
         host.monitors[0].features = {{0x60, {evening.before, 9}}, {0xE8, {777, 999}}};
         if (evening.before == -1)
             host.monitors[0].features.erase(0x60);
-        Enter(evening, page);
+        Enter(evening);
         CheckStart(evening, Begin(evening.asked));
         CheckEnd(evening);
-        EXPECT_EQ(evening.panelOpen ? page.Rows() : Lines{}, Lines{});
+        EXPECT_EQ(ReservationRows(g_hReservationPage), Lines{});
     }
 };
 
@@ -131,7 +133,10 @@ TEST_F(EveningTest, EveryTargetAfterEveryInput)
                  {"2006/06/30 23:59", "2006/07/01 00:00", 1},
                  {"2006/12/31 22:00", "2007/01/01 01:00", 180}};
     size_t count = 0;
-    for (const int way : {0, 1, 2, 3})
+    for (const int way : {0, 1, 2, 3}) {
+        std::optional<ReservationPage> page;
+        if (way & 2)
+            page.emplace().BeThePanel(true);
         for (const auto &target : targets)
             for (const auto &before : previous) {
                 const auto &time = times[count++ % 4];
@@ -143,4 +148,5 @@ TEST_F(EveningTest, EveryTargetAfterEveryInput)
                 if (HasFailure())
                     return; // what is left behind would spoil the others
             }
+    }
 }

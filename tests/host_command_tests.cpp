@@ -37,6 +37,7 @@ protected:
         g_nMonitor = 3;
         g_nCurMonitor = 1;
         m_page = static_cast<BYTE *>(VirtualAlloc(nullptr, 2 * pageSize, MEM_RESERVE, PAGE_NOACCESS));
+        // cppcheck-suppress leakReturnValNotUsed ; only the access changes, the address is m_page
         VirtualAlloc(m_page, pageSize, MEM_COMMIT, PAGE_READWRITE);
     }
     ~HostCommandTest() override { VirtualFree(m_page, 0, MEM_RELEASE); }
@@ -325,6 +326,13 @@ TEST_F(HostCommandTest, MonitorPowerIsBroadcast)
     host.Run([&] { DestroyWindow(window); });
 }
 
+// A freed block is none of the heap's any more. Under the heap checks, which keep it for a while, it is filled.
+static bool IsReleased(const HOSTDATA *block)
+{
+    constexpr DWORD filling = 0xFEEEFEEE;
+    return !HeapValidate(GetProcessHeap(), 0, block) || block->dwSize == filling;
+}
+
 TEST_F(HostCommandTest, ShutDown)
 {
     const struct {
@@ -339,7 +347,7 @@ TEST_F(HostCommandTest, ShutDown)
         HOSTPACKET packet = Packet(data);
         ASSERT_TRUE(HeapValidate(GetProcessHeap(), 0, data));
         EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, &packet), 1);
-        EXPECT_FALSE(HeapValidate(GetProcessHeap(), 0, data)) << "released by the plug-in";
+        EXPECT_TRUE(IsReleased(data)) << "by the plug-in";
         EXPECT_EQ(TakeRecordedCalls().size(), c.tries);
         EXPECT_EQ(Launcher("EndFlag"), c.endFlag);
     }

@@ -25,7 +25,7 @@ ProgramRun RunLvserver(const std::string &arguments)
     PROCESS_INFORMATION process;
     std::string line = "lvserver.exe " + arguments;
     ProgramRun run = {STILL_ACTIVE, ""};
-    char folder[MAX_PATH];
+    char folder[MAX_PATH] = "";
     GetModuleFileNameA(nullptr, folder, sizeof folder);
     *strrchr(folder, '\\') = '\0';
     if (CreateProcessA((std::string(folder) + "\\lvserver.exe").c_str(), line.data(), nullptr, nullptr, TRUE, 0,

@@ -30,6 +30,7 @@ public:
 private:
     void Add(LPCSTR className, DWORD style, int id)
     {
+        // cppcheck-suppress ignoredReturnValue ; found by its identifier
         CreateWindowA(className, "", WS_CHILD | WS_VSCROLL | style, 0, 0, 200, 200, m_window,
                       reinterpret_cast<HMENU>(id), nullptr, nullptr);
     }

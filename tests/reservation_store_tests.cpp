@@ -5,6 +5,7 @@
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
+#include "support/panel_session.h"
 #include "support/reservation_page.h"
 #include "support/text.h"
 #include "timer/reservation_rows.h"
@@ -35,6 +36,7 @@ int NextDescriptor()
 {
     const int descriptor = _open("NUL", _O_RDONLY);
     _close(descriptor);
+    // cppcheck-suppress deallocret ; the number is what is asked for
     return descriptor;
 }
 
@@ -43,15 +45,16 @@ int NextDescriptor()
 TEST_F(ReservationStoreTest, AnEnteredReservationInFileTableAndList)
 {
     LoadFile("");
-    ReservationPage page;
     g_nCurMonitor = 1;
-    page.Enter("2006/06/10 20:05", "2007/01/01 00:00", "Sビデオ");
+    ReservationPage page;
+    EnterReservation(page.Window(), "2006/06/10 20:05", "2007/01/01 00:00", "Sビデオ");
     EXPECT_EQ(AddReservation(page.Window()), 1);
     EXPECT_EQ(g_nReservation, 1);
     EXPECT_EQ(IniFolder::Read("ontimer.ini"),
               Sjis("[Timer0]\r\ndate=2006/06/10\r\ntime=20:05\r\nenddate=2007/01/01\r\nendtime=00:00\r\n"
                    "lcd=     NRV-PA2\r\ncrtno=1\r\nchannel=Sビデオ\r\n\r\n"));
-    EXPECT_EQ(page.Rows(), Lines{"0: " + Sjis("2006/06/10|20:05|2007/01/01|00:00|2:     NRV-PA2|Sビデオ")});
+    EXPECT_EQ(ReservationRows(page.Window()),
+              Lines{"0: " + Sjis("2006/06/10|20:05|2007/01/01|00:00|2:     NRV-PA2|Sビデオ")});
 
     // The system reads its own copy of a file that has not changed for two seconds: that must be good, too.
     WaitForSingleObject(GetCurrentProcess(), 2500);
@@ -118,20 +121,18 @@ TEST_F(ReservationStoreTest, SlotsBetweenEmptiedSectionsAreFilledFirst)
     EXPECT_EQ(UsedSlots(), "0 2");
 
     ReservationPage page;
-    AddReservationRow(page.Window(), 0);
-    AddReservationRow(page.Window(), 2);
-    page.Enter("2006/06/10 20:00", "2006/06/10 21:00", "3");
+    EnterReservation(page.Window(), "2006/06/10 20:00", "2006/06/10 21:00", "3");
     EXPECT_EQ(AddReservation(page.Window()), 1);
     EXPECT_EQ(UsedSlots(), "0 1 2");
     EXPECT_EQ(SectionLines(1), (Lines{"[Timer1]", "date=2006/06/10", "time=20:00", "enddate=2006/06/10",
                                       "endtime=21:00", "lcd=NRV-PA1", "crtno=0", "channel=3"}));
     // Each row knows its slot, wherever it stands and however far its index is behind the list's end.
-    page.Enter("2006/06/11 20:00", "2006/06/11 21:00", "");
+    EnterReservation(page.Window(), "2006/06/11 20:00", "2006/06/11 21:00", "");
     EXPECT_EQ(AddReservation(page.Window()), 1);
-    EXPECT_EQ(page.Rows(), (Lines{"0: 2006/06/01|20:00|2006/06/01|21:00|1:NRV-PA1     |1",
-                                  "1: 2006/06/10|20:00|2006/06/10|21:00|1:     NRV-PA1|3",
-                                  "2: 2006/06/02|20:00|2006/06/02|21:00|1:NRV-PA1     |1",
-                                  "3: 2006/06/11|20:00|2006/06/11|21:00|1:     NRV-PA1|"}));
+    EXPECT_EQ(ReservationRows(page.Window()), (Lines{"0: 2006/06/01|20:00|2006/06/01|21:00|1:NRV-PA1     |1",
+                                                     "1: 2006/06/10|20:00|2006/06/10|21:00|1:     NRV-PA1|3",
+                                                     "2: 2006/06/02|20:00|2006/06/02|21:00|1:NRV-PA1     |1",
+                                                     "3: 2006/06/11|20:00|2006/06/11|21:00|1:     NRV-PA1|"}));
     DeleteReservation(0);
     EXPECT_EQ(SectionLines(0), Lines{"[Timer0]"});
     EXPECT_EQ(g_nReservation, 3);
@@ -167,7 +168,7 @@ TEST_F(ReservationStoreTest, AFileThatCannotBeWritten)
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
     BoxAnswerer answerer("Lumivane 2", IDOK);
     ReservationPage page;
-    page.Enter("2006/06/11 20:00", "2006/06/11 21:00", "3");
+    EnterReservation(page.Window(), "2006/06/11 20:00", "2006/06/11 21:00", "3");
     EXPECT_EQ(AddReservation(page.Window()), 1);
     const auto boxes = answerer.Boxes();
     ASSERT_EQ(boxes.size(), 1u);
@@ -176,7 +177,7 @@ TEST_F(ReservationStoreTest, AFileThatCannotBeWritten)
     EXPECT_FALSE(boxes[0].owned);
     EXPECT_EQ(UsedSlots(), "0 1") << "what was entered still counts";
     EXPECT_EQ(g_nReservation, 2);
-    EXPECT_EQ(page.Rows().size(), 1u);
+    EXPECT_EQ(ReservationRows(page.Window()).size(), 2u);
     MarkReservationStarted(0);
     DeleteReservation(1);
     EXPECT_EQ(UsedSlots(), "0");
@@ -224,41 +225,35 @@ TEST_F(ReservationStoreTest, MissingInputsAndAFullTable)
     LoadFile("");
     ReservationPage page;
     const char start[] = "2006/06/11 20:00", end[] = "2006/06/11 21:00";
-    for (const int date : {IDC_RESERVATION_START_DATE, IDC_RESERVATION_END_DATE}) {
-        page.Enter(start, end, "1");
-        SYSTEMTIME none = {};
-        SendMessageA(page.Control(date), DTM_SETSYSTEMTIME, GDT_NONE, reinterpret_cast<LPARAM>(&none));
-        EXPECT_EQ(AddReservation(page.Window()), 0) << date;
-    }
     for (const int list : {IDC_RESERVATION_START_HOUR, IDC_RESERVATION_START_MINUTE, IDC_RESERVATION_END_HOUR,
                            IDC_RESERVATION_END_MINUTE, IDC_RESERVATION_CHANNEL}) {
-        page.Enter(start, end, "1");
-        SendMessageA(page.Control(list), CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+        EnterReservation(page.Window(), start, end, "1");
+        Pick(page.Window(), list, -1);
         EXPECT_EQ(AddReservation(page.Window()), 0) << list;
     }
-    page.Enter(start, end, "1");
+    EnterReservation(page.Window(), start, end, "1");
     g_nCurMonitor = MAX_MONITOR;
     EXPECT_EQ(AddReservation(page.Window()), 0);
     g_nCurMonitor = 0;
     EXPECT_EQ(UsedSlots(), "");
     for (int n = 0; n < RESERVATION_COUNT; ++n) {
         const std::string day = "2006/07/" + std::to_string(10 + n);
-        page.Enter(day + " 20:00", day + " 21:00", "1");
+        EnterReservation(page.Window(), day + " 20:00", day + " 21:00", "1");
         EXPECT_EQ(AddReservation(page.Window()), 1);
     }
     EXPECT_EQ(g_nReservation, 10);
-    page.Enter("2006/08/10 20:00", "2006/08/10 21:00", "1");
+    EnterReservation(page.Window(), "2006/08/10 20:00", "2006/08/10 21:00", "1");
     EXPECT_EQ(AddReservation(page.Window()), 0);
-    EXPECT_EQ(page.Rows().size(), 10u);
+    EXPECT_EQ(ReservationRows(page.Window()).size(), 10u);
     EXPECT_EQ(LoadReservations(g_Reservation, "ontimer.ini"), 10);
 }
 
 TEST_F(ReservationStoreTest, DeletingByTheList)
 {
+    ReservationPage page; // before there are any
     LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "1") +
              Section(5, "2006/06/11 20:00", "2006/06/11 21:00", "1") +
              Section(7, "2006/06/12 20:00", "2006/06/12 21:00", "1"));
-    ReservationPage page;
     EXPECT_EQ(DeleteReservationAndRestore(nullptr, 0, 0, 5), 0) << "no page";
     EXPECT_EQ(DeleteReservationAndRestore(page.Window(), 0, 0, 5), 0) << "an empty list";
     for (const int n : {0, 5, 7})
@@ -270,7 +265,7 @@ TEST_F(ReservationStoreTest, DeletingByTheList)
     EXPECT_EQ(DeleteReservationAndRestore(page.Window(), 5, 1, 7), 1);
     EXPECT_EQ(host.TakeLog(), Lines{"set 1 60 = 7"});
     EXPECT_EQ(UsedSlots(), "0 7");
-    EXPECT_EQ(page.Rows().size(), 2u);
+    EXPECT_EQ(ReservationRows(page.Window()).size(), 2u);
     EXPECT_EQ(DeleteReservationAndRestore(page.Window(), 0, 0, 0), 1);
     EXPECT_EQ(host.TakeLog(), Lines{}) << "no input to select";
 

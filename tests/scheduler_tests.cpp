@@ -16,19 +16,7 @@
 
 namespace {
 
-class SchedulerTest : public ReservationTest {
-protected:
-    // The panel open on the reservation page, or on another one.
-    void OpenPanel(const ReservationPage &panel, bool onPage)
-    {
-        g_hPanelDlg = panel.Window();
-        g_hReservationPage = onPage ? panel.Window() : nullptr;
-        for (int n = 0; n < RESERVATION_COUNT; ++n)
-            if (onPage && g_Reservation[n].szSection[0])
-                AddReservationRow(panel.Window(), n);
-    }
-};
-
+class SchedulerTest : public ReservationTest {};
 class ReservationTimerTest : public PluginTest {};
 
 std::string WithoutReturns(std::string text)
@@ -49,7 +37,7 @@ TEST_F(SchedulerTest, WhileThePanelShowsAnotherPageNothingEnds)
         LoadFile(Section(0, "2006/06/10 開始", "2006/06/10 21:00", c.label));
         g_nPrevTvChannel = 55;
         ReservationPage panel;
-        OpenPanel(panel, false);
+        panel.BeThePanel(false);
         SetMinute("2006/06/10 21:00");
         EXPECT_EQ(Tick(), c.received);
         EXPECT_EQ(Tick(), c.received) << "once per tick";
@@ -107,9 +95,9 @@ TEST_F(SchedulerTest, DeletedByThePrompt)
     for (const auto &c : cases) {
         LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "3"));
         nChangeMsg = CHANGE_ASK_FIRST;
-        ReservationPage panel;
+        std::optional<ReservationPage> panel;
         if (c.panel)
-            OpenPanel(panel, c.onPage);
+            panel.emplace().BeThePanel(c.onPage);
         SetMinute("2006/06/10 20:00");
         Tick();
         EXPECT_EQ(Press(IDC_PROMPT_DELETE), Lines{}) << "no input is written";
@@ -118,7 +106,7 @@ TEST_F(SchedulerTest, DeletedByThePrompt)
         EXPECT_EQ(IsUsed(0), !c.deleted);
         EXPECT_EQ(g_nReservation, c.deleted ? 0 : 1);
         EXPECT_EQ(SectionLines(0).size(), c.deleted ? 1u : 8u);
-        EXPECT_EQ(panel.Rows(), Lines{});
+        EXPECT_EQ(ReservationRows(g_hReservationPage), Lines{});
     }
 }
 
@@ -128,9 +116,9 @@ TEST_F(SchedulerTest, TheEndMinuteWhileTheQuestionIsOpen)
         LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 20:01", "ビデオ") +
                  Section(1, "2006/06/10 20:02", "2006/06/10 20:03", "Sビデオ"));
         nChangeMsg = CHANGE_ASK_FIRST;
-        ReservationPage panel;
+        std::optional<ReservationPage> panel;
         if (onPage)
-            OpenPanel(panel, true);
+            panel.emplace().BeThePanel(true);
         SetMinute("2006/06/10 20:00");
         Tick();
         const HWND prompt = g_hReservePrompt;

@@ -58,12 +58,13 @@ wine_environment() {
 }
 
 xvfb_pid=
-# Starts a private X server and points DISPLAY at it. The server itself finds the free display number.
+# start_display [WIDTHxHEIGHT]: starts a private X server and points DISPLAY at it. The server itself finds the free
+# display number.
 start_display() {
-    local number
+    local number size=${1:-1024x768}
     mkdir -p "$logs"
     exec {display_fd}<> <(:)
-    Xvfb -displayfd "$display_fd" -screen 0 1024x768x24 -nolisten tcp >"$logs/xvfb.log" 2>&1 </dev/null &
+    Xvfb -displayfd "$display_fd" -screen 0 "${size}x24" -nolisten tcp >"$logs/xvfb.log" 2>&1 </dev/null &
     xvfb_pid=$!
     if ! read -r -t 30 number <&"$display_fd"; then
         die "the private X server did not start; see ${logs#"$root"/}/xvfb.log" "Xvfb -displayfd 1 shows the reason"

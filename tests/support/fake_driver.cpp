@@ -115,7 +115,7 @@ static int EntryOfCode(DWORD code)
 {
     for (const int entry : {START, STOP, READ, WRITE, END_READ}) {
         const DWORD function = 0x920 + static_cast<DWORD>(entry) - 1;
-        const DWORD nt = CTL_CODE(0x9C40, function, METHOD_BUFFERED, FILE_ANY_ACCESS);
+        const DWORD nt = CTL_CODE(0x9C40U, function, METHOD_BUFFERED, FILE_ANY_ACCESS);
         OSVERSIONINFOA version = {};
         version.dwOSVersionInfoSize = sizeof version;
         GetVersionExA(&version);
@@ -168,6 +168,10 @@ static HANDLE WINAPI FakeCreateFile(LPCSTR name, DWORD access, DWORD share, SECU
                                     DWORD disposition, DWORD flags, HANDLE templateFile)
 {
     FakeDriver *driver = s_Driver;
+    if (ShallFail(Fault::File)) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
+    }
     if (driver && name && (!strcmp(name, deviceWin9x) || !strncmp(name, deviceNt, strlen(deviceNt))))
         return driver->Open(name, access, share, disposition, flags);
     const auto real = RealFunction<decltype(&CreateFileA)>("kernel32", "CreateFileA");

@@ -15,22 +15,23 @@ static void DropCache(const std::string &path)
 
 static void RemoveAll()
 {
-    for (const char *name : s_Names) {
-        const std::string path = IniFolder::Path(name);
-        SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        DeleteFileA(path.c_str());
-        DropCache(path);
-    }
+    for (const std::string name : s_Names)
+        for (const char *suffix : {"", ".lvkeep", ".lvcopy"}) // what an end in the middle of a write leaves
+            IniFolder::Remove(name + suffix);
 }
 
-IniFolder::IniFolder()
+IniFolder::IniFolder(bool keep) : m_keep(keep)
 {
+    if (m_keep)
+        return;
     s_KeptCapabilities = Read("lvcap.ini");
     RemoveAll();
 }
 
 IniFolder::~IniFolder()
 {
+    if (m_keep)
+        return;
     RemoveAll();
     if (!s_KeptCapabilities.empty())
         Write("lvcap.ini", s_KeptCapabilities);
@@ -57,6 +58,14 @@ void IniFolder::Write(const std::string &name, const std::string &bytes)
 std::string IniFolder::Read(const std::string &name)
 {
     return ReadFileBytes(Path(name));
+}
+
+void IniFolder::Remove(const std::string &name)
+{
+    const std::string path = Path(name);
+    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileA(path.c_str());
+    DropCache(path);
 }
 
 bool IniFolder::Exists(const std::string &name)

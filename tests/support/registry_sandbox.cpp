@@ -5,9 +5,9 @@
 
 static const char hostKey[] = "SOFTWARE\\Norvale DEVICE,INC.\\Trayhub";
 
-static std::string ScratchPath(const char *part)
+static std::string ScratchPath(DWORD owner, const char *part)
 {
-    return "Software\\lvkernel_tests." + std::to_string(GetCurrentProcessId()) + "\\" + part;
+    return "Software\\lvkernel_tests." + std::to_string(owner) + "\\" + part;
 }
 
 static void DeleteTree(HKEY root, const std::string &path)
@@ -22,16 +22,17 @@ static void DeleteTree(HKEY root, const std::string &path)
     RegDeleteKeyA(root, path.c_str());
 }
 
-static HKEY MakeScratch(const char *part)
+static HKEY MakeScratch(DWORD owner, const char *part)
 {
     HKEY key;
     // Not volatile: the product makes lasting keys below it.
-    if (RegCreateKeyA(HKEY_CURRENT_USER, ScratchPath(part).c_str(), &key) != ERROR_SUCCESS)
+    if (RegCreateKeyA(HKEY_CURRENT_USER, ScratchPath(owner, part).c_str(), &key) != ERROR_SUCCESS)
         throw std::runtime_error("no scratch key");
     return key;
 }
 
-RegistrySandbox::RegistrySandbox() : m_user(MakeScratch("user")), m_machine(MakeScratch("machine"))
+RegistrySandbox::RegistrySandbox(DWORD owner)
+    : m_owner(owner), m_user(MakeScratch(owner, "user")), m_machine(MakeScratch(owner, "machine"))
 {
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, m_machine);
     RegOverridePredefKey(HKEY_CURRENT_USER, m_user);
@@ -43,7 +44,8 @@ RegistrySandbox::~RegistrySandbox()
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
     RegCloseKey(m_user);
     RegCloseKey(m_machine);
-    DeleteTree(HKEY_CURRENT_USER, ScratchPath(""));
+    if (m_owner == GetCurrentProcessId())
+        DeleteTree(HKEY_CURRENT_USER, ScratchPath(m_owner, ""));
 }
 
 static std::string HostPath(const char *subKey)

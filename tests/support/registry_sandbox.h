@@ -9,12 +9,14 @@
 
 class RegistrySandbox {
 public:
-    RegistrySandbox();
+    // `owner`: the process whose sandbox this is. Another's is entered as it is, and stays when this one ends.
+    explicit RegistrySandbox(DWORD owner = GetCurrentProcessId());
     ~RegistrySandbox();
     RegistrySandbox(const RegistrySandbox &) = delete;
     RegistrySandbox &operator=(const RegistrySandbox &) = delete;
 
 private:
+    const DWORD m_owner;
     HKEY m_user = nullptr;
     HKEY m_machine = nullptr;
 };

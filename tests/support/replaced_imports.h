@@ -1,6 +1,8 @@
-// Windows functions that must not really happen in a test, or that a test makes fail. Each has its stand-in here for
-// the whole program; without orders a stand-in either records the call or passes it on.
+// Windows functions that must not really happen in a test. Each has its stand-in here for the whole program; without
+// orders a stand-in either records the call or passes it on.
 #pragma once
+
+#include "support/faults.h"
 
 #include <windows.h>
 
@@ -21,12 +23,11 @@ void RecordCall(const std::string &call);
 // The owner window that the last ShellExecuteA was given.
 HWND ShellExecuteOwner();
 
-// The function that a stand-in passes on to.
-template <typename FUNCTION>
-FUNCTION RealFunction(const char *library, const char *name)
-{
-    return reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA(library), name)));
-}
+// What the file dialog answers from now on: a path (bytes of the system's code page; all of them, if need be without a
+// zero at the end), or without one a cancellation with this extended error. `look` is called inside each call, on its
+// thread. Each call is recorded:
+//   "GetOpenFileName STRUCTSIZE|FILTER|MAXFILE|TITLE|FLAGS", zeros in the filter as "/", flags hexadecimal.
+void AnswerFileDialog(const std::string &path, DWORD error = 0, std::function<void()> look = {});
 
 // What ExitWindowsEx returns: the given results in turn, then TRUE. `look` is called inside each call, on its thread.
 // Any thread.
@@ -35,12 +36,11 @@ void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look
 // While on, pauses of 20 ms and more are recorded and not made, on every thread: not for tests that wait with Sleep.
 void SkipPauses(bool on);
 
-// While a timer identifier is held, a timer of that number is armed but does not fire within a test; 0 holds none. Any
-// thread.
+// While on, shorter pauses take a tenth of their time, on every thread: what polls, such as the plug-in's message loop,
+// reacts the sooner.
+void HurryPauses(bool on);
+
+// While a timer identifier is held, a timer of that number is armed but does not fire within a test; 0 holds none,
+// ALL_TIMERS every timer that has an identifier. Any thread.
+constexpr UINT_PTR ALL_TIMERS = static_cast<UINT_PTR>(-1);
 void HoldTimer(UINT_PTR id);
-
-// What a call that can be made to fail is known by.
-enum class Fault { Event, Thread, Library, Timer, Memory, None };
-
-// Makes calls of a function fail, from the `nth` on (1 = the next), `count` of them. Fault::None ends all. Any thread.
-void InjectFault(Fault fault, int nth = 1, int count = 1);

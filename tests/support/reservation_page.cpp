@@ -1,10 +1,13 @@
-// The page's controls without the page.
+// The page, its file, its prompt.
 #include "support/reservation_page.h"
 
 #include "kernel/kernel_thread.h"
+#include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
+#include "panel/reservation_page.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
+#include "support/panel_session.h"
 #include "support/replaced_imports.h"
 #include "support/text.h"
 #include "timer/reservation_rows.h"
@@ -13,8 +16,8 @@
 #include "timer/scheduler.h"
 
 #include <commctrl.h>
-#include <io.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 
@@ -24,35 +27,21 @@ ReservationPage::ReservationPage()
 {
     const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_DATE_CLASSES | ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&classes);
-    m_window = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 400, 400, nullptr, nullptr, nullptr, nullptr);
-    const auto add = [this](LPCSTR className, int id, DWORD style) {
-        return CreateWindowA(className, "", WS_CHILD | style, 0, 0, 100, 100, m_window,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
-    };
-    const auto addNumbers = [&add](int id, int count) {
-        const HWND combo = add("COMBOBOX", id, CBS_DROPDOWNLIST);
-        for (int value = 0; value < count; ++value)
-            SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("an entry"));
-    };
-    for (const int id : {IDC_RESERVATION_START_DATE, IDC_RESERVATION_END_DATE})
-        add(DATETIMEPICK_CLASSA, id, DTS_SHOWNONE);
-    for (const int id : {IDC_RESERVATION_START_HOUR, IDC_RESERVATION_END_HOUR})
-        addNumbers(id, 24);
-    for (const int id : {IDC_RESERVATION_START_MINUTE, IDC_RESERVATION_END_MINUTE})
-        addNumbers(id, 60);
-    add("COMBOBOX", IDC_RESERVATION_CHANNEL, CBS_DROPDOWNLIST);
-    const HWND list = add(WC_LISTVIEWA, IDC_RESERVATION_LIST, LVS_REPORT | LVS_SINGLESEL);
-    for (int column = 0; column < COLUMNS; ++column) {
-        LVCOLUMNA header = {};
-        header.mask = LVCF_WIDTH | LVCF_SUBITEM;
-        header.iSubItem = column;
-        SendMessageA(list, LVM_INSERTCOLUMNA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&header));
-    }
+    m_parent = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 600, 400, nullptr, nullptr, nullptr, nullptr);
+    m_page = CreateDialogParamA(g_hInstance, MAKEINTRESOURCEA(IDD_RESERVATION_PAGE), m_parent, ReservationPageProc, 0);
 }
 
 ReservationPage::~ReservationPage()
 {
-    DestroyWindow(m_window);
+    DestroyWindow(m_parent);
+    g_hPanelDlg = nullptr;
+}
+
+void ReservationPage::BeThePanel(bool onPage)
+{
+    g_hPanelDlg = m_parent;
+    if (!onPage)
+        DestroyWindow(m_page);
 }
 
 SYSTEMTIME ParseMoment(const std::string &moment)
@@ -63,28 +52,25 @@ SYSTEMTIME ParseMoment(const std::string &moment)
     return time;
 }
 
-void ReservationPage::SetMoment(int date, int hour, int minute, const std::string &moment)
+void EnterReservation(HWND page, const std::string &start, const std::string &end, const std::string &channel)
 {
-    SYSTEMTIME time = ParseMoment(moment);
-    SendMessageA(Control(date), DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&time));
-    SendMessageA(Control(hour), CB_SETCURSEL, time.wHour, 0);
-    SendMessageA(Control(minute), CB_SETCURSEL, time.wMinute, 0);
+    const std::string *moment = &start;
+    for (const MOMENTCONTROLS &controls : g_MomentControls) {
+        SYSTEMTIME time = ParseMoment(*moment);
+        SendDlgItemMessageA(page, controls.nDate, DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&time));
+        Pick(page, controls.nHour, time.wHour);
+        Pick(page, controls.nMinute, time.wMinute);
+        moment = &end;
+    }
+    const Lines offered = EntriesOf(page, IDC_RESERVATION_CHANNEL);
+    Pick(page, IDC_RESERVATION_CHANNEL,
+         static_cast<int>(std::find(offered.begin(), offered.end(), channel) - offered.begin()));
 }
 
-void ReservationPage::Enter(const std::string &start, const std::string &end, const std::string &channel)
-{
-    SetMoment(IDC_RESERVATION_START_DATE, IDC_RESERVATION_START_HOUR, IDC_RESERVATION_START_MINUTE, start);
-    SetMoment(IDC_RESERVATION_END_DATE, IDC_RESERVATION_END_HOUR, IDC_RESERVATION_END_MINUTE, end);
-    const HWND channels = Control(IDC_RESERVATION_CHANNEL);
-    SendMessageA(channels, CB_RESETCONTENT, 0, 0);
-    SendMessageA(channels, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Sjis(channel).c_str()));
-    SendMessageA(channels, CB_SETCURSEL, 0, 0);
-}
-
-Lines ReservationPage::Rows() const
+Lines ReservationRows(HWND page)
 {
     Lines rows;
-    const HWND list = Control(IDC_RESERVATION_LIST);
+    const HWND list = GetDlgItem(page, IDC_RESERVATION_LIST);
     const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < count; ++row) {
         char text[64];
@@ -174,12 +160,6 @@ std::string NoticeShown()
 
 // ---- The fixture --------------------------------------------------------------------------------------------------
 
-void CloseReservationFiles()
-{
-    for (int descriptor = 3; descriptor < 256; ++descriptor)
-        _close(descriptor);
-}
-
 ReservationTest::ReservationTest()
 {
     for (const char *model : {"NRV-PA1", "NRV-PA2"})
@@ -215,7 +195,7 @@ void ReservationTest::LoadFile(const std::string &bytes)
 int ReservationTest::Add(const std::string &start, const std::string &end, const std::string &channel)
 {
     ReservationPage page;
-    page.Enter(start, end, channel);
+    EnterReservation(page.Window(), start, end, channel);
     return AddReservation(page.Window());
 }
 

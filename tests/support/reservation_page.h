@@ -1,5 +1,5 @@
-// A stand-in for the reservation page: a window with the page's controls, filled as a user would fill them; and the
-// fixture of all tests that have to do with reservations.
+// The reservation page without the rest of the panel, filled as a user would fill it; and the fixture of all tests that
+// have to do with reservations.
 #pragma once
 
 #include "support/plugin_session.h"
@@ -10,7 +10,7 @@
 // From "2006/06/10 20:00".
 SYSTEMTIME ParseMoment(const std::string &moment);
 
-// Belongs to the thread that makes it.
+// A page of the test's own thread, in a window that is never shown. It loads the file, as every page does.
 class ReservationPage {
 public:
     ReservationPage();
@@ -18,20 +18,21 @@ public:
     ReservationPage(const ReservationPage &) = delete;
     ReservationPage &operator=(const ReservationPage &) = delete;
 
-    HWND Window() const { return m_window; }
-    HWND Control(int id) const { return GetDlgItem(m_window, id); }
+    HWND Window() const { return m_page; }
 
-    // Fills the entry. Moments as "2006/06/10 20:00", the channel in UTF-8.
-    void Enter(const std::string &start, const std::string &end, const std::string &channel);
-
-    // The list's rows, their cells joined by '|', each with its item data in front: "0: 2006/06/10|20:00|...".
-    Lines Rows() const;
+    // Makes the plug-in believe that this is its panel, open on this page or on another one.
+    void BeThePanel(bool onPage);
 
 private:
-    void SetMoment(int date, int hour, int minute, const std::string &moment);
-
-    HWND m_window;
+    HWND m_parent;
+    HWND m_page;
 };
+
+// Fills the entry of a page. Moments as "2006/06/10 20:00"; the channel, in UTF-8, must be among those that it offers.
+void EnterReservation(HWND page, const std::string &start, const std::string &end, const std::string &channel);
+
+// The list's rows, their cells joined by '|', each with its item data in front: "0: 2006/06/10|20:00|...".
+Lines ReservationRows(HWND page);
 
 // One reservation as an INI section, for a file made by hand; texts in UTF-8.
 std::string Section(int n, const std::string &start, const std::string &end, const std::string &channel,
@@ -47,9 +48,6 @@ bool IsUsed(int n);
 std::string PromptShown();
 std::string QuestionShown();
 std::string NoticeShown();
-
-// Closes the descriptors of "ontimer.ini" that the product leaves open at each load, so that the file can be deleted.
-void CloseReservationFiles();
 
 // Two monitors, "NRV-PA1" and "NRV-PA2", with all inputs and a tuner (channel names "1", "3" and an empty one), which
 // show input 3 and channel 777. Pauses are skipped.

@@ -1,6 +1,9 @@
 // A host window, scripted monitors, and answers right and wrong.
 #include "support/test_host.h"
 
+#include "support/faults.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -45,6 +48,7 @@ TestHost::TestHost(PLUGINSLOT receive) : m_receive(receive)
         SetEvent(ready);
         Serve();
     });
+    m_lateThread = std::thread([this] { ServeLate(); });
     WaitForSingleObject(ready, INFINITE);
     CloseHandle(ready);
 }
@@ -53,8 +57,12 @@ TestHost::~TestHost()
 {
     PostMessageA(m_window, WM_CLOSE, 0, 0);
     m_thread.join();
-    for (std::thread &later : m_later)
-        later.join();
+    {
+        const auto lock = Lock();
+        m_ending = true;
+        m_lateCame.notify_all();
+    }
+    m_lateThread.join();
 }
 
 void TestHost::Serve()
@@ -70,6 +78,7 @@ LRESULT CALLBACK TestHost::WindowProc(HWND window, UINT message, WPARAM wParam, 
         SetWindowLongA(window, GWL_USERDATA,
                        reinterpret_cast<LONG>(reinterpret_cast<const CREATESTRUCTA *>(lParam)->lpCreateParams));
     auto *host = reinterpret_cast<TestHost *>(GetWindowLongA(window, GWL_USERDATA));
+    const PluginCode outside(false); // may be on the thread and inside the call of a slot
     switch (message) {
     case WM_HOST_PACKET:
         host->OnRequest(*reinterpret_cast<const HOSTPACKET *>(lParam));
@@ -158,6 +167,10 @@ static std::vector<BYTE> Words(std::initializer_list<LONG> words)
 // Carries a request out on the monitors. Result: the payload of the answer. Called with the lock held.
 std::vector<BYTE> TestHost::Carry(const TestRequest &request)
 {
+    if (answer) {
+        const std::vector<LONG> words = answer(request);
+        return Bytes(words.data(), words.size() * sizeof(LONG), words.size() * sizeof(LONG));
+    }
     const size_t index = static_cast<size_t>(request.Word(0));
     TestMonitor *monitor = index < monitors.size() ? &monitors[index] : nullptr;
     const auto feature = [&]() -> TestFeature * {
@@ -193,22 +206,50 @@ void TestHost::OnRequest(const HOSTPACKET &packet)
     std::vector<BYTE> payload;
     {
         const auto lock = Lock();
-        m_requests.push_back(request);
-        m_log.push_back(Describe(request));
+        if (recording) {
+            m_requests.push_back(request);
+            m_log.push_back(Describe(request));
+        }
         payload = Carry(request);
         m_noted.notify_all();
     }
     if (packet.wCommand == HOST_NOTICE)
         return;
-    const Answer answer = plan(request);
-    if (answer.kind != Answer::Later) {
-        Deliver(request, payload, answer.kind);
-        return;
+    const Answer how = plan(request);
+    if (how.kind != Answer::Later)
+        Deliver(request, payload, how.kind);
+    if (how.kind == Answer::Later || how.rightLater)
+        PutOff(request, payload, how.delay);
+}
+
+void TestHost::PutOff(const TestRequest &request, const std::vector<BYTE> &payload, DWORD delay)
+{
+    const DWORD due = GetTickCount() + delay;
+    const auto lock = Lock();
+    const auto later = [due](const LateAnswer &late) { return static_cast<int>(late.due - due) > 0; };
+    m_late.insert(std::find_if(m_late.begin(), m_late.end(), later), {due, request, payload});
+    m_lateCame.notify_all();
+}
+
+// Gives the answers that come later; the last of them before the host goes.
+void TestHost::ServeLate()
+{
+    auto lock = Lock();
+    for (;;) {
+        m_lateCame.wait(lock, [this] { return m_ending || !m_late.empty(); });
+        if (m_late.empty())
+            return;
+        const int wait = static_cast<int>(m_late.front().due - GetTickCount());
+        if (wait > 0) {
+            m_lateCame.wait_for(lock, std::chrono::milliseconds(wait));
+            continue;
+        }
+        const LateAnswer late = m_late.front();
+        m_late.pop_front();
+        lock.unlock();
+        Deliver(late.request, late.payload, Answer::Inline);
+        lock.lock();
     }
-    m_later.emplace_back([this, request, payload, delay = answer.delay] {
-        Sleep(delay);
-        Deliver(request, payload, Answer::Inline);
-    });
 }
 
 void TestHost::Deliver(const TestRequest &request, const std::vector<BYTE> &payload, Answer::Kind kind)
@@ -241,8 +282,10 @@ void TestHost::OnReply(const HOSTPACKET &packet)
     snprintf(text, sizeof text, "reply %d code %d id %lu: %u bytes", packet.wCommand, data->wCode, data->dwRequestID,
              static_cast<unsigned>(reply.payload.size()));
     const auto lock = Lock();
-    m_replies.push_back(reply);
-    m_log.push_back(text);
+    if (recording) {
+        m_replies.push_back(reply);
+        m_log.push_back(text);
+    }
     m_noted.notify_all();
 }
 

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -61,6 +62,7 @@ struct Answer {
         WrongNumber,  // with a request number beyond the table
     } kind = Inline;
     DWORD delay = 0;
+    bool rightLater = false; // a wrong answer is followed by the right one as with Later
 };
 
 // A reply of the plug-in to a command of the host.
@@ -85,6 +87,9 @@ public:
     std::optional<LONG> count; // what to say instead of the number of monitors
     std::function<Answer(const TestRequest &)> plan = [](const TestRequest &) { return Answer{}; };
     ENDPOINT address = {0x1234, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_DDCCI};
+    // What is answered instead of what the monitors say, when it is set; it may be called for any monitor number.
+    std::function<std::vector<LONG>(const TestRequest &)> answer;
+    bool recording = true; // false: log, requests and replies stay empty
 
     HWND Window() const { return m_window; }
     std::unique_lock<std::mutex> Lock() { return std::unique_lock(m_lock); }
@@ -107,21 +112,30 @@ public:
     std::vector<TestReply> Replies();
 
 private:
+    struct LateAnswer {
+        DWORD due; // GetTickCount
+        TestRequest request;
+        std::vector<BYTE> payload;
+    };
     void Serve();
+    void PutOff(const TestRequest &request, const std::vector<BYTE> &payload, DWORD delay);
+    void ServeLate();
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void OnRequest(const HOSTPACKET &packet);
     void OnReply(const HOSTPACKET &packet);
-    void Note(const std::string &entry);
     std::vector<BYTE> Carry(const TestRequest &request);
     void Deliver(const TestRequest &request, const std::vector<BYTE> &payload, Answer::Kind kind);
 
     const PLUGINSLOT m_receive;
     HWND m_window = nullptr;
-    std::mutex m_lock; // log, requests, replies, monitors
+    std::mutex m_lock; // log, requests, replies, monitors, late answers
     std::condition_variable m_noted;
     Lines m_log;
     std::vector<TestRequest> m_requests;
     std::vector<TestReply> m_replies;
-    std::vector<std::thread> m_later;
+    std::deque<LateAnswer> m_late; // in the order of their time
+    std::condition_variable m_lateCame;
+    bool m_ending = false;
     std::thread m_thread;
+    std::thread m_lateThread;
 };

@@ -6,8 +6,6 @@
 #include <cstring>
 #include <stdexcept>
 
-constexpr DWORD REPEAT_AFTER_MS = 1500; // longer than any command here takes
-constexpr int MOST_REPEATS = 3;
 constexpr DWORD PATIENCE_MS = 10000;
 constexpr DWORD CLIENT_PAUSE_MS = 3; // in which the client gets its next socket
 constexpr DWORD SILENCE_MS = 300;
@@ -121,12 +119,12 @@ std::vector<ServerMessage> TestServer::Ask(const std::string &datagram)
 {
     Sleep(CLIENT_PAUSE_MS);
     Send(datagram);
-    for (int repeats = 0; repeats < MOST_REPEATS && !WaitForConnection(REPEAT_AFTER_MS); ++repeats) {
+    for (int repeats = 0; repeats < mostRepeats && !WaitForConnection(repeatAfter); ++repeats) {
         ++lost;
         Send(datagram);
     }
     std::vector<ServerMessage> messages;
-    while (WaitForConnection(PATIENCE_MS)) {
+    while (WaitForConnection(patience)) {
         const auto message = TakeMessage();
         if (!message)
             break;
@@ -135,6 +133,12 @@ std::vector<ServerMessage> TestServer::Ask(const std::string &datagram)
             break;
     }
     return messages;
+}
+
+void TestServer::Drain()
+{
+    while (WaitForConnection(SILENCE_MS))
+        TakeMessage();
 }
 
 bool TestServer::HoldConnection()

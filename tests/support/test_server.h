@@ -32,6 +32,12 @@ public:
     // What a request for settings is answered with; then, or at once without an answer, the connection is closed.
     std::optional<std::string> answer;
 
+    // How long Ask waits for a client that does not connect, how often it sends again then, and how long it waits for
+    // the message behind the last one. In milliseconds; the first is longer than any command here takes.
+    DWORD repeatAfter = 1500;
+    int mostRepeats = 3;
+    DWORD patience = 10000;
+
     // What Ask sent again, because the client was between two sockets.
     int lost = 0;
 
@@ -43,6 +49,9 @@ public:
 
     // Sends a datagram and takes messages up to the final reply. None when there is no answer also to repetitions.
     std::vector<ServerMessage> Ask(const std::string &datagram);
+
+    // Takes whatever messages still come, until none has for a moment.
+    void Drain();
 
     // Takes the next connection and leaves it open, unanswered, until the server goes. False after ten seconds.
     bool HoldConnection();

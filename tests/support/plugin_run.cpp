@@ -1,5 +1,5 @@
-// Start and stop of the plug-in in a test, and what it leaves behind.
-#include "support/plugin_session.h"
+// The plug-in's first state, and its start and stop by a host.
+#include "support/plugin_run.h"
 
 #include "kernel/kernel_thread.h"
 #include "kernel/kernel_window.h"
@@ -7,6 +7,7 @@
 #include "launcher/button_poll.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/monitor_table.h"
+#include "panel/color_page_controls.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
 #include "server/server_link.h"
@@ -16,7 +17,7 @@
 #include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
 
-#include <winternl.h>
+#include <io.h>
 
 void ResetPluginState()
 {
@@ -46,6 +47,8 @@ void ResetPluginState()
         g_DefSetting[monitor] = {};
         for (LONG *maxima : {g_nMaxBrightEco, g_nMaxBright, g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
             maxima[monitor] = 0;
+        for (LONG &preset : g_nColorTempMap[monitor])
+            preset = 0;
     }
     nLastButton = 0;
     g_DdcParam = {};
@@ -64,12 +67,23 @@ void ResetPluginState()
     InjectFault(Fault::None);
     HoldTimer(0);
     SkipPauses(false);
+    HurryPauses(false);
     SetExitWindowsResults({});
+    AnswerFileDialog("");
     ReleaseClock();
     TakeRecordedCalls();
 }
 
-HostTest::HostTest()
+int CloseReservationFiles()
+{
+    constexpr int FIRST = 3, MOST = 2048; // descriptors of a program
+    int closed = 0;
+    for (int descriptor = FIRST; descriptor < MOST; ++descriptor)
+        closed += _close(descriptor) == 0;
+    return closed;
+}
+
+HostRun::HostRun(DWORD owner) : registry(owner), ini(owner != GetCurrentProcessId())
 {
     ResetPluginState();
     g_hHostWnd = host.Window();
@@ -77,12 +91,17 @@ HostTest::HostTest()
     host.Introduce();
 }
 
-PluginTest::PluginTest()
+PluginRun::PluginRun(DWORD owner) : HostRun(owner)
 {
     HoldTimer(TIMER_START_UP);
 }
 
-int PluginTest::Init()
+PluginRun::~PluginRun()
+{
+    StopIfRunning();
+}
+
+int PluginRun::Init()
 {
     HWND window = host.Window();
     HOSTPACKET packet = {};
@@ -90,98 +109,46 @@ int PluginTest::Init()
     packet.dwDataSize = sizeof window;
     packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
     int result = 0;
-    host.Run([&] { result = PluginInit(&packet); });
+    host.Run([&] {
+        const PluginCode slot;
+        result = PluginInit(&packet);
+    });
     m_running = result == 1;
     return result;
 }
 
-bool PluginTest::Start()
+bool PluginRun::Start()
 {
     Init();
-    for (int round = 0; m_running && !g_hKernelWnd && round < 1000; ++round)
+    // A thread that could not make its window has ended by itself.
+    for (int round = 0; m_running && !g_hKernelWnd && PluginThreads() > 0 && round < 1000; ++round)
         Sleep(10);
     return g_hKernelWnd != nullptr;
 }
 
-void PluginTest::StartUp()
+void PluginRun::StartUp()
 {
     Tick(TIMER_START_UP);
 }
 
-void PluginTest::Tick(UINT_PTR timer)
+void PluginRun::Tick(UINT_PTR timer)
 {
     SendMessageA(g_hKernelWnd, WM_TIMER, timer, 0);
 }
 
-int PluginTest::Stop()
+int PluginRun::Stop()
 {
     int result = 0;
-    host.Run([&] { result = PluginStop(nullptr); });
+    host.Run([&] {
+        const PluginCode slot;
+        result = PluginStop(nullptr);
+    });
     m_running = false;
     return result;
 }
 
-void PluginTest::TearDown()
+void PluginRun::StopIfRunning()
 {
     if (m_running)
         Stop();
-}
-
-// GetProcessHandleCount tells nothing under Wine; the system's table of handles does, there and on Windows.
-static int CountHandlesNow()
-{
-    struct Entry {
-        ULONG process;
-        BYTE type;
-        BYTE flags;
-        USHORT handle;
-        void *object;
-        ACCESS_MASK access;
-    };
-    const auto query = reinterpret_cast<decltype(&NtQuerySystemInformation)>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), "NtQuerySystemInformation")));
-    std::vector<BYTE> table(1 << 20);
-    ULONG needed = 0;
-    while (query(static_cast<SYSTEM_INFORMATION_CLASS>(16), table.data(), static_cast<ULONG>(table.size()), &needed) ==
-           static_cast<NTSTATUS>(0xC0000004))
-        table.resize(table.size() * 2);
-    ULONG count;
-    memcpy(&count, table.data(), sizeof count);
-    int own = 0;
-    for (ULONG index = 0; index < count; ++index) {
-        Entry entry;
-        memcpy(&entry, table.data() + sizeof count + index * sizeof entry, sizeof entry);
-        own += entry.process == GetCurrentProcessId();
-    }
-    return own;
-}
-
-// Threads that have just ended, and a listener between two commands, close handles a moment later.
-int CountHandles()
-{
-    constexpr int LOOKS = 200, SAME = 5;
-    int count = CountHandlesNow();
-    for (int look = 0, same = 0; look < LOOKS && same < SAME; ++look) {
-        Sleep(10);
-        const int now = CountHandlesNow();
-        same = now == count ? same + 1 : 0;
-        count = now;
-    }
-    return count;
-}
-
-static BOOL CALLBACK CountOwnWindow(HWND window, LPARAM sum)
-{
-    DWORD process;
-    GetWindowThreadProcessId(window, &process);
-    if (process == GetCurrentProcessId())
-        ++*reinterpret_cast<int *>(sum);
-    return TRUE;
-}
-
-int CountWindows()
-{
-    int count = 0;
-    EnumWindows(CountOwnWindow, reinterpret_cast<LPARAM>(&count));
-    return count;
 }

@@ -1,0 +1,136 @@
+// The colour page's dialog procedure, its opening, and its three switches: DirectLink, all monitors, second half.
+#include "panel/color_page.h"
+
+#include "kernel/plugin.h"
+#include "monitor/color_settings.h"
+#include "panel/color_page_apps.h"
+#include "panel/color_page_changes.h"
+#include "panel/color_page_controls.h"
+#include "panel/color_page_images.h"
+#include "panel/color_page_profiles.h"
+#include "panel/file_drop.h"
+#include "panel/panel_width.h"
+#include "panel/resources/resource.h"
+#include "profiles/foreground.h"
+#include "profiles/profile_store.h"
+#include "settings/registry.h"
+
+constexpr int SECOND_HALF_WIDTH = 144; // pixels, as the panel's widths
+
+// ---- Opening ------------------------------------------------------------------------------------------------------
+
+static INT_PTR OnInit(HWND page)
+{
+    const LONG monitor = g_nCurMonitor;
+    bUiReady = 1;
+    LoadProfiles(page, "profile.ini");
+    ResetProfileChoice(page);
+    ReadCurrentSettings(monitor);
+    g_DefSetting[monitor] = g_CurSetting[monitor]; // what the monitor shows now is what it gets back
+    FillColorPage(page, monitor);
+    if (g_bDirectLink)
+        DisableColorPage(page);
+    else
+        EnableColorPage(page);
+    EnableDirectLinkBox(page);
+    PassDropsToDialog(page, IDC_COLOR_APP_LIST);
+    // The images come last: the page works without them.
+    if (SetColorPageImages(page) && SetMonitorButtonImage(page))
+        SetEcoButtonImage(page);
+    return TRUE;
+}
+
+// ---- Switches -----------------------------------------------------------------------------------------------------
+
+static void SwitchDirectLinkOn(HWND page)
+{
+    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK, 1);
+    g_bDirectLink = 1;
+    DisableColorPage(page);
+    NotifyDirectLink(1);
+    SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+}
+
+static void SwitchDirectLinkOff(HWND page)
+{
+    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK, 0);
+    g_bDirectLink = 0;
+    RestoreDefaultColor();
+    // While it was on nothing was shown: an edit left empty would be taken for a 0 as soon as it loses the focus.
+    FillColorPage(page, g_nCurMonitor);
+    EnableColorPage(page);
+    NotifyDirectLink(0);
+}
+
+static void OnDirectLink(HWND page)
+{
+    if (IsDlgButtonChecked(page, IDC_COLOR_DIRECT_LINK) == BST_CHECKED)
+        SwitchDirectLinkOn(page);
+    else
+        SwitchDirectLinkOff(page);
+}
+
+static void OnAllMonitors(HWND page)
+{
+    g_bAllMonitors = IsDlgButtonChecked(page, IDC_COLOR_ALL_MONITORS) == BST_CHECKED;
+    SetMonitorButtonImage(page);
+}
+
+static void OnToggle(HWND page)
+{
+    const bool open = IsDlgButtonChecked(page, IDC_COLOR_TOGGLE) == BST_CHECKED;
+    CheckDlgButton(page, IDC_COLOR_TOGGLE, open ? BST_UNCHECKED : BST_CHECKED);
+    SetDlgItemTextA(page, IDC_COLOR_TOGGLE, open ? "色設定画面を開く" : "色設定画面を閉じる");
+    SlidePanelBy(GetParent(page), open ? -SECOND_HALF_WIDTH : SECOND_HALF_WIDTH);
+}
+
+// ---- Dialog procedure ---------------------------------------------------------------------------------------------
+
+static INT_PTR OnCommand(HWND page, WORD control, WORD notification)
+{
+    static const struct {
+        WORD wControl;
+        WORD wNotification;
+        void (*lpfnHandle)(HWND hPage);
+    } commands[] = {
+        {IDC_COLOR_ALL_MONITORS, BN_CLICKED, OnAllMonitors},
+        {IDC_COLOR_TOGGLE, BN_CLICKED, OnToggle},
+        {IDC_COLOR_DIRECT_LINK, BN_CLICKED, OnDirectLink},
+        {IDC_COLOR_BROWSE, BN_CLICKED, OnBrowseApp},
+        {IDC_COLOR_APP_UPDATE, BN_CLICKED, OnUpdateApp},
+        {IDC_COLOR_APP_DELETE, BN_CLICKED, OnDeleteApp},
+        {IDC_COLOR_PROFILE_COMBO, CBN_SELCHANGE, OnProfileChosen},
+        {IDC_COLOR_PROFILE_ADD, BN_CLICKED, OnRegisterProfile},
+        {IDC_COLOR_PROFILE_DELETE, BN_CLICKED, OnDeleteProfile},
+        {IDC_COLOR_ECO, BN_CLICKED, OnEcoButton},
+        {IDC_COLOR_TEMP, CBN_SELCHANGE, OnColorTemp},
+    };
+    for (const auto &command : commands)
+        if (command.wControl == control && command.wNotification == notification)
+            command.lpfnHandle(page);
+    if (control == IDC_COLOR_APP_LIST)
+        OnAppList(page); // whatever it notifies of
+    if (const COLORITEM item = ColorItemOfEdit(control); item != COLOR_ITEM_NONE)
+        OnColorEdit(page, item, notification);
+    return FALSE;
+}
+
+INT_PTR CALLBACK ColorDlgProc(HWND hPage, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_INITDIALOG:
+        return OnInit(hPage);
+    case WM_COMMAND:
+        return OnCommand(hPage, LOWORD(wParam), HIWORD(wParam));
+    case WM_HSCROLL:
+        OnColorSlider(hPage, reinterpret_cast<HWND>(lParam));
+        return FALSE;
+    case WM_DROPFILES:
+        OnDropApp(hPage, reinterpret_cast<HDROP>(wParam));
+        return FALSE;
+    case WM_CLOSE:
+        DestroyWindow(hPage);
+        return TRUE;
+    }
+    return FALSE;
+}

@@ -1,0 +1,193 @@
+// Registered applications: choosing, registering, updating, deleting.
+#include "panel/color_page_apps.h"
+
+#include "kernel/plugin.h"
+#include "monitor/vcp.h"
+#include "panel/color_page_controls.h"
+#include "panel/color_page_images.h"
+#include "panel/open_file.h"
+#include "panel/page_message.h"
+#include "panel/resources/resource.h"
+#include "profiles/app_path.h"
+#include "profiles/foreground.h"
+#include "profiles/profile_store.h"
+#include "settings/ini.h"
+
+#include <commdlg.h>
+
+constexpr UINT ALL_FILES = 0xFFFFFFFF; // asks DragQueryFile for the number of files
+
+// ---- List ---------------------------------------------------------------------------------------------------------
+
+static LRESULT AppList(HWND page, UINT message, int item)
+{
+    return SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, message, static_cast<WPARAM>(item), 0);
+}
+
+static int SelectedItem(HWND page)
+{
+    return static_cast<int>(AppList(page, LB_GETCURSEL, 0));
+}
+
+// The slot of the selected entry; -1 without a selection.
+static int SelectedSlot(HWND page)
+{
+    const int item = SelectedItem(page);
+    const LRESULT slot = item < 0 ? -1 : AppList(page, LB_GETITEMDATA, item);
+    return slot >= 0 && slot < APP_PROFILE_COUNT ? static_cast<int>(slot) : -1;
+}
+
+void EnableDirectLinkBox(HWND hPage)
+{
+    if (g_nAppProfile != 0)
+        EnableWindow(GetDlgItem(hPage, IDC_COLOR_DIRECT_LINK), TRUE);
+}
+
+void SelectAppProfile(HWND hPage, int nSlot)
+{
+    if (nSlot < 0 || nSlot >= APP_PROFILE_COUNT)
+        return;
+    ApplyAppProfile(nSlot);
+    COLORSETTING profile = {};
+    SettingFromProfile(&profile, &g_AppProfile[nSlot]);
+    const bool eco = profile.dwEco != 0;
+    SetBrightnessItem(hPage, eco, eco ? profile.wBrightEco : profile.wBright);
+    SetContrastItem(hPage, profile.wContrast);
+    SelectColorTemp(hPage, profile.wColorTemp);
+    ShowRgbControls(hPage, profile.wColorTemp >= COLOR_PRESET_FIRST_USER);
+    ShowEcoImage(hPage, profile.dwEco == 1);
+}
+
+void OnAppList(HWND hPage)
+{
+    const int slot = SelectedSlot(hPage);
+    if (slot < 0)
+        return;
+    SetDlgItemTextA(hPage, IDC_COLOR_ALIAS, g_AppProfile[slot].szAlias);
+    SetProfileData(PROFILE_APP_TAKE, slot, nullptr, nullptr);
+    SelectAppProfile(hPage, slot);
+}
+
+// ---- Registration -------------------------------------------------------------------------------------------------
+
+// Refuses when there is no room for one more.
+static bool HasRoom(HWND page)
+{
+    if (g_nAppProfile < APP_PROFILE_COUNT)
+        return true;
+    ShowPageError(page, IDS_APPS_FULL, ERROR_CAPTION);
+    return false;
+}
+
+static void AddApp(HWND page, LPCSTR path)
+{
+    if (IsRegisteredApp(path)) {
+        ShowPageError(page, IDS_APP_REGISTERED, ERROR_CAPTION);
+        return;
+    }
+    const int slot = GetFreeAppSection();
+    if (slot < 0) { // the file has more than this page has loaded
+        ShowPageError(page, IDS_APPS_FULL, ERROR_CAPTION);
+        return;
+    }
+    SetProfileData(PROFILE_APP_SET, slot, path, path);
+    WriteAppProfile(slot);
+    AddAppListItem(page, slot);
+    SetDlgItemTextA(page, IDC_COLOR_ALIAS, path);
+    EnableDirectLinkBox(page);
+}
+
+int BrowseExeFile(HWND hPage, char *lpBuffer, DWORD cbBuffer)
+{
+    return cbBuffer >= MAX_PATH && ChooseFile(hPage, FILEKIND::Program, lpBuffer, nullptr);
+}
+
+void OnBrowseApp(HWND hPage)
+{
+    if (!HasRoom(hPage))
+        return;
+    char path[MAX_PATH] = {};
+    const int chosen = BrowseExeFile(hPage, path, sizeof path);
+    const DWORD error = chosen ? 0 : CommDlgExtendedError();
+    if (!IsWindow(hPage))
+        return;
+    if (!chosen) {
+        if (error)
+            ShowPageError(hPage, IDS_FILE_DIALOG_FAILED, ERROR_CAPTION);
+        return;
+    }
+    if (path[sizeof path - 1] != '\0')
+        ShowPageError(hPage, IDS_FILE_NAME_TOO_LONG, ERROR_CAPTION);
+    else
+        AddApp(hPage, path);
+}
+
+void OnUpdateApp(HWND hPage)
+{
+    if (SelectedSlot(hPage) < 0 || !AskPageQuestion(hPage, IDS_ASK_APP_UPDATE))
+        return;
+    const int slot = SelectedSlot(hPage);
+    if (slot < 0)
+        return;
+    PROFILEENTRY *entry = &g_AppProfile[slot];
+    GetDlgItemTextA(hPage, IDC_COLOR_ALIAS, entry->szAlias, sizeof entry->szAlias);
+    CutHalfCharacter(entry->szAlias);
+    SetProfileData(PROFILE_APP_SET, slot, entry->szName, entry->szAlias);
+    WriteAppProfile(slot);
+}
+
+void OnDeleteApp(HWND hPage)
+{
+    if (SelectedSlot(hPage) < 0 || !AskPageQuestion(hPage, IDS_ASK_APP_DELETE))
+        return;
+    const int slot = SelectedSlot(hPage);
+    if (slot < 0)
+        return;
+    DeleteAppProfile(slot);
+    AppList(hPage, LB_DELETESTRING, SelectedItem(hPage));
+    SetDlgItemTextA(hPage, IDC_COLOR_ALIAS, "");
+    if (g_nAppProfile == 0)
+        EnableWindow(GetDlgItem(hPage, IDC_COLOR_DIRECT_LINK), FALSE);
+}
+
+// ---- Dropped files ------------------------------------------------------------------------------------------------
+
+static void ShowNoExe(HWND page, LPCSTR path)
+{
+    MessageBoxA(page, path, ERROR_CAPTION, MB_OK);
+    if (IsWindow(page))
+        ShowPageError(page, IDS_NO_EXE_FILE, ERROR_CAPTION);
+}
+
+// A refused drop is left as it came, without a DragFinish.
+static bool IsDropAccepted(HWND page, HDROP drop)
+{
+    if (!HasRoom(page))
+        return false;
+    UINT refusal = 0;
+    if (DragQueryFileA(drop, ALL_FILES, nullptr, 0) > 1)
+        refusal = IDS_ONE_FILE_ONLY;
+    else if (DragQueryFileA(drop, 0, nullptr, 0) >= MAX_PATH)
+        refusal = IDS_FILE_NAME_TOO_LONG;
+    if (refusal)
+        ShowPageError(page, refusal, ERROR_CAPTION);
+    return refusal == 0;
+}
+
+void OnDropApp(HWND hPage, HDROP hDrop)
+{
+    if (!IsWindowEnabled(GetDlgItem(hPage, IDC_COLOR_APP_LIST))) { // DirectLink is on
+        DragFinish(hDrop);
+        return;
+    }
+    if (!IsDropAccepted(hPage, hDrop))
+        return;
+    char path[MAX_PATH] = "";
+    DragQueryFileA(hDrop, 0, path, sizeof path);
+    DragFinish(hDrop);
+    ResolveIfShortcut(path);
+    if (IsExeFile(path))
+        AddApp(hPage, path);
+    else
+        ShowNoExe(hPage, path);
+}

@@ -1,0 +1,127 @@
+// Colour profiles from the list to the monitor, and into the list.
+#include "panel/color_page_profiles.h"
+
+#include "kernel/plugin.h"
+#include "monitor/vcp.h"
+#include "panel/color_page_changes.h"
+#include "panel/color_page_images.h"
+#include "panel/page_message.h"
+#include "panel/resources/resource.h"
+#include "profiles/profile_store.h"
+
+static LRESULT ProfileCombo(HWND page, UINT message, int position)
+{
+    return SendDlgItemMessageA(page, IDC_COLOR_PROFILE_COMBO, message, static_cast<WPARAM>(position), 0);
+}
+
+static int SelectedPosition(HWND page)
+{
+    return static_cast<int>(ProfileCombo(page, CB_GETCURSEL, 0));
+}
+
+// ---- Apply --------------------------------------------------------------------------------------------------------
+
+static void WriteItem(COLORITEM item, WORD value)
+{
+    *ColorItemValue(item) = value;
+    SetVCP(g_nCurMonitor, ColorItemCode(item), value);
+}
+
+static void ApplyBrightness(HWND page, const COLORSETTING *profile)
+{
+    const bool eco = profile->dwEco != 0;
+    g_CurSetting[g_nCurMonitor].dwEco = profile->dwEco;
+    SetVCP(g_nCurMonitor, VCP_ECO_MODE, static_cast<WORD>(profile->dwEco));
+    // The maximum of this ECO state may never have been read.
+    GetVCP(g_nCurMonitor, VCP_BRIGHTNESS, ColorItemMaximum(COLOR_BRIGHTNESS));
+    WriteItem(COLOR_BRIGHTNESS, eco ? profile->wBrightEco : profile->wBright);
+    SetBrightnessItem(page, eco, *ColorItemValue(COLOR_BRIGHTNESS));
+    ShowEcoImage(page, eco);
+}
+
+static void ApplyContrast(HWND page, const COLORSETTING *profile)
+{
+    WriteItem(COLOR_CONTRAST, profile->wContrast);
+    SetContrastItem(page, profile->wContrast);
+}
+
+static void ApplyGains(const COLORSETTING *profile)
+{
+    WriteItem(COLOR_RED, profile->wRed);
+    WriteItem(COLOR_GREEN, profile->wGreen);
+    WriteItem(COLOR_BLUE, profile->wBlue);
+}
+
+static void ApplyColorTemp(HWND page, const COLORSETTING *profile)
+{
+    g_CurSetting[g_nCurMonitor].wColorTemp = profile->wColorTemp;
+    SetVCP(g_nCurMonitor, VCP_COLOR_PRESET, static_cast<WORD>(profile->wColorTemp));
+    SelectColorTemp(page, profile->wColorTemp);
+    const bool user = profile->wColorTemp >= COLOR_PRESET_FIRST_USER;
+    if (user)
+        ApplyGains(profile);
+    else
+        for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
+            ReadColorItem(item);
+    ShowRgbControls(page, user);
+}
+
+void ApplySysProfile(HWND hPage, int nItemData)
+{
+    if (nItemData < 1 || nItemData > SYS_PROFILE_COUNT)
+        return;
+    COLORSETTING profile = {};
+    SettingFromProfile(&profile, &g_SysProfile[nItemData - 1]);
+    bUiReady = 0; // the edits change now, and the choice stays
+    ApplyBrightness(hPage, &profile);
+    ApplyContrast(hPage, &profile);
+    ApplyColorTemp(hPage, &profile);
+    bUiReady = 1;
+}
+
+void OnProfileChosen(HWND hPage)
+{
+    const int position = SelectedPosition(hPage);
+    if (position > 0)
+        ApplySysProfile(hPage, static_cast<int>(ProfileCombo(hPage, CB_GETITEMDATA, position)));
+}
+
+// ---- Register and delete ------------------------------------------------------------------------------------------
+
+static int FreeProfileSlot()
+{
+    int slot = SYS_PROFILE_FIRST_USER;
+    while (slot < SYS_PROFILE_COUNT && g_SysProfile[slot].szName[0] != '\0')
+        ++slot;
+    return slot;
+}
+
+void OnRegisterProfile(HWND hPage)
+{
+    const int slot = FreeProfileSlot();
+    if (slot == SYS_PROFILE_COUNT || g_nSysProfile >= SYS_PROFILE_COUNT) {
+        ShowPageError(hPage, IDS_PROFILES_FULL, ERROR_CAPTION);
+        return;
+    }
+    char word[64] = "";
+    char name[96];
+    LoadStringA(g_hInstance, IDS_PROFILE_NEW, word, sizeof word);
+    wsprintfA(name, "%s%d", word, slot);
+    AddProfileComboItem(hPage, slot + 1, name);
+    SetProfileData(PROFILE_SYS_SET, slot, name, name);
+    ++g_nSysProfile; // before the write: its message box lets the user open this page anew, which counts afresh
+    WriteSysProfile(slot);
+    ProfileCombo(hPage, CB_SETCURSEL, slot); // the entry before the new one, as ever
+}
+
+void OnDeleteProfile(HWND hPage)
+{
+    const int position = SelectedPosition(hPage);
+    if (position <= SYS_PROFILE_FIRST_USER) {
+        ShowPageError(hPage, IDS_SYSTEM_PROFILE_STAYS, PRODUCT_TITLE);
+        return;
+    }
+    DeleteSysProfile(static_cast<int>(ProfileCombo(hPage, CB_GETITEMDATA, position)) - 1);
+    ProfileCombo(hPage, CB_DELETESTRING, position);
+    ProfileCombo(hPage, CB_SETCURSEL, position - 1);
+}

@@ -1,0 +1,16 @@
+// The file dialog in which the user chooses an existing file.
+//
+// Kernel thread. The dialog runs a message loop of its own: its owner may be gone when it returns.
+#pragma once
+
+#include <windows.h>
+
+// The files that it offers.
+enum class FILEKIND {
+    Program,
+    Any,
+};
+
+// hOwner: a page. lpszPath: MAX_PATH bytes for the full path. lpszTitle: MAX_PATH bytes for its file-name part; may be
+// null. Result: 1 when a file was chosen; 0 with empty texts when not, CommDlgExtendedError tells a failure.
+int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle);

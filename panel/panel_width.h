@@ -1,0 +1,22 @@
+// The panel's width: the base width, and what it is widened by for a page. The height never changes.
+//
+// Kernel thread. Widths in pixels.
+#pragma once
+
+#include <windows.h>
+
+// Takes the panel's present size as its base size.
+void TakePanelSize(HWND hPanel);
+
+// The panel's present width beyond the base width.
+int PanelWidening(HWND hPanel);
+
+// Sets the panel to its base width plus nWidening, at once.
+void SetPanelWidening(HWND hPanel, int nWidening);
+
+// Slides the panel in steps of 8 from nFrom to nTo, both counted from the base width and a multiple of 8 apart; either
+// may be the larger. Blocks for about a millisecond a step.
+void SlidePanel(HWND hPanel, int nFrom, int nTo);
+
+// Slides the panel by nDelta, a multiple of 8, from the width that it has now.
+void SlidePanelBy(HWND hPanel, int nDelta);

@@ -1,0 +1,384 @@
+// The panel: opening, monitor list, tree, widths and pages.
+#include "panel/panel.h"
+
+#include "kernel/kernel_thread.h"
+#include "kernel/kernel_window.h"
+#include "kernel/plugin.h"
+#include "monitor/monitor_table.h"
+#include "monitor/vcp.h"
+#include "panel/resources/resource.h"
+#include "support/panel_session.h"
+#include "support/replaced_imports.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+const Lines openingTree = {"Lumivane2",    "  アプリケーション登録", "    色設定",         "  ネットワーク設定",
+                           "    通信ログ", "  ボタンロック",         "  タイマー予約設定", "  バージョン情報"};
+
+Lines Without(Lines lines, const std::string &text)
+{
+    std::erase_if(lines, [&](const std::string &line) { return line.find(text) != std::string::npos; });
+    return lines;
+}
+
+// The launcher's items stand behind the button lock.
+Lines WithLauncher(Lines lines, const Lines &buttons)
+{
+    Lines launcher = {"  ランチャー設定"};
+    for (const std::string &button : buttons)
+        launcher.push_back("    " + button);
+    const auto lock = std::find(lines.begin(), lines.end(), "  ボタンロック");
+    lines.insert(lock + 1, launcher.begin(), launcher.end());
+    return lines;
+}
+
+const Lines allButtons = {"B1", "B2", "B3", "B4", "B5", "POWER"};
+
+} // namespace
+
+TEST_F(PanelTest, OpensOnceAndAgain)
+{
+    ASSERT_TRUE(Open());
+    EXPECT_TRUE(IsWindowVisible(Panel()));
+    EXPECT_EQ(GetWindow(Panel(), GW_OWNER), g_hKernelWnd);
+    EXPECT_EQ(TextOf(Panel(), IDC_PANEL_HELP), "ヘルプ");
+    int result = 1;
+    host.Run([&] { result = PluginOpenPanel(nullptr); });
+    EXPECT_EQ(result, 0) << "the open one comes to the front";
+    Choose(TREE_VERSION);
+    ChooseMonitor(1);
+    Close();
+    EXPECT_EQ(Panel(), nullptr);
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(g_nCurMonitor, 0);
+    EXPECT_EQ(SelectionOf(Panel(), IDC_PANEL_MONITOR), 0);
+    EXPECT_EQ(TreeLines(GetDlgItem(Panel(), IDC_PANEL_TREE)), openingTree) << "without the launcher again";
+}
+
+TEST_F(PanelTest, OpensAsSoonAsStarted)
+{
+    ASSERT_TRUE(Start());
+    host.Run([] { EXPECT_EQ(PluginOpenPanel(nullptr), 1); });
+    EXPECT_EQ(Panel(), nullptr);
+    StartUp();
+    for (int round = 0; !Panel() && round < 500; ++round)
+        Sleep(10);
+    EXPECT_NE(Panel(), nullptr);
+}
+
+TEST_F(PanelTest, ListsMonitorsWithTheirInputs)
+{
+    const struct {
+        std::optional<LONG> input;
+        const char *entry;
+    } cases[] = {{1, "1: NRV-PA1 (アナログ) "},  {2, "2: NRV-PA1 (アナログ2) "}, {3, "3: NRV-PA1 (デジタル) "},
+                 {4, "4: NRV-PA1 (デジタル2) "}, {9, "5: NRV-PA1 (Undefined) "}, {{}, "6: NRV-PA1 (Undefined) "}};
+    host.monitors.clear();
+    Lines expected;
+    for (const auto &c : cases) {
+        host.monitors.push_back(ColorMonitor("NRV-PA1"));
+        host.monitors.back().features.erase(VCP_INPUT_SOURCE);
+        if (c.input)
+            host.monitors.back().features[VCP_INPUT_SOURCE] = {*c.input, 4};
+        expected.push_back(c.entry);
+    }
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(EntriesOf(Panel(), IDC_PANEL_MONITOR), expected);
+}
+
+// What the tree offers as the panel opens, and after a change of monitor and back.
+TEST_F(PanelTest, TreeOfEachKindOfMonitor)
+{
+    const struct {
+        const char *name;
+        void (*change)(TestMonitor &);
+        Lines opened;
+        Lines rebuilt;
+    } cases[] = {
+        {"all", [](TestMonitor &) {}, openingTree, WithLauncher(openingTree, allButtons)},
+        {"no lock", [](TestMonitor &m) { m.features.erase(VCP_BUTTON_LOCK); }, Without(openingTree, "ロック"),
+         Without(openingTree, "ロック")},
+        {"no report", [](TestMonitor &m) { m.features.erase(VCP_BUTTON_PRESSED); }, openingTree, openingTree},
+        {"few bits", [](TestMonitor &m) { m.features[VCP_BUTTON_PRESSED].maximum = 0x1F00; }, openingTree, openingTree},
+        {"no tuner", [](TestMonitor &m) { m.capabilities = "(vcp(10 60(01 03)))"; }, Without(openingTree, "タイマー"),
+         Without(WithLauncher(openingTree, allButtons), "タイマー")},
+        {"no labels", [](TestMonitor &m) { m.model = "NRV-PA9"; }, openingTree, WithLauncher(openingTree, {})},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        host.monitors[0] = ColorMonitor("NRV-PA1");
+        host.monitors[0].features[VCP_BUTTON_PRESSED] = {BUTTON_PRESSED_NONE, 0xFF00};
+        host.monitors[0].capabilities = "(vcp(10 60(01 09) F2 F4))";
+        c.change(host.monitors[0]);
+        g_bAbort = 0;
+        ResetPluginState();
+        g_hHostWnd = host.Window();
+        host.Introduce();
+        ASSERT_TRUE(Open());
+        const HWND tree = GetDlgItem(Panel(), IDC_PANEL_TREE);
+        EXPECT_EQ(TreeLines(tree), c.opened);
+        ChooseMonitor(1);
+        EXPECT_EQ(TreeLines(tree), WithLauncher(Without(openingTree, "タイマー"), allButtons)) << "the other monitor's";
+        ChooseMonitor(0);
+        EXPECT_EQ(TreeLines(tree), c.rebuilt);
+        Stop();
+    }
+}
+
+TEST_F(PanelTest, AMissingLabelLeavesItsButtonOut)
+{
+    IniFolder::Write("Launcher.ini", "[NRV-PA2]\r\nbutton2=B2\r\nbutton6=12345678901234567890\r\n");
+    ASSERT_TRUE(Open());
+    ChooseMonitor(1);
+    EXPECT_EQ(TreeLines(GetDlgItem(Panel(), IDC_PANEL_TREE)),
+              WithLauncher(Without(openingTree, "タイマー"), {"B2", "123456789012345"}));
+}
+
+// Widths are those of the item, whatever was open before; the pages stand beside the tree.
+TEST_F(PanelTest, WidthOfEachPageInEveryOrder)
+{
+    const struct {
+        TREEITEM item;
+        int widening;
+        PAGEKIND page;
+    } cases[] = {
+        {TREE_APPLICATIONS, 200, PAGE_COLOR},      {TREE_COLOR, 344, PAGE_COLOR},
+        {TREE_NETWORK, 160, PAGE_NETWORK},         {TREE_COMM_LOG, 328, PAGE_NETWORK},
+        {TREE_RESERVATION, 408, PAGE_RESERVATION}, {TREE_LAUNCHER, 376, PAGE_LAUNCHER},
+        {TREE_VERSION, 224, PAGE_VERSION},         {TREE_BUTTON_LOCK, 152, PAGE_BUTTON_LOCK},
+        {TREE_BUTTON_1, 256, PAGE_BUTTON_1},       {TREE_BUTTON_6, 256, PAGE_BUTTON_6},
+    };
+    ASSERT_TRUE(Open());
+    ChooseMonitor(1);
+    ChooseMonitor(0); // the tree with everything
+    RECT base;
+    GetWindowRect(Panel(), &base);
+    for (const auto &first : cases)
+        for (const auto &second : cases) {
+            // Launcher, version and button pages differ from the others by their numbers alone: once each will do.
+            if (first.item == second.item || (first.page >= PAGE_VERSION && first.page != PAGE_BUTTON_LOCK))
+                continue;
+            SCOPED_TRACE(std::to_string(first.item) + " then " + std::to_string(second.item));
+            Choose(first.item);
+            EXPECT_EQ(Widening(), first.widening);
+            Choose(second.item);
+            EXPECT_EQ(Widening(), second.widening);
+            for (int page = 0; page < PAGE_COUNT; ++page)
+                EXPECT_EQ(Page(static_cast<PAGEKIND>(page)) != nullptr, page == second.page) << page;
+            POINT corner = {};
+            MapWindowPoints(Page(second.page), Panel(), &corner, 1);
+            EXPECT_EQ(corner.x, 178);
+            EXPECT_EQ(corner.y, 0);
+        }
+    Choose(TREE_ROOT);
+    EXPECT_EQ(Widening(), 0);
+    for (int page = 0; page < PAGE_COUNT; ++page)
+        EXPECT_EQ(Page(static_cast<PAGEKIND>(page)), nullptr);
+    RECT now;
+    GetWindowRect(Panel(), &now);
+    EXPECT_TRUE(EqualRect(&now, &base));
+}
+
+// The second half of a page that is open is only uncovered.
+TEST_F(PanelTest, SecondHalfOfAnOpenPage)
+{
+    const struct {
+        TREEITEM half, whole;
+        PAGEKIND page;
+        int toggle;
+        const char *text;
+        int widening;
+    } cases[] = {
+        {TREE_APPLICATIONS, TREE_COLOR, PAGE_COLOR, IDC_COLOR_TOGGLE, "色設定画面を閉じる", 344},
+        {TREE_NETWORK, TREE_COMM_LOG, PAGE_NETWORK, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる", 328},
+    };
+    ASSERT_TRUE(Open());
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text);
+        Choose(TREE_ROOT);
+        Choose(c.half);
+        const HWND page = Page(c.page);
+        EXPECT_FALSE(IsChecked(page, c.toggle));
+        Choose(c.whole);
+        EXPECT_EQ(Page(c.page), page) << "not created anew";
+        EXPECT_EQ(Widening(), c.widening);
+        EXPECT_TRUE(IsChecked(page, c.toggle));
+        EXPECT_EQ(TextOf(page, c.toggle), c.text);
+        Choose(TREE_ROOT);
+        Choose(c.whole);
+        EXPECT_EQ(Widening(), c.widening) << "from the base width";
+        EXPECT_TRUE(IsChecked(Page(c.page), c.toggle));
+        // A page that closed itself leaves its width behind.
+        Choose(c.half);
+        SendMessageA(Page(c.page), WM_CLOSE, 0, 0);
+        EXPECT_EQ(Page(c.page), nullptr);
+        Choose(c.whole);
+        EXPECT_NE(Page(c.page), nullptr);
+    }
+}
+
+TEST_F(PanelTest, AChangeOfMonitorReturnsToTheBaseWidth)
+{
+    ASSERT_TRUE(Open());
+    Choose(TREE_BUTTON_LOCK);
+    host.TakeLog();
+    ChooseMonitor(0);
+    EXPECT_EQ(host.TakeLog(), Lines{}) << "the same one again";
+    EXPECT_EQ(Widening(), 152);
+    ChooseMonitor(1);
+    EXPECT_EQ(g_nCurMonitor, 1);
+    EXPECT_EQ(Widening(), 0);
+    Choose(TREE_VERSION);
+    EXPECT_EQ(Page(PAGE_BUTTON_LOCK), nullptr);
+}
+
+TEST_F(PanelTest, WithoutAMonitor)
+{
+    ASSERT_TRUE(Start());
+    StartUp();
+    g_bNoMonitor = 1;
+    ASSERT_TRUE(Open());
+    const HWND tree = GetDlgItem(Panel(), IDC_PANEL_TREE);
+    EXPECT_EQ(TreeLines(tree), (Lines{"Lumivane2", "  バージョン情報"}));
+    EXPECT_FALSE(IsEnabled(Panel(), IDC_PANEL_MONITOR));
+    // With its list disabled the panel opens on the tree, whose first item it then shows.
+    constexpr int opened = 400;
+    Choose(TREE_VERSION);
+    EXPECT_EQ(Widening(), 224 - opened);
+    Choose(TREE_ROOT);
+    EXPECT_EQ(Widening(), 400 - opened);
+    EXPECT_EQ(Page(PAGE_VERSION), nullptr);
+    const HWND page = GetWindow(GetDlgItem(Panel(), IDC_PANEL_DEBUG), GW_HWNDNEXT);
+    TakeRecordedCalls();
+    Click(page, IDC_NO_MONITOR_LIST);
+    EXPECT_EQ(TakeRecordedCalls().size(), 1u) << "opened in the browser";
+    Choose(TREE_VERSION);
+    EXPECT_TRUE(IsWindow(page)) << "forgotten with the click, so not destroyed";
+    Close();
+    EXPECT_FALSE(IsWindow(page));
+    g_bNoMonitor = 0;
+}
+
+TEST_F(PanelTest, HelpAndLogo)
+{
+    ASSERT_TRUE(Open());
+    char directory[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, directory, sizeof directory);
+    *(strrchr(directory, '\\') + 1) = '\0';
+    Click(Panel(), IDC_PANEL_HELP);
+    EXPECT_EQ(TakeRecordedCalls(), (Lines{std::string("ShellExecute open|lumvanap.chm||") + directory + "|5"}));
+    SendDlgItemMessageA(Panel(), IDC_PANEL_LOGO, WM_LBUTTONDOWN, 0, 0);
+    SendDlgItemMessageA(Panel(), IDC_PANEL_LOGO, WM_LBUTTONUP, 0, 0);
+    EXPECT_EQ(TakeRecordedCalls().size(), 1u);
+    EXPECT_EQ(TipOf(Panel(), IDC_PANEL_LOGO), "インターネットに接続して、弊社ホームページへ移動します。");
+    EXPECT_NE(SendDlgItemMessageA(Panel(), IDC_PANEL_LOGO, STM_GETIMAGE, IMAGE_BITMAP, 0), 0);
+}
+
+// ---- Mouse and keyboard of the X server ---------------------------------------------------------------------------
+
+namespace {
+
+// Gives xdotool words such as "mousemove 10 20 click 1". Wine starts programs of the system beneath, too, and tells
+// nothing of their end: wait for what they bring about.
+void GiveInput(const std::string &words)
+{
+    std::string command = "Z:\\usr\\bin\\xdotool " + words;
+    STARTUPINFOA start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process = {};
+    ASSERT_TRUE(
+        CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+}
+
+// A point of a window in screen coordinates, as words: "mousemove X Y ".
+std::string MoveTo(HWND window, int x, int y)
+{
+    POINT point = {x, y};
+    ClientToScreen(window, &point);
+    return "mousemove " + std::to_string(point.x) + " " + std::to_string(point.y) + " ";
+}
+
+// A tree item's middle, or what the tree shows of it.
+std::string MoveToItem(HWND tree, TREEITEM item)
+{
+    RECT place = {}; // names the item first
+    const HTREEITEM handle = TreeItemHandle(item);
+    memcpy(&place, &handle, sizeof handle);
+    SendMessageA(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
+    return MoveTo(tree, (place.left + place.right) / 2, (place.top + place.bottom) / 2);
+}
+
+// Whether something comes about within ten seconds.
+bool Comes(const std::function<bool()> &what)
+{
+    for (int round = 0; round < 1000; ++round) {
+        if (what())
+            return true;
+        Sleep(10);
+    }
+    return false;
+}
+
+} // namespace
+
+TEST_F(PanelTest, IsDrivenByRealMouseAndKeyboard)
+{
+    if (GetFileAttributesA("Z:\\usr\\bin\\xdotool") == INVALID_FILE_ATTRIBUTES)
+        GTEST_SKIP() << "no X server with xdotool";
+    host.monitors[0].features[VCP_COLOR_PRESET].current = 5;
+    ASSERT_TRUE(Open());
+    const HWND tree = GetDlgItem(Panel(), IDC_PANEL_TREE);
+    GiveInput(MoveToItem(tree, TREE_ROOT) + "click 1");
+    ASSERT_TRUE(Comes([&] { return IsWindowVisible(Panel()) && SelectedTreeItem(Panel()) == TREE_ROOT; }));
+    // Right opens what is closed, down goes on: "アプリケーション登録", then "色設定" below it.
+    GiveInput("key Right key Down");
+    ASSERT_TRUE(Comes([&] { return Page(PAGE_COLOR) && Widening() == 200; }));
+    GiveInput("key Right key Down");
+    ASSERT_TRUE(Comes([&] { return Widening() == 344; }));
+
+    const HWND slider = GetDlgItem(Page(PAGE_COLOR), IDC_COLOR_CONTRAST_SLIDER);
+    RECT thumb;
+    SendMessageA(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
+    const int x = (thumb.left + thumb.right) / 2, y = (thumb.top + thumb.bottom) / 2;
+    host.TakeLog();
+    GiveInput(MoveTo(slider, x, y) + "mousedown 1 " + MoveTo(slider, x - 10, y) + MoveTo(slider, x - 20, y) +
+              "mouseup 1");
+    const auto contrast = [&] {
+        const auto lock = host.Lock();
+        return host.monitors[0].features[VCP_CONTRAST].current;
+    };
+    ASSERT_TRUE(Comes([&] { return contrast() < 70; })) << "the monitor followed the thumb";
+    EXPECT_EQ(TextOf(Page(PAGE_COLOR), IDC_COLOR_CONTRAST_EDIT), std::to_string(contrast()));
+    const LONG dragged = contrast();
+    GiveInput("key Right");
+    EXPECT_TRUE(Comes([&] { return contrast() == dragged + 1; })) << "and the arrow key";
+}
+
+TEST_F(PanelTest, NothingRemainsOfAnOpening)
+{
+    ASSERT_TRUE(Open());
+    ChooseMonitor(1);
+    ChooseMonitor(0);
+    const auto showEveryPage = [&] {
+        for (int item = TREE_ROOT; item < TREE_ITEM_COUNT; ++item)
+            Choose(static_cast<TREEITEM>(item));
+    };
+    showEveryPage();
+    Close();
+    const int handles = CountHandles(), windows = CountWindows();
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_TRUE(Open());
+        if (round % 5 == 0) {
+            ChooseMonitor(1);
+            showEveryPage();
+        }
+        Close();
+    }
+    EXPECT_EQ(CountHandles(), handles);
+    EXPECT_EQ(CountWindows(), windows);
+}

@@ -1,0 +1,180 @@
+// Counters of handles, windows, GDI objects and heap blocks.
+#include "support/resource_counts.h"
+
+#include <windows.h>
+#include <winternl.h>
+
+#include <cstring>
+#include <vector>
+
+// ---- Handles ------------------------------------------------------------------------------------------------------
+
+// GetProcessHandleCount tells nothing under Wine; the system's table of handles does, there and on Windows.
+static int CountHandlesNow()
+{
+    struct Entry {
+        ULONG process;
+        BYTE type;
+        BYTE flags;
+        USHORT handle;
+        void *object;
+        ACCESS_MASK access;
+    };
+    const auto query = reinterpret_cast<decltype(&NtQuerySystemInformation)>(
+        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), "NtQuerySystemInformation")));
+    std::vector<BYTE> table(1 << 20);
+    ULONG needed = 0;
+    while (query(static_cast<SYSTEM_INFORMATION_CLASS>(16), table.data(), static_cast<ULONG>(table.size()), &needed) ==
+           static_cast<NTSTATUS>(0xC0000004))
+        table.resize(table.size() * 2);
+    ULONG count;
+    memcpy(&count, table.data(), sizeof count);
+    int own = 0;
+    for (ULONG index = 0; index < count; ++index) {
+        Entry entry;
+        memcpy(&entry, table.data() + sizeof count + index * sizeof entry, sizeof entry);
+        own += entry.process == GetCurrentProcessId();
+    }
+    return own;
+}
+
+// Threads that have just ended, and a listener between two commands, close handles a moment later.
+int CountHandles()
+{
+    constexpr int LOOKS = 200, SAME = 5;
+    int count = CountHandlesNow();
+    for (int look = 0, same = 0; look < LOOKS && same < SAME; ++look) {
+        Sleep(10);
+        const int now = CountHandlesNow();
+        same = now == count ? same + 1 : 0;
+        count = now;
+    }
+    return count;
+}
+
+// ---- Windows ------------------------------------------------------------------------------------------------------
+
+static BOOL CALLBACK CountChild(HWND, LPARAM sum)
+{
+    ++*reinterpret_cast<int *>(sum);
+    return TRUE;
+}
+
+static BOOL CALLBACK CountOwnWindow(HWND window, LPARAM sum)
+{
+    DWORD process;
+    GetWindowThreadProcessId(window, &process);
+    if (process != GetCurrentProcessId())
+        return TRUE;
+    ++*reinterpret_cast<int *>(sum);
+    EnumChildWindows(window, CountChild, sum);
+    return TRUE;
+}
+
+int CountWindows()
+{
+    int count = 0;
+    EnumWindows(CountOwnWindow, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+// ---- GDI objects --------------------------------------------------------------------------------------------------
+
+// Wine keeps its table where 32-bit Windows of those days did, and tells nothing through GetGuiResources.
+static int CountGdiTable()
+{
+    constexpr size_t TABLE_OFFSET = 0x94; // in the process environment block
+    constexpr size_t ENTRIES = 0x4000, ENTRY_SIZE = 24, TYPE_OFFSET = 14;
+    const auto environment = reinterpret_cast<const BYTE *(WINAPI *)()>(
+        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), "RtlGetCurrentPeb")));
+    const BYTE *block = environment();
+    const BYTE *table;
+    memcpy(&table, block + TABLE_OFFSET, sizeof table);
+    int count = 0;
+    for (size_t entry = 0; table && entry < ENTRIES; ++entry)
+        count += table[entry * ENTRY_SIZE + TYPE_OFFSET] != 0;
+    return count;
+}
+
+static bool IsWine()
+{
+    return GetProcAddress(GetModuleHandleA("ntdll"), "wine_get_version") != nullptr;
+}
+
+int CountGdiObjects()
+{
+    return IsWine() ? CountGdiTable() : static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
+}
+
+// ---- Heap ---------------------------------------------------------------------------------------------------------
+
+int CountHeapBlocks()
+{
+    const HANDLE heap = GetProcessHeap();
+    PROCESS_HEAP_ENTRY entry = {};
+    int count = 0;
+    HeapLock(heap);
+    while (HeapWalk(heap, &entry))
+        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    HeapUnlock(heap);
+    return count;
+}
+
+// ---- All ----------------------------------------------------------------------------------------------------------
+
+static const struct {
+    const char *name;
+    int (*count)();
+} s_Kinds[RESOURCE_KINDS] = {
+    {"handles", CountHandles},
+    {"windows", CountWindows},
+    {"GDI objects", CountGdiObjects},
+    {"heap blocks", CountHeapBlocks},
+};
+
+RESOURCECOUNTS CountResources()
+{
+    RESOURCECOUNTS counts;
+    for (size_t kind = 0; kind < counts.size(); ++kind)
+        counts[kind] = s_Kinds[kind].count();
+    return counts;
+}
+
+RESOURCECOUNTS CountResourcesNow()
+{
+    return {CountHandlesNow(), CountWindows(), CountGdiObjects(), CountHeapBlocks()};
+}
+
+const char *ResourceName(int kind)
+{
+    return s_Kinds[kind].name;
+}
+
+static const char *FindUnmoved(const RESOURCECOUNTS &before, const RESOURCECOUNTS &after, int by)
+{
+    for (size_t kind = 0; kind < before.size(); ++kind)
+        if (after[kind] < before[kind] + by || (by == 0 && after[kind] > before[kind]))
+            return s_Kinds[kind].name;
+    return nullptr;
+}
+
+const char *FindDeafCounter()
+{
+    // Once for what the first window, font and so on of a program bring along for good.
+    for (int round = 0;; ++round) {
+        const RESOURCECOUNTS before = CountResources();
+        const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        const HWND window = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+        const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+        void *block = HeapAlloc(GetProcessHeap(), 0, 10);
+        const RESOURCECOUNTS leaked = CountResources();
+        HeapFree(GetProcessHeap(), 0, block);
+        DeleteObject(brush);
+        DestroyWindow(window);
+        CloseHandle(event);
+        if (round > 0) {
+            const char *deaf = FindUnmoved(before, leaked, 1);
+            return deaf ? deaf : FindUnmoved(before, CountResources(), 0);
+        }
+    }
+}

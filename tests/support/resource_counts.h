@@ -1,0 +1,21 @@
+// What belongs to this process, as the system counts it, under Wine as well as under Windows. For "the count after is
+// the count before".
+#pragma once
+
+#include <array>
+
+int CountHandles();    // kernel handles, once their number has settled
+int CountWindows();    // windows of all threads, with the windows inside them
+int CountGdiObjects(); // pens, brushes, fonts, bitmaps, regions, device contexts
+int CountHeapBlocks(); // allocated blocks of the process heap
+
+// All of them.
+constexpr int RESOURCE_KINDS = 4;
+using RESOURCECOUNTS = std::array<int, RESOURCE_KINDS>;
+RESOURCECOUNTS CountResources();
+RESOURCECOUNTS CountResourcesNow(); // without waiting for the handles to settle: for a quick look that finds nothing
+const char *ResourceName(int kind); // "handles" and so on
+
+// Leaks one of each kind on purpose, looks whether its counter moves by it, and releases it again. Result: the name of
+// the first counter that does not; null when all do.
+const char *FindDeafCounter();
