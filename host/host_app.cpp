@@ -6,8 +6,8 @@
 #include "host/packet_log.h"
 #include "host/resource.h"
 #include "host/text.h"
-#include "host/tour.h"
-#include "host/tour_settings.h"
+#include "host/tour/tour.h"
+#include "host/tour/tour_settings.h"
 #include "host/tray.h"
 
 constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
@@ -27,6 +27,16 @@ static void OnOpenPanel(HOSTAPP *app)
     LogLine("host>plugin", "slot", Format("slot=%d result=%d", PLUGIN_SLOT_OPEN_PANEL, result));
 }
 
+// Its window opens when the plug-in has found monitors, so without any the wish would seem to get lost.
+static void OnOpenPanelByHand(HOSTAPP *app)
+{
+    SetForegroundWindow(app->hWnd); // or the panel would come up behind the program that the user was at
+    OnOpenPanel(app);
+    if (!HasNotice(&app->router, HOST_NOTICE_STARTED) && MillisecondsSincePacket(&app->router) > QUIET_TIME)
+        MessageBoxW(app->hWnd, L"モニタがまだ見つかっていません。\nパネルは、モニタが見つかると開きます。", L"Trayhub",
+                    MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
+}
+
 static void OnAbout(HOSTAPP *app)
 {
     const PLUGINTEXTS texts = GetPluginTexts(&app->plugin);
@@ -38,7 +48,7 @@ static void OnCommand(HOSTAPP *app, WORD command)
 {
     switch (command) {
     case IDM_OPEN_PANEL:
-        OnOpenPanel(app);
+        OnOpenPanelByHand(app);
         break;
     case IDM_SHOW_MONITORS:
         ShowMonitorWindows();
@@ -59,7 +69,7 @@ static void OnTray(HOSTAPP *app, LPARAM mouseMessage)
     if (mouseMessage == WM_RBUTTONUP)
         OpenTrayMenu(app->hWnd, app->hInstance);
     else if (mouseMessage == WM_LBUTTONDBLCLK)
-        OnOpenPanel(app);
+        OnOpenPanelByHand(app);
 }
 
 // Who began with windows ends with the last one: where there is no notification area, nothing else would be left to
@@ -119,6 +129,8 @@ static void OnStartUpTimer(HOSTAPP *app)
     app->commandsDone = true;
     if (started) {
         LogEvent("the plug-in has started");
+        if (app->options.panel)
+            OnOpenPanel(app);
         RunCommands(app);
         return;
     }

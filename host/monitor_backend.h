@@ -13,16 +13,22 @@ enum MONITORRESULT {
     MONITOR_SILENT,  // never came to an end: the plug-in gets no reply, either
 };
 
-// Called on the router's worker thread only, one call at a time. `context` is the table's own pointer. `monitor` is a
-// zero-based index below count(); any other must be refused with MONITOR_FAILED.
+// How long the plug-in's request may take in all, in ms: less than the ten seconds that the plug-in waits for its
+// reply.
+constexpr DWORD ACCESS_PATIENCE = 8000;
+
+// Called on the router's worker threads: one call at a time for each monitor, those for different monitors at the same
+// time. `context` is the table's own pointer. `monitor` is a zero-based index below count(); any other must be refused
+// with MONITOR_FAILED. `patience` is how many ms are left for the call, 1 to ACCESS_PATIENCE; what takes longer has
+// failed. Texts are padded with zeros.
 struct MONITORBACKEND {
     void *context;
     int (*count)(void *context);
-    MONITORRESULT (*name)(void *context, int monitor, char text[HOST_NAME_SIZE]);                 // zero-padded
-    MONITORRESULT (*capabilities)(void *context, int monitor, char text[HOST_CAPABILITIES_SIZE]); // zero-padded
+    MONITORRESULT (*name)(void *context, int monitor, DWORD patience, char text[HOST_NAME_SIZE]);
+    MONITORRESULT (*capabilities)(void *context, int monitor, DWORD patience, char text[HOST_CAPABILITIES_SIZE]);
     MONITORRESULT (*edid)(void *context, int monitor, BYTE block[HOST_EDID_SIZE]);
-    MONITORRESULT (*getVcp)(void *context, int monitor, BYTE code, WORD *value, WORD *maximum);
-    MONITORRESULT (*setVcp)(void *context, int monitor, BYTE code, WORD value);
+    MONITORRESULT (*getVcp)(void *context, int monitor, DWORD patience, BYTE code, WORD *value, WORD *maximum);
+    MONITORRESULT (*setVcp)(void *context, int monitor, DWORD patience, BYTE code, WORD value);
     // The plug-in tells which input sources a monitor offers: flag n is not 0 for input source value n.
     MONITORRESULT (*inputList)(void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]);
     // The plug-in lets a monitor's colours follow the program in front, or no longer; monitor -1 stands for all.

@@ -270,7 +270,7 @@ static void DrawScreen(HDC hDC, const MONITORSTATE &state)
 }
 
 // Buttons stand at the right, in order, without gaps for those that the monitor has not.
-static RECT ButtonBox(const MONITORSTATE &state, int button)
+RECT MonitorButtonPlace(const MONITORSTATE &state, int button)
 {
     int behind = 0;
     for (int i = button; i < MONITOR_BUTTON_COUNT; i++)
@@ -289,7 +289,7 @@ static void DrawButton(HDC hDC, const MONITORSTATE &state, int button, bool isHe
 {
     const bool isLocked = (state.lockMask & ButtonBit(button)) != 0;
     const bool isPower = button == MONITOR_BUTTON_COUNT;
-    const RECT box = ButtonBox(state, button);
+    const RECT box = MonitorButtonPlace(state, button);
     FillShape(hDC, box, 6, isHeld ? COLOR_BUTTON_HELD : isLocked ? COLOR_BUTTON_LOCKED : COLOR_BUTTON, COLOR_BODY_LINE);
     DrawLine(hDC, box, Widen(state.labels[static_cast<size_t>(button - 1)]),
              isLocked ? COLOR_LABEL_LOCKED : COLOR_LABEL, DT_CENTER);
@@ -326,7 +326,7 @@ void DrawMonitor(HDC hDC, const MONITORSTATE &state, int heldButton)
 int MonitorButtonAt(const MONITORSTATE &state, POINT point)
 {
     for (int button = 1; button <= MONITOR_BUTTON_COUNT; button++) {
-        const RECT box = ButtonBox(state, button);
+        const RECT box = MonitorButtonPlace(state, button);
         if (!state.labels[static_cast<size_t>(button - 1)].empty() && PtInRect(&box, point))
             return button;
     }

@@ -12,5 +12,8 @@ constexpr int MONITOR_PICTURE_HEIGHT = 220;
 // down, 0 for none. Window's thread.
 void DrawMonitor(HDC hDC, const MONITORSTATE &state, int heldButton);
 
+// Where a button (1 to 6) that the monitor has stands in the picture.
+RECT MonitorButtonPlace(const MONITORSTATE &state, int button);
+
 // The button (1 to 6) at a point of the picture; 0 where there is none.
 int MonitorButtonAt(const MONITORSTATE &state, POINT point);

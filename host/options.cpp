@@ -99,6 +99,7 @@ static const struct OPTIONKIND {
      nullptr, TakeMonitors},
     {"--windows", nullptr, "show the monitors' windows at the start; the program then ends when the last is closed",
      &OPTIONS::windows, nullptr},
+    {"--panel", nullptr, "open the plug-in's panel as soon as it has found its monitors", &OPTIONS::panel, nullptr},
     {"--no-tray", nullptr,
      "no tray icon; the program ends when its last window is closed.\n"
      "A right click on a monitor's window opens the menu, with or without a tray icon",
@@ -116,8 +117,12 @@ static const struct OPTIONKIND {
      &OPTIONS::quit, nullptr},
     {"--log", "FILE", "write every packet and every access to a monitor to FILE", nullptr, TakeLog},
     {"--tour", "FOLDER",
-     "show by itself what the program does, then end. At each step worth a picture the line\n"
-     "PICTURE NAME is printed, and FOLDER\\NAME.png is waited for, for a few seconds.\n"
+     "show by itself what the program does, then end. Whoever starts it takes the pictures and\n"
+     "gives the input that it asks for, a line each:\n"
+     "  PICTURE NAME [WxH+LEFT+TOP]   of the screen or a part, with the mouse out of the way and\n"
+     "                                everything painted, to FOLDER\\NAME.png\n"
+     "  MOVE X Y, CLICK X Y, RIGHT-CLICK X Y, DRAG X Y X Y, KEY NAME ..., TYPE TEXT\n"
+     "                                mouse and keyboard; FOLDER\\done tells that it was given\n"
      "Status 1 when a step fails",
      nullptr, TakeTour},
 };

@@ -11,7 +11,8 @@ struct OPTIONS {
     bool help;
     bool windows; // show the monitors' windows at the start
     bool noTray;
-    bool quit; // end by ourselves after start-up and commands
+    bool panel; // open the plug-in's panel at the start
+    bool quit;  // end by ourselves after start-up and commands
     std::string plugin;
     std::vector<std::string> monitors; // files and folders; empty: no monitors at all
     std::string log;                   // empty: none

@@ -38,9 +38,10 @@ static MONITORRESULT AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *r
     const BYTE code = static_cast<BYTE>(wide);
     const WORD value = PayloadWord(request, 4);
     const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        wide > 0xFF ? MONITOR_FAILED
-                    : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), code, value);
+    const MONITORRESULT result = wide > 0xFF
+                                     ? MONITOR_FAILED
+                                     : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)),
+                                                       ACCESS_PATIENCE, code, value);
     LogAccess("write", request, CodeFields(code) + Format(" value=%u", value), result, start);
     AppendDword(answer, IsDone(result));
     return result;
@@ -52,10 +53,10 @@ static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *r
     const BYTE code = static_cast<BYTE>(wide);
     WORD value = 0, maximum = 0;
     const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        wide > 0xFF
-            ? MONITOR_FAILED
-            : backend->getVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), code, &value, &maximum);
+    const MONITORRESULT result = wide > 0xFF
+                                     ? MONITOR_FAILED
+                                     : backend->getVcp(backend->context, static_cast<int>(PayloadDword(request, 0)),
+                                                       ACCESS_PATIENCE, code, &value, &maximum);
     LogAccess("read", request, CodeFields(code) + (IsDone(result) ? Format(" value=%u max=%u", value, maximum) : ""),
               result, start);
     AppendDword(answer, IsDone(result) ? value : 0xFFFFFFFF);
@@ -96,7 +97,8 @@ static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *req
 {
     char text[HOST_NAME_SIZE] = {};
     const DWORD start = GetTickCount();
-    const MONITORRESULT result = backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), text);
+    const MONITORRESULT result =
+        backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), ACCESS_PATIENCE, text);
     LogAccess("name", request, "", result, start);
     answer->assign(text, text + sizeof(text));
     return result;
@@ -107,7 +109,7 @@ static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PAC
     char text[HOST_CAPABILITIES_SIZE] = {};
     const DWORD start = GetTickCount();
     const MONITORRESULT result =
-        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), text);
+        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), ACCESS_PATIENCE, text);
     LogAccess("capabilities", request, "", result, start);
     answer->assign(text, text + sizeof(text));
     return result;

@@ -61,10 +61,10 @@ ENDPOINT HostEndpoint();
 
 // WM_HOST_PACKET: takes a request or notice. Never waits and never calls the plug-in. A packet that is malformed or of
 // an unknown command is logged and gets no answer. Returns 1 when it was taken, else 0.
-LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *packet);
+LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *source);
 
 // WM_HOST_REPLY: keeps the plug-in's reply to a command for TakeReply. Returns 1 when it was taken, else 0.
-LRESULT RouterTakeReply(ROUTER *router, const HOSTPACKET *packet);
+LRESULT RouterTakeReply(ROUTER *router, const HOSTPACKET *source);
 
 // Takes the oldest reply that nobody has taken yet; false when there is none.
 bool TakeReply(ROUTER *router, PACKET *reply);

@@ -61,6 +61,7 @@ void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
     monitor->codes = CapabilityCodes(file.capabilities);
     monitor->pressed = NO_BUTTON;
     monitor->press = PRESS_NONE;
+    monitor->pressCount = 0;
     monitor->directLink = false;
     for (const CAPABILITYCODE &listed : monitor->codes)
         AddListedFeature(monitor, listed);
@@ -207,7 +208,7 @@ static MONITORRESULT BeginAccess(SIMULATION *simulation, int index, int code)
 }
 
 // The name is what the host knows from the EDID: no access to the monitor's DDC/CI side.
-static MONITORRESULT Name(void *context, int index, char text[HOST_NAME_SIZE])
+static MONITORRESULT Name(void *context, int index, DWORD, char text[HOST_NAME_SIZE])
 {
     std::lock_guard lock(From(context)->mutex);
     const SIMULATEDMONITOR *monitor = MonitorAt(From(context), index);
@@ -218,7 +219,7 @@ static MONITORRESULT Name(void *context, int index, char text[HOST_NAME_SIZE])
     return MONITOR_OK;
 }
 
-static MONITORRESULT Capabilities(void *context, int index, char text[HOST_CAPABILITIES_SIZE])
+static MONITORRESULT Capabilities(void *context, int index, DWORD, char text[HOST_CAPABILITIES_SIZE])
 {
     const MONITORRESULT result = BeginAccess(From(context), index, -1);
     if (result != MONITOR_OK)
@@ -240,7 +241,7 @@ static MONITORRESULT Edid(void *context, int index, BYTE block[HOST_EDID_SIZE])
     return MONITOR_OK;
 }
 
-static MONITORRESULT GetVcp(void *context, int index, BYTE code, WORD *value, WORD *maximum)
+static MONITORRESULT GetVcp(void *context, int index, DWORD, BYTE code, WORD *value, WORD *maximum)
 {
     const MONITORRESULT result = BeginAccess(From(context), index, code);
     if (result != MONITOR_OK)
@@ -263,7 +264,7 @@ static MONITORRESULT GetVcp(void *context, int index, BYTE code, WORD *value, WO
 }
 
 // A monitor does not acknowledge a write, so one that it does not know counts as taken and without effect.
-static MONITORRESULT SetVcp(void *context, int index, BYTE code, WORD value)
+static MONITORRESULT SetVcp(void *context, int index, DWORD, BYTE code, WORD value)
 {
     MONITORRESULT result = BeginAccess(From(context), index, code);
     if (result != MONITOR_OK)
@@ -336,6 +337,7 @@ bool PressMonitorButton(SIMULATION *simulation, int index, int button)
         const bool isLocked = (LockMask(monitor) & bit) != 0;
         const SIMULATEDFEATURE *reports = ButtonRegister(monitor);
         const bool isReported = reports && !(isLocked && reports->file.hidesLocked);
+        monitor->pressCount++;
         monitor->press = isReported ? PRESS_WAITING : PRESS_UNREPORTED;
         if (isReported)
             monitor->pressed = bit;
@@ -378,6 +380,7 @@ MONITORSTATE GetMonitorState(SIMULATION *simulation, int index)
     state.hasLock = features[VCP_BUTTON_LOCK].present;
     state.pressed = monitor->pressed;
     state.press = monitor->press;
+    state.pressCount = monitor->pressCount;
     state.brightness = LevelOf(monitor, VCP_BRIGHTNESS);
     state.contrast = LevelOf(monitor, VCP_CONTRAST);
     state.gains[0] = LevelOf(monitor, VCP_RED);

@@ -58,6 +58,7 @@ struct SIMULATEDMONITOR {
     SIMULATEDFEATURE features[256];
     BYTE pressed;    // the button register
     PRESSFATE press; // of the press made last
+    unsigned pressCount;
     bool directLink; // the plug-in said so
 };
 
@@ -87,7 +88,7 @@ MONITORBACKEND SimulationBackend(SIMULATION *simulation);
 
 // A person presses button 1 to 6. The button register takes it until it is cleared; a locked button does nothing of its
 // own (POWER does not switch the monitor off). Returns false for a button that the monitor has not.
-bool PressMonitorButton(SIMULATION *simulation, int monitor, int button);
+bool PressMonitorButton(SIMULATION *simulation, int index, int button);
 
 // What can be seen of a monitor from outside.
 struct MONITORSTATE {
@@ -97,9 +98,10 @@ struct MONITORSTATE {
     bool reportsButtons, hasLock;
     BYTE lockMask, pressed; // pressed: what the button register holds, NO_BUTTON without one
     PRESSFATE press;
+    unsigned pressCount; // presses so far
     WORD input, preset, channel;
     struct LEVEL {
         WORD value, maximum; // both 0 when the monitor has no such control
     } brightness, contrast, gains[3];
 };
-MONITORSTATE GetMonitorState(SIMULATION *simulation, int monitor);
+MONITORSTATE GetMonitorState(SIMULATION *simulation, int index);

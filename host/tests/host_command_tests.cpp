@@ -43,7 +43,7 @@ protected:
                 RouterTakeReply(&router, &reply.header);
             return 1;
         };
-        const HOSTANSWER answer = SendHostCommand(&router, command);
+        HOSTANSWER answer = SendHostCommand(&router, command);
         text = DescribeHostAnswer(command, answer);
         wentWell = WentWell(command, answer);
         return answer;
@@ -66,7 +66,7 @@ static std::vector<BYTE> Bytes(std::initializer_list<int> values)
 TEST_F(HostCommand, SendsTheLayoutAndReadsTheReply)
 {
     std::vector<BYTE> identity(140, 0);
-    memcpy(&identity[0], "user", 4);
+    memcpy(identity.data(), "user", 4);
     memcpy(&identity[64], "a \"group\"", 9);
     identity[128] = 0xAB;
     const std::vector<BYTE> settings = Bytes({0, 0, 0, 0, 0, 0, 80, 0, 50, 0, 1, 0, 2, 0, 255, 255, 5, 0});

@@ -83,8 +83,8 @@ TEST(Options, AreReadOrRefused)
         const char *error; // null: good
     } cases[] = {
         {{}, nullptr},
-        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--quit", "--log", "l", "--plugin", "p", "--tour",
-          "t"},
+        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--panel", "--quit", "--log", "l", "--plugin", "p",
+          "--tour", "t"},
          nullptr},
         {{"--command", "count", "--command", "get-vcp 10"}, nullptr},
         {{"--press", "1:MENU", "--press", " 2 : 6"}, nullptr},
@@ -108,7 +108,7 @@ TEST(Options, AreReadOrRefused)
     std::string error;
     ParseOptions(cases[1].words, &options, &error);
     EXPECT_EQ(options.monitors, (std::vector<std::string>{"a.ini", "b.ini"}));
-    EXPECT_TRUE(options.windows && options.noTray && options.quit && !options.help);
+    EXPECT_TRUE(options.windows && options.noTray && options.panel && options.quit && !options.help);
     EXPECT_EQ(options.log + options.plugin + options.tour, "lpt");
     ParseOptions({"--monitors", "none"}, &options, &error);
     EXPECT_TRUE(options.monitors.empty());

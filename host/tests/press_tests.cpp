@@ -1,6 +1,7 @@
 // Presses of the command line: what they mean, in which order they are made, and what is said about each.
 #include <gtest/gtest.h>
 
+#include "host/monitor_picture.h"
 #include "host/press.h"
 
 static const char s_reporting[] = "[monitor]\nmodel = FIRST\ncapabilities = (vcp(10 F2 F4))\n"
@@ -38,10 +39,10 @@ public:
     int Look()
     {
         WORD value = 0, maximum = 0;
-        backend.getVcp(backend.context, 0, 0xF4, &value, &maximum);
+        backend.getVcp(backend.context, 0, ACCESS_PATIENCE, 0xF4, &value, &maximum);
         return value >> 8;
     }
-    void Clear() { backend.setVcp(backend.context, 0, 0xF4, NO_BUTTON); }
+    void Clear() { backend.setVcp(backend.context, 0, ACCESS_PATIENCE, 0xF4, NO_BUTTON); }
 
     int Poll()
     {
@@ -140,4 +141,22 @@ TEST_F(Press, NotTakenIsAFailureAndHoldsNothingUp)
     PRESSRUN run = {};
     EXPECT_TRUE(StepPresses(&run, Presses({"2:MENU"}), &simulation, 0)) << "nobody waits for what is not reported";
     EXPECT_TRUE(run.failed);
+}
+
+TEST_F(Press, ReachesTheButtonsWhereTheyStandInThePicture)
+{
+    for (int monitor = 0; monitor < 2; monitor++) {
+        const MONITORSTATE state = GetMonitorState(&simulation, monitor);
+        for (int button = 1; button <= MONITOR_BUTTON_COUNT; button++) {
+            const RECT place = MonitorButtonPlace(state, button);
+            const bool isThere = !state.labels[static_cast<size_t>(button - 1)].empty();
+            if (isThere) {
+                EXPECT_EQ(MonitorButtonAt(state, {(place.left + place.right) / 2, (place.top + place.bottom) / 2}),
+                          button);
+            }
+            EXPECT_EQ(PressMonitorButton(&simulation, monitor, button), isThere) << monitor << " " << button;
+        }
+    }
+    EXPECT_EQ(GetMonitorState(&simulation, 0).pressCount, 4u);
+    EXPECT_EQ(GetMonitorState(&simulation, 1).pressCount, 1u);
 }

@@ -33,13 +33,13 @@ static MONITORBACKEND MakeBackend(SCRIPTEDBACKEND *script)
                 Enter(context, "count");
                 return 3;
             },
-            [](void *context, int monitor, char text[HOST_NAME_SIZE]) {
+            [](void *context, int monitor, DWORD, char text[HOST_NAME_SIZE]) {
                 const MONITORRESULT result = Enter(context, Format("name %d", monitor));
                 if (result == MONITOR_OK)
                     memcpy(text, "ABCDEFGHIJKL", HOST_NAME_SIZE);
                 return result;
             },
-            [](void *context, int monitor, char text[HOST_CAPABILITIES_SIZE]) {
+            [](void *context, int monitor, DWORD, char text[HOST_CAPABILITIES_SIZE]) {
                 const MONITORRESULT result = Enter(context, Format("capabilities %d", monitor));
                 if (result == MONITOR_OK)
                     memset(text, 'c', HOST_CAPABILITIES_SIZE);
@@ -51,7 +51,7 @@ static MONITORBACKEND MakeBackend(SCRIPTEDBACKEND *script)
                     memset(block, 0xED, HOST_EDID_SIZE);
                 return result;
             },
-            [](void *context, int monitor, BYTE code, WORD *value, WORD *maximum) {
+            [](void *context, int monitor, DWORD, BYTE code, WORD *value, WORD *maximum) {
                 const MONITORRESULT result = Enter(context, Format("get %d %02X", monitor, code));
                 if (result == MONITOR_OK) {
                     *value = 0xFFFE;
@@ -59,7 +59,7 @@ static MONITORBACKEND MakeBackend(SCRIPTEDBACKEND *script)
                 }
                 return result;
             },
-            [](void *context, int monitor, BYTE code, WORD value) {
+            [](void *context, int monitor, DWORD, BYTE code, WORD value) {
                 return Enter(context, Format("set %d %02X %u", monitor, code, value));
             },
             [](void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]) {
@@ -188,7 +188,7 @@ TEST_F(Router, LeavesUnansweredWhatTheMonitorLeaves)
     Send(HOST_GET_MONITOR_COUNT, 0, 8, {});
     const std::vector<PACKET> answers = WaitForReceived(1);
     ASSERT_EQ(answers.size(), 1u);
-    EXPECT_EQ(PacketData(&answers[0])->dwRequestID, 8u) << "the silent one is passed over, the next is answered";
+    EXPECT_EQ(PacketData(answers.data())->dwRequestID, 8u) << "the silent one is passed over, the next is answered";
 }
 
 TEST_F(Router, AnswersNothingToMalformedPackets)

@@ -54,14 +54,17 @@ protected:
     int Read(BYTE code, int *maximumOut = nullptr)
     {
         WORD value = 0, maximum = 0;
-        if (backend.getVcp(backend.context, 0, code, &value, &maximum) != MONITOR_OK)
+        if (backend.getVcp(backend.context, 0, ACCESS_PATIENCE, code, &value, &maximum) != MONITOR_OK)
             return -1;
         if (maximumOut)
             *maximumOut = maximum;
         return value;
     }
 
-    MONITORRESULT Write(BYTE code, WORD value) { return backend.setVcp(backend.context, 0, code, value); }
+    MONITORRESULT Write(BYTE code, WORD value)
+    {
+        return backend.setVcp(backend.context, 0, ACCESS_PATIENCE, code, value);
+    }
 
     SIMULATION simulation;
     MONITORBACKEND backend;
@@ -198,7 +201,7 @@ TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
 
     std::string hiding = s_text;
     Add(hiding + ", hides-locked");
-    backend.setVcp(backend.context, 1, 0xF2, 128);
+    backend.setVcp(backend.context, 1, ACCESS_PATIENCE, 0xF2, 128);
     PressMonitorButton(&simulation, 1, 6);
     EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, NO_BUTTON);
     EXPECT_EQ(GetMonitorState(&simulation, 1).press, PRESS_UNREPORTED);
@@ -209,9 +212,9 @@ TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
 TEST_F(SimulatedMonitor, MisbehavesAsDescribed)
 {
     WORD value = 77, maximum = 77;
-    EXPECT_EQ(backend.getVcp(backend.context, 0, 0xC1, &value, &maximum), MONITOR_FAILED);
+    EXPECT_EQ(backend.getVcp(backend.context, 0, ACCESS_PATIENCE, 0xC1, &value, &maximum), MONITOR_FAILED);
     EXPECT_EQ(Write(0xC1, 1), MONITOR_FAILED);
-    EXPECT_EQ(backend.getVcp(backend.context, 0, 0xC2, &value, &maximum), MONITOR_SILENT);
+    EXPECT_EQ(backend.getVcp(backend.context, 0, ACCESS_PATIENCE, 0xC2, &value, &maximum), MONITOR_SILENT);
     EXPECT_EQ(value, 77) << "a failed read leaves its results alone";
 
     // Ten seconds long, but for the stop.
@@ -224,9 +227,10 @@ TEST_F(SimulatedMonitor, MisbehavesAsDescribed)
     silent.insert(silent.find("button1"), "answers = no\n");
     Add(silent);
     char name[HOST_NAME_SIZE], capabilities[HOST_CAPABILITIES_SIZE];
-    EXPECT_EQ(backend.getVcp(backend.context, 1, 0x10, &value, &maximum), MONITOR_SILENT);
-    EXPECT_EQ(backend.capabilities(backend.context, 1, capabilities), MONITOR_SILENT);
-    EXPECT_EQ(backend.name(backend.context, 1, name), MONITOR_OK) << "the name is not asked of the monitor";
+    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_SILENT);
+    EXPECT_EQ(backend.capabilities(backend.context, 1, ACCESS_PATIENCE, capabilities), MONITOR_SILENT);
+    EXPECT_EQ(backend.name(backend.context, 1, ACCESS_PATIENCE, name), MONITOR_OK)
+        << "the name is not asked of the monitor";
 }
 
 TEST_F(SimulatedMonitor, DelayTakesItsTime)
@@ -236,7 +240,7 @@ TEST_F(SimulatedMonitor, DelayTakesItsTime)
     Add(slow);
     WORD value = 0, maximum = 0;
     const DWORD start = GetTickCount();
-    EXPECT_EQ(backend.getVcp(backend.context, 1, 0x10, &value, &maximum), MONITOR_OK);
+    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_OK);
     EXPECT_GE(GetTickCount() - start, 50u);
 }
 
@@ -247,11 +251,11 @@ TEST_F(SimulatedMonitor, RefusesMonitorsThatAreNotThere)
         BYTE edid[HOST_EDID_SIZE];
         WORD value = 0, maximum = 0;
         const DWORD flags[HOST_INPUT_COUNT] = {};
-        EXPECT_EQ(backend.name(backend.context, monitor, text), MONITOR_FAILED);
-        EXPECT_EQ(backend.capabilities(backend.context, monitor, text), MONITOR_FAILED);
+        EXPECT_EQ(backend.name(backend.context, monitor, ACCESS_PATIENCE, text), MONITOR_FAILED);
+        EXPECT_EQ(backend.capabilities(backend.context, monitor, ACCESS_PATIENCE, text), MONITOR_FAILED);
         EXPECT_EQ(backend.edid(backend.context, monitor, edid), MONITOR_FAILED);
-        EXPECT_EQ(backend.getVcp(backend.context, monitor, 0x10, &value, &maximum), MONITOR_FAILED);
-        EXPECT_EQ(backend.setVcp(backend.context, monitor, 0x10, 1), MONITOR_FAILED);
+        EXPECT_EQ(backend.getVcp(backend.context, monitor, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_FAILED);
+        EXPECT_EQ(backend.setVcp(backend.context, monitor, ACCESS_PATIENCE, 0x10, 1), MONITOR_FAILED);
         EXPECT_EQ(backend.inputList(backend.context, monitor, flags), MONITOR_FAILED);
         EXPECT_FALSE(PressMonitorButton(&simulation, monitor, 1));
     }

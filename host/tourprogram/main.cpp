@@ -1,4 +1,5 @@
-// tour-program.exe: what a front-panel button starts on the tour. Shows the command line that it got, for a while.
+// tour-program.exe: what a front-panel button starts on the tour, and whose colours DirectLink follows. Shows the
+// command line that it got, for a while.
 #include <windows.h>
 
 #include <cwchar>

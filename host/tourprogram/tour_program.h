@@ -1,4 +1,4 @@
-// How the tour recognises the window of the program that it has a button start.
+// How the tour recognises the window of the program that it has started.
 #pragma once
 
 #define TOUR_PROGRAM_FILE "tour-program.exe"

@@ -3,9 +3,9 @@
 
 #include "host/host_app.h"
 
-// Makes ready what the plug-in finds when it starts: settings of the tour's own in the place of the user's, with a
-// button that starts a program. CloseTourSettings ends that. Returns false with a reason in *error. Before the plug-in
-// starts.
+// Makes ready what the plug-in finds when it starts: settings of the tour's own in the place of the user's, and a clock
+// that can be set. CloseTourSettings ends the former. Returns false with a reason in *error. Between the loading of the
+// plug-in and its start.
 bool PrepareTour(HOSTAPP *app, std::string *error);
 
 // Runs all steps and ends the host with status 0, or 1 after the step that failed. On a thread of its own, beside the

@@ -1,20 +1,27 @@
 // The headless tour: a table of steps, each of which shows one thing that a user would see or do.
-#include "host/tour.h"
+#include "host/tour/tour.h"
 
 #include "host/capability_text.h"
 #include "host/console.h"
 #include "host/monitor_window.h"
 #include "host/text.h"
-#include "host/tour_settings.h"
-#include "host/tour_steps.h"
+#include "host/tour/tour_clock.h"
+#include "host/tour/tour_hands.h"
+#include "host/tour/tour_settings.h"
+#include "host/tour/tour_steps.h"
 
 constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
-constexpr DWORD PAINT_TIME = 400;         // ms for windows to be painted before a picture
 
 STEPRESULT FailStep(TOUR *tour, const std::string &reason)
 {
     tour->reason = reason;
     return STEP_FAILED;
+}
+
+STEPRESULT SkipStep(TOUR *tour, const std::string &reason)
+{
+    tour->reason = reason;
+    return STEP_SKIPPED;
 }
 
 // ---- Start-up -------------------------------------------------------------------------------------------------------
@@ -34,7 +41,8 @@ static STEPRESULT StepStartUp(TOUR *tour)
         Sleep(TOUR_POLL_TIME);
     PLUGINTEXTS texts;
     CallOnWindow(app, [&] { texts = GetPluginTexts(&app->plugin); });
-    ConsoleLine("  plug-in: " + Narrow(texts.title) + ", version " + Narrow(texts.version));
+    tour->seen = "plug-in " + Narrow(texts.title) + ", version " + Narrow(texts.version);
+    ConsoleLine("  " + tour->seen);
     return STEP_DONE;
 }
 
@@ -104,6 +112,8 @@ static STEPRESULT StepTable(TOUR *tour)
         if (!readings.empty())
             ConsoleLine("     " + readings);
     }
+    tour->seen = Format("%u monitor%s with name, inputs and presets", static_cast<unsigned>(monitors.size()),
+                        monitors.size() == 1 ? "" : "s");
     return STEP_DONE;
 }
 
@@ -116,19 +126,27 @@ static STEPRESULT StepWindows(TOUR *tour)
         ShowMonitorWindows();
         visible = IsAnyMonitorWindowVisible();
     });
+    tour->seen = "a window for each monitor";
     return visible ? STEP_DONE : FailStep(tour, "no monitor's window came up");
 }
 
-// Gives one command and prints the answer. Returns false when the plug-in did not answer.
-static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer)
+// Returns false with a reason in the tour when the plug-in did not answer.
+static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer, std::string *text)
 {
     HOSTCOMMAND command;
-    std::string error;
-    if (!ParseHostCommand(line, &command, &error))
+    if (!ParseHostCommand(line, &command, &tour->reason))
         return false;
     CallOnWindow(tour->app, [&] { *answer = SendHostCommand(&tour->app->router, command); });
-    ConsoleLine("  " + line + ": " + DescribeHostAnswer(command, *answer));
+    *text = DescribeHostAnswer(command, *answer);
+    ConsoleLine("  " + line + ": " + *text);
+    tour->reason = "the plug-in did not answer the host's command '" + line + "'";
     return answer->answered;
+}
+
+bool GiveCommand(TOUR *tour, const std::string &line, std::string *text)
+{
+    HOSTANSWER answer;
+    return Give(tour, line, &answer, text);
 }
 
 // Through the plug-in and back: command, request, monitor, reply, and what the monitor then shows.
@@ -139,13 +157,15 @@ static STEPRESULT StepChange(TOUR *tour)
     const int wanted =
         before.value >= before.maximum / 2 ? before.value - before.maximum / 3 : before.value + before.maximum / 3;
     HOSTANSWER answer;
-    if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer))
-        return FailStep(tour, "the plug-in does not answer commands of the host");
+    std::string text;
+    if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer, &text))
+        return STEP_FAILED;
     const int readBack = static_cast<int>(PayloadDword(&answer.reply, 4));
     const int shown = GetMonitorState(&app->simulation, 0).brightness.value;
     if (readBack != wanted || shown != wanted)
         return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d",
                                      wanted, readBack, shown));
+    tour->seen = Format("monitor 1: brightness %d -> %d", before.value, shown);
     return STEP_DONE;
 }
 
@@ -153,16 +173,17 @@ static STEPRESULT StepChange(TOUR *tour)
 static STEPRESULT StepCommands(TOUR *tour)
 {
     constexpr int CONTRAST = 45, PRESET = 8;
-    HOSTANSWER answer;
+    std::string text;
     const std::string write = Format("set-settings contrast=%d preset=%d", CONTRAST, PRESET);
     for (const std::string &line : {std::string("get-settings"), write, std::string("get-settings"),
                                     std::string("identity"), std::string("count")})
-        if (!Give(tour, line, &answer))
-            return FailStep(tour, "the plug-in did not answer '" + line + "'");
+        if (!GiveCommand(tour, line, &text))
+            return STEP_FAILED;
     const MONITORSTATE state = GetMonitorState(&tour->app->simulation, 0);
     if (state.contrast.value != CONTRAST || state.preset != PRESET)
         return FailStep(tour, Format("the monitor shows contrast %d and preset %d after '%s'", state.contrast.value,
                                      state.preset, write.c_str()));
+    tour->seen = Format("monitor 1: contrast %d, preset %d", CONTRAST, PRESET);
     return STEP_DONE;
 }
 
@@ -177,6 +198,13 @@ static STEPRESULT StepStop(TOUR *tour)
         return FailStep(tour, Format("the plug-in's stop gave %d", result));
     if (!HasNotice(&app->router, HOST_NOTICE_STOPPED))
         return FailStep(tour, "the plug-in did not tell that it has stopped");
+    for (size_t i = 0; i < app->simulation.monitors.size(); i++) {
+        const MONITORSTATE state = GetMonitorState(&app->simulation, static_cast<int>(i));
+        if (state.lockMask)
+            return FailStep(
+                tour, Format("monitor %u is left with the lock mask %u", static_cast<unsigned>(i + 1), state.lockMask));
+    }
+    tour->seen = "all buttons of all monitors are unlocked again";
     return STEP_DONE;
 }
 
@@ -191,49 +219,88 @@ static const struct {
     {"The monitors as the plug-in knows them", StepTable, nullptr},
     {"The monitors' windows", StepWindows, "monitors"},
     {"A value changed through the plug-in", StepChange, "changed"},
-    {"Colour settings and identity by command", StepCommands, "settings"},
+    {"Colour settings and identity by command", StepCommands, nullptr},
     {"A management server asks and switches the input", StepServer, "server"},
-    {"A front-panel button starts a program", StepLaunch, "launched"},
-    {"A locked button does nothing", StepLocked, nullptr},
+    {"The panel is opened from the menu", StepOpenPanel, "panel"},
+    {"Every item of the panel's tree", StepPages, nullptr},
+    {"The contrast slider is dragged", StepContrast, "contrast"},
+    {"A colour profile is applied", StepProfile, "profile"},
+    {"ECO mode is switched", StepEco, "eco"},
+    {"DirectLink follows a registered program", StepDirectLink, "directlink-back"},
+    {"Names are changed once the server allows it", StepNames, nullptr},
+    {"Another monitor, and its tree", StepOtherMonitor, nullptr},
+    {"A program becomes a launcher candidate", StepCandidate, "candidate"},
+    {"A front-panel button starts it", StepAssign, "launched"},
+    {"A locked button does nothing", StepLock, nullptr},
+    {"A reservation begins and ends", StepReservation, nullptr},
+    {"The panel is closed and opened again", StepReopenPanel, nullptr},
     {"The plug-in stops", StepStop, nullptr},
 };
 
 bool PrepareTour(HOSTAPP *app, std::string *error)
 {
-    return OpenTourSettings(error) && AssignTourButtons(&app->simulation, error);
+    if (!OpenTourSettings(error))
+        return false;
+    // Where the dialogs that open a file begin.
+    SetCurrentDirectoryW(Widen(ProgramFolder()).c_str());
+    if (InstallTourClock(app->plugin.hModule))
+        return true;
+    *error = "the plug-in asks nobody for the local time, so the tour cannot set its clock";
+    return false;
 }
 
-// Asks whoever started the tour for a picture of the screen, and waits for it.
-static void TakePicture(const TOUR *tour, const char *name)
+void TakePicture(TOUR *tour, const std::string &name)
 {
-    const std::string file = tour->app->options.tour + "\\" + name + ".png";
-    Sleep(PAINT_TIME);
-    ConsoleLine(std::string("PICTURE ") + name);
-    const DWORD start = GetTickCount();
-    while (GetFileAttributesW(Widen(file).c_str()) == INVALID_FILE_ATTRIBUTES) {
-        if (GetTickCount() - start > PICTURE_PATIENCE) {
-            ConsoleLine("  warning: nobody took the picture " + file);
-            return;
-        }
-        Sleep(TOUR_POLL_TIME);
+    const std::string file = tour->app->options.tour + "\\" + name.substr(0, name.find(' ')) + ".png";
+    DeleteFileW(Widen(file).c_str()); // of an earlier tour
+    ConsoleLine("PICTURE " + name);
+    if (!WaitUntil([&] { return GetFileAttributesW(Widen(file).c_str()) != INVALID_FILE_ATTRIBUTES; },
+                   PICTURE_PATIENCE))
+        ConsoleLine("  warning: nobody took the picture " + file);
+}
+
+// What the whole tour has shown.
+static void PrintSummary(const std::vector<std::string> &seen)
+{
+    ConsoleLine("What was shown, and what was seen:");
+    for (size_t i = 0; i < seen.size(); i++)
+        ConsoleLine(Format("  %2u  %-48s %s", static_cast<unsigned>(i + 1), s_steps[i].title, seen[i].c_str()));
+}
+
+// Returns false after a step that failed, with the reason said.
+static bool RunStep(TOUR *tour, size_t index)
+{
+    const auto &step = s_steps[index];
+    tour->seen.clear();
+    ConsoleLine(Format("Step %u: %s", static_cast<unsigned>(index + 1), step.title));
+    const STEPRESULT result = step.run(tour);
+    if (result == STEP_FAILED) {
+        TakePicture(tour, "failed");
+        ConsoleError(Format("tour: step %u (%s) failed: %s", static_cast<unsigned>(index + 1), step.title,
+                            tour->reason.c_str()));
+        return false;
     }
+    if (result == STEP_SKIPPED) {
+        tour->seen = "left out: " + tour->reason;
+        ConsoleLine("  " + tour->seen);
+    } else if (step.picture) {
+        TakePicture(tour, step.picture);
+    }
+    return true;
 }
 
 void RunTour(HOSTAPP *app)
 {
-    TOUR tour = {app, {}};
-    int number = 0;
-    for (const auto &step : s_steps) {
-        ConsoleLine(Format("Step %d: %s", ++number, step.title));
-        const STEPRESULT result = step.run(&tour);
-        if (result == STEP_FAILED) {
-            ConsoleError(Format("tour: step %d (%s) failed: %s", number, step.title, tour.reason.c_str()));
+    TOUR tour = {app, {}, {}};
+    std::vector<std::string> seen;
+    for (size_t i = 0; i < ARRAYSIZE(s_steps); i++) {
+        if (!RunStep(&tour, i)) {
             EndHost(app, 1);
             return;
         }
-        if (step.picture && result == STEP_DONE)
-            TakePicture(&tour, step.picture);
+        seen.push_back(tour.seen);
     }
+    PrintSummary(seen);
     ConsoleLine("The tour is over.");
     EndHost(app, 0);
 }

@@ -1,7 +1,10 @@
-// Step of the tour that plays the management server: lvserver.exe beside the host, over real sockets of this PC.
+// Steps of the tour that play the management server: lvserver.exe beside the host, over real sockets of this PC.
 #include "host/console.h"
 #include "host/text.h"
-#include "host/tour_steps.h"
+#include "host/tour/tour_hands.h"
+#include "host/tour/tour_panel.h"
+#include "host/tour/tour_steps.h"
+#include "panel/resources/resource.h"
 
 constexpr int SERVER_PATIENCE = 5;            // s for one answer
 constexpr DWORD PROCESS_PATIENCE = 5000;      // ms for the program's own start and end
@@ -101,7 +104,7 @@ static bool CarryOut(TOUR *tour, const std::string &command)
     return false;
 }
 
-// ---- The step -------------------------------------------------------------------------------------------------------
+// ---- The steps ------------------------------------------------------------------------------------------------------
 
 // An input that the first monitor has and does not show; null when there is none.
 static const INPUTWORD *OtherInput(const TOUR *tour)
@@ -122,13 +125,40 @@ STEPRESULT StepServer(TOUR *tour)
             return STEP_FAILED;
     const INPUTWORD *input = OtherInput(tour);
     if (!input) {
-        ConsoleLine("  input left out: the first monitor has no other one that a server can choose");
+        tour->seen = "version and identity; the first monitor has no other input that a server can choose";
         return STEP_DONE;
     }
     const WORD before = GetMonitorState(&tour->app->simulation, 0).input;
     if (!CarryOut(tour, std::string("input ") + input->word))
         return STEP_FAILED;
     const WORD after = GetMonitorState(&tour->app->simulation, 0).input;
-    ConsoleLine(Format("  monitor 1: input %u before, %u now", before, after));
+    tour->seen = Format("monitor 1: input %u -> %u", before, after);
+    ConsoleLine("  " + tour->seen);
     return after == input->value ? STEP_DONE : FailStep(tour, Format("the input was to become %u", input->value));
+}
+
+// Until the server allows it, the page shows the names only.
+STEPRESULT StepNames(TOUR *tour)
+{
+    static const char user[] = "tanaka", group[] = "開発部";
+    std::string question;
+    if (!ChoosePage(tour, "ネットワーク設定"))
+        return STEP_FAILED;
+    if (IsWindowEnabled(GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME)))
+        return FailStep(tour, "the page lets the names be changed before the server has allowed it");
+    if (!CarryOut(tour, "allow-names") || !ChoosePage(tour, "Lumivane2") || !ChoosePage(tour, "ネットワーク設定") ||
+        !TypeInto(tour, GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME), user, "the user name") ||
+        !PasteInto(tour, GetDlgItem(FindPage(), IDC_NETWORK_GROUP_NAME), group, "the group name"))
+        return STEP_FAILED;
+    TakePanelPicture(tour, "network-page");
+    if (!ClickControl(tour, FindPage(), IDC_NETWORK_APPLY, "the button 設定変更") || !AnswerBox(tour, IDYES, &question))
+        return STEP_FAILED;
+    ConsoleLine("  asked: " + question.substr(0, question.find('\n')));
+    if (!WaitUntil([] { return !IsWindowEnabled(GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME)); }))
+        return FailStep(tour, "the page still lets the names be changed");
+    if (!CarryOut(tour, "identity") || !GiveCommand(tour, "identity", &tour->seen))
+        return STEP_FAILED;
+    if (tour->seen.find(user) == std::string::npos || tour->seen.find(group) == std::string::npos)
+        return FailStep(tour, "the plug-in's identity is now: " + tour->seen);
+    return STEP_DONE;
 }
