@@ -46,7 +46,7 @@ static const PART *FindPart(const char *name)
 
 static bool ReadCommandLine(COMMANDLINE *line, int count, char **words)
 {
-    for (int index = 1; index < count; ++index) {
+    for (int index = 1; index < count && words[index]; ++index) {
         const std::string word = words[index];
         const char *value = index + 1 < count ? words[index + 1] : nullptr;
         if (word == "--help") {

@@ -50,8 +50,10 @@ static bool RunRound(int round)
         module ? reinterpret_cast<GETPLUGINFUNC>(reinterpret_cast<void *>(GetProcAddress(module, "GetPluginFunc")))
                : nullptr;
     PLUGINFUNC table = {};
-    if (!Expect(function && function(&table) == 1, "lvkernel.dll cannot be loaded"))
-        return false;
+    if (!function || function(&table) != 1 || !table.lpFuncTable) {
+        FreeLibrary(module);
+        return Expect(false, "lvkernel.dll cannot be loaded");
+    }
     StartAndStop(table.lpFuncTable, round);
     FreeLibrary(module);
     return Expect(GetModuleHandleA("lvkernel.dll") == nullptr, "lvkernel.dll stays loaded");
@@ -63,6 +65,7 @@ void RunRestarts(const WORKOPTIONS &options)
     const IniFolder ini;
     WriteMonitorFiles();
     // The system's own libraries stay, as in a host that uses them itself: some of Wine's leave a handle at each load.
+    // cppcheck-suppress leakReturnValNotUsed ; until the process ends
     LoadLibraryA("comdlg32.dll");
     for (int round = 0; round < WARM_UPS; ++round)
         if (!RunRound(round))

@@ -135,6 +135,7 @@ TEST_F(FaultTest, ThePageTakesItsTooltipsAlong)
     ASSERT_NE(tip, nullptr);
     const HWND page = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 9, 9, panel, nullptr, nullptr, nullptr);
     for (INT_PTR id = 1; id <= 3; ++id) {
+        // cppcheck-suppress ignoredReturnValue ; found by its identifier
         CreateWindowA("BUTTON", "", WS_CHILD, 0, 0, 3, 3, page, reinterpret_cast<HMENU>(id), nullptr, nullptr);
         EXPECT_EQ(AddToolTip(page, static_cast<int>(id), 0, 0, "tip"), 1);
     }

@@ -405,7 +405,7 @@ TEST_F(HostCommandTest, Identity)
     Bytes netSpec(27, 0x77);
     const auto expectRecord = [&](const std::string &user, const std::string &group, bool net) {
         Bytes record(140);
-        memcpy(&record[0], user.data(), user.size());
+        memcpy(record.data(), user.data(), user.size());
         memcpy(&record[64], group.data(), group.size());
         memset(&record[128], net ? 0x77 : 0, 10);
         EXPECT_EQ(Command(128), 1);

@@ -14,6 +14,8 @@
 #include <fcntl.h>
 #include <io.h>
 
+using namespace std::string_literals;
+
 namespace {
 
 class ReservationStoreTest : public ReservationTest {
@@ -105,7 +107,7 @@ TEST_F(ReservationStoreTest, FilesMadeByHand)
         EXPECT_STREQ(slot.szEndTime, c.endTime) << c.what;
         // Without a name the padding begins behind the terminating zero.
         EXPECT_STREQ(slot.szLcd, c.lcd) << c.what;
-        EXPECT_EQ(std::string(slot.szLcd + 8, 5), c.lcd[0] == 'A' ? std::string("of m", 5) : std::string("    ", 5));
+        EXPECT_EQ(std::string(slot.szLcd + 8, 5), c.lcd[0] == 'A' ? "of m\0"s : "    \0"s);
         EXPECT_EQ(slot.nCrtNo, c.monitor) << c.what;
         EXPECT_EQ(slot.szChannel, Sjis(c.channel)) << c.what;
     }

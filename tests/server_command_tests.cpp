@@ -74,7 +74,7 @@ struct Effect {
     Lines monitor;
     std::string log = "-";
     Messages messages;
-    std::string box = "";
+    std::string box = {};
 };
 
 // Names of the user and the server are those of the test below.

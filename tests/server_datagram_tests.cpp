@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+using namespace std::string_literals;
+
 namespace {
 
 // Bytes directly in front of a page that must not be touched.
@@ -80,7 +82,7 @@ TEST(ServerDatagram, RepliesNeverOutgrowTheirBuffer)
     SERVERREPLY head = {0x04030201, 0x08070605, 0, 3, 255, 0, 0};
     char buffer[24];
     ASSERT_EQ(BuildServerReply(buffer, sizeof buffer, &head, "ab"), 23u);
-    EXPECT_EQ(std::string(buffer, 23), std::string("\1\2\3\4\5\6\7\x08\0\0\0\0\3\0\0\0\xFF\0\0\0ab", 23));
+    EXPECT_EQ(std::string(buffer, 23), "\1\2\3\4\5\6\7\x08\0\0\0\0\3\0\0\0\xFF\0\0\0ab\0"s);
     head.dwLength = 5;
     EXPECT_EQ(BuildServerReply(buffer, sizeof buffer, &head, "abcd"), 0u);
     head.dwLength = 0xFFFFFFFF;

@@ -67,7 +67,7 @@ static char IconOf(HWND box)
     char className[32];
     for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         GetClassNameA(child, className, sizeof className);
-        if (_stricmp(className, "Static") || (GetWindowLongA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)
+        if (_stricmp(className, "Static") != 0 || (GetWindowLongA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)
             continue;
         const auto shown = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
         for (const auto &known : icons)

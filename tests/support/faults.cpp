@@ -127,6 +127,7 @@ struct StandIn<RESULT(WINAPI *)(ARGUMENTS...)> {
     }
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names cannot stand in parentheses.
 // CAN_FAIL(kind, DLL, function, size of its arguments, what it returns then, the error that it leaves)
 #define CAN_FAIL(KIND, LIBRARY, NAME, BYTES, FAILURE, ERROR_CODE)                                                      \
     struct Real##NAME {                                                                                                \
@@ -143,6 +144,7 @@ struct StandIn<RESULT(WINAPI *)(ARGUMENTS...)> {
     void *fail##NAME = reinterpret_cast<void *>(                                                                       \
         &StandIn<decltype(&NAME)>::Call<Fault::KIND, ERROR_CODE, LONG_PTR(FAILURE), Real##NAME>);                      \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 CAN_FAIL(Event, "kernel32", CreateEventA, 16, 0, ERROR_NO_SYSTEM_RESOURCES)
 CAN_FAIL(Library, "kernel32", LoadLibraryA, 4, 0, ERROR_MOD_NOT_FOUND)

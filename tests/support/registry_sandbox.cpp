@@ -99,5 +99,5 @@ std::optional<DWORD> DwordAt(HKEY root, const char *subKey, const char *name)
 std::optional<std::string> TextAt(HKEY root, const char *subKey, const char *name)
 {
     const auto bytes = BytesAt(root, HostPath(subKey).c_str(), name);
-    return bytes ? std::optional(std::string(bytes->c_str())) : std::nullopt;
+    return bytes ? std::optional(bytes->substr(0, bytes->find('\0'))) : std::nullopt;
 }

@@ -5,6 +5,8 @@
 #include <winternl.h>
 
 #include <cstring>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 // ---- Handles ------------------------------------------------------------------------------------------------------
@@ -96,6 +98,25 @@ static int CountGdiTable()
     return count;
 }
 
+// Wine keeps a device context for each window that was painted lately, up to 64 of them, each with a region and a
+// bitmap. Filled before the first count, that cache does not grow between two counts.
+static void FillContextCache()
+{
+    static bool filled;
+    if (std::exchange(filled, true))
+        return;
+    HWND windows[80];
+    HDC contexts[80];
+    for (size_t n = 0; n < std::size(windows); ++n) {
+        windows[n] = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+        contexts[n] = GetDC(windows[n]);
+    }
+    for (size_t n = 0; n < std::size(windows); ++n) {
+        ReleaseDC(windows[n], contexts[n]);
+        DestroyWindow(windows[n]);
+    }
+}
+
 static bool IsWine()
 {
     return GetProcAddress(GetModuleHandleA("ntdll"), "wine_get_version") != nullptr;
@@ -103,6 +124,7 @@ static bool IsWine()
 
 int CountGdiObjects()
 {
+    FillContextCache();
     return IsWine() ? CountGdiTable() : static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
 }
 
@@ -134,6 +156,7 @@ static const struct {
 
 RESOURCECOUNTS CountResources()
 {
+    FillContextCache();
     RESOURCECOUNTS counts;
     for (size_t kind = 0; kind < counts.size(); ++kind)
         counts[kind] = s_Kinds[kind].count();
@@ -142,6 +165,7 @@ RESOURCECOUNTS CountResources()
 
 RESOURCECOUNTS CountResourcesNow()
 {
+    FillContextCache();
     return {CountHandlesNow(), CountWindows(), CountGdiObjects(), CountHeapBlocks()};
 }
 

@@ -175,7 +175,7 @@ std::vector<BYTE> TestHost::Carry(const TestRequest &request)
     TestMonitor *monitor = index < monitors.size() ? &monitors[index] : nullptr;
     const auto feature = [&]() -> TestFeature * {
         const auto code = static_cast<BYTE>(request.code);
-        return monitor && monitor->features.count(code) ? &monitor->features[code] : nullptr;
+        return monitor && monitor->features.contains(code) ? &monitor->features[code] : nullptr;
     };
     switch (request.packet.wCommand) {
     case HOST_SET_VCP:

@@ -105,11 +105,12 @@ std::optional<ServerMessage> TestServer::TakeMessage()
     SERVERREPLY head;
     std::optional<ServerMessage> message;
     if (Receive(sock, &head, sizeof head)) {
-        message = {head.bStatus, std::string(head.dwLength, '\0'), head.dwFrom, head.dwTo};
-        if (!Receive(sock, message->data.data(), message->data.size()))
-            message.reset();
+        std::string data(head.dwLength, '\0');
+        if (Receive(sock, data.data(), data.size()))
+            message = {head.bStatus, data, head.dwFrom, head.dwTo};
     }
     if (message && message->status == SERVER_STATUS_DATA && message->data.empty() && answer)
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.InnerPointer): nothing changes the answer meanwhile
         send(sock, answer->data(), static_cast<int>(answer->size()), 0);
     closesocket(sock);
     return message;
