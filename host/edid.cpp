@@ -1,4 +1,4 @@
-// The EDID base block of a described monitor. Layout: VESA EDID 1.3, 128 bytes.
+// The EDID base block of a monitor. Layout: VESA EDID 1.3, 128 bytes.
 #include "host/edid.h"
 
 #include <cstring>
@@ -93,10 +93,90 @@ const char *ReadEdidHex(std::string_view text, EDIDBLOCK *block)
             return "an EDID block is written in hexadecimal digits";
         bytes[i] = static_cast<BYTE>(value);
     }
-    if (memcmp(bytes.data(), s_header, sizeof(s_header)) != 0)
-        return "an EDID block begins with 00 FF FF FF FF FF FF 00";
-    if (EdidSum(bytes) != 0)
-        return "the EDID block's checksum is wrong";
+    if (const char *fault = EdidFault(bytes))
+        return fault;
     *block = bytes;
     return nullptr;
+}
+
+// ---- What a block says ----------------------------------------------------------------------------------------------
+
+constexpr size_t DESCRIPTOR_FIRST = 54, DESCRIPTOR_SIZE = 18, DESCRIPTOR_END = 126;
+constexpr BYTE TAG_NAME = 0xFC, TAG_TEXT = 0xFE, TAG_SERIAL = 0xFF;
+
+const char *EdidFault(const EDIDBLOCK &block)
+{
+    if (memcmp(block.data(), s_header, sizeof(s_header)) != 0)
+        return "an EDID block begins with 00 FF FF FF FF FF FF 00";
+    return EdidSum(block) != 0 ? "the EDID block's checksum is wrong" : nullptr;
+}
+
+// Whether a text descriptor of this kind begins at `at`; a timing there has a pixel clock in its first two bytes.
+static bool IsTextDescriptor(const EDIDBLOCK &block, size_t at, BYTE tag)
+{
+    return block[at] == 0 && block[at + 1] == 0 && block[at + 2] == 0 && block[at + 3] == tag;
+}
+
+// The text ends at a line feed, and is printable ASCII; anything else in it is left out.
+static std::string DescriptorText(const EDIDBLOCK &block, BYTE tag)
+{
+    for (size_t at = DESCRIPTOR_FIRST; at < DESCRIPTOR_END; at += DESCRIPTOR_SIZE) {
+        if (!IsTextDescriptor(block, at, tag))
+            continue;
+        std::string text;
+        for (size_t i = at + 5; i < at + DESCRIPTOR_SIZE && block[i] != '\n'; i++)
+            if (block[i] >= ' ' && block[i] <= '~')
+                text += static_cast<char>(block[i]);
+        return std::string(Trim(text));
+    }
+    return {};
+}
+
+EDIDFACTS ReadEdidFacts(const EDIDBLOCK &block)
+{
+    EDIDFACTS facts = {};
+    const unsigned maker = static_cast<unsigned>(block[8] << 8 | block[9]);
+    for (int shift = 10; shift >= 0; shift -= 5) {
+        const unsigned letter = maker >> shift & 31;
+        facts.maker += letter >= 1 && letter <= 26 ? static_cast<char>('A' + letter - 1) : '?';
+    }
+    facts.product = static_cast<unsigned>(block[10] | block[11] << 8);
+    memcpy(&facts.serial, &block[12], 4);
+    facts.year = 1990u + block[17];
+    facts.widthCm = block[21];
+    facts.heightCm = block[22];
+    facts.name = DescriptorText(block, TAG_NAME);
+    return facts;
+}
+
+std::string EdidSerialText(const EDIDBLOCK &block)
+{
+    return DescriptorText(block, TAG_SERIAL);
+}
+
+std::string EdidProduct(const EDIDBLOCK &block)
+{
+    const EDIDFACTS facts = ReadEdidFacts(block);
+    return facts.maker + Format("%04X", facts.product);
+}
+
+// FNV-1a of 64 bits over the whole block.
+std::string EdidKey(const EDIDBLOCK &block)
+{
+    unsigned long long hash = 0xCBF29CE484222325ull;
+    for (const BYTE byte : block)
+        hash = (hash ^ byte) * 0x100000001B3ull;
+    return EdidProduct(block) + Format("-%016llX", hash);
+}
+
+EDIDBLOCK BlankEdidSerial(const EDIDBLOCK &block)
+{
+    EDIDBLOCK blank = block;
+    memset(&blank[12], 0, 4);
+    blank[16] = 0;
+    for (size_t at = DESCRIPTOR_FIRST; at < DESCRIPTOR_END; at += DESCRIPTOR_SIZE)
+        if (IsTextDescriptor(block, at, TAG_SERIAL) || IsTextDescriptor(block, at, TAG_TEXT))
+            memset(&blank[at + 5], ' ', DESCRIPTOR_SIZE - 5);
+    blank[127] = static_cast<BYTE>(blank[127] - EdidSum(blank));
+    return blank;
 }

@@ -223,6 +223,23 @@ void EndHost(HOSTAPP *app, int status)
 
 // ---- Start and stop -------------------------------------------------------------------------------------------------
 
+static void OpenMonitors(HOSTAPP *app)
+{
+    WINDOWSMONITOROPTIONS options = DefaultWindowsMonitorOptions();
+    options.fresh = app->options.fresh;
+    app->monitors = OpenWindowsMonitors(options);
+    FindWindowsMonitors(app->monitors);
+    for (const std::string &line : SplitAt(WindowsMonitorsTroubleInEnglish(app->monitors), '\n')) {
+        ConsoleLine("trayhub: " + line);
+        LogEvent(line);
+    }
+}
+
+static MONITORBACKEND Backend(HOSTAPP *app)
+{
+    return app->monitors ? WindowsBackend(app->monitors) : SimulationBackend(&app->simulation);
+}
+
 // What the command line names and may be wrong about. Returns false with the reason in *error.
 static bool OpenInputs(HOSTAPP *app, std::string *error)
 {
@@ -241,7 +258,11 @@ static bool OpenInputs(HOSTAPP *app, std::string *error)
         *error = app->options.log + ": the log cannot be written: " + *error;
         return false;
     }
-    return LoadPlugin(app->options.plugin, &app->plugin, error);
+    if (!LoadPlugin(app->options.plugin, &app->plugin, error))
+        return false;
+    if (app->options.windowsMonitors)
+        OpenMonitors(app);
+    return true;
 }
 
 static bool StartWindows(HOSTAPP *app)
@@ -257,7 +278,7 @@ static bool StartWindows(HOSTAPP *app)
 
 static bool StartPlugin(HOSTAPP *app)
 {
-    StartRouter(&app->router, app->plugin.slots, SimulationBackend(&app->simulation));
+    StartRouter(&app->router, app->plugin.slots, Backend(app));
     app->isRunning = InitPlugin(&app->plugin, app->hWnd, PLUGIN_ENDPOINT_ID);
     if (app->isRunning)
         GreetPlugin(&app->router);
@@ -280,6 +301,8 @@ int StopRunningPlugin(HOSTAPP *app)
         return 0;
     app->isRunning = false;
     EndSimulationDelays(&app->simulation);
+    if (app->monitors)
+        StopWindowsMonitorAccesses(app->monitors);
     return StopPlugin(&app->plugin);
 }
 
@@ -297,6 +320,9 @@ static void StopAll(HOSTAPP *app)
     if (app->hWnd)
         DestroyWindow(app->hWnd);
     CloseSimulation(&app->simulation);
+    if (app->monitors)
+        app->isDriverStuck = !CloseWindowsMonitors(app->monitors);
+    app->monitors = nullptr;
     ClosePacketLog();
 }
 

@@ -9,11 +9,14 @@
 #include "host/plugin_loader.h"
 #include "host/router.h"
 #include "host/simulated_monitor.h"
+#include "host/windows_monitors/windows_monitors.h"
 
 struct HOSTAPP {
     HINSTANCE hInstance;
     OPTIONS options;
     SIMULATION simulation;
+    WINDOWSMONITORS *monitors; // null: the simulated ones are driven
+    bool isDriverStuck;        // a call into the graphics driver has not come back: end with TerminateProcess
     PLUGIN plugin;
     ROUTER router;
     HWND hWnd;      // the host window: gets the plug-in's packets, never shown

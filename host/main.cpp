@@ -23,5 +23,8 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
         ConsoleText(HelpText());
         return 0;
     }
-    return RunHost(&app);
+    const int status = RunHost(&app);
+    if (app.isDriverStuck)
+        TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+    return status;
 }

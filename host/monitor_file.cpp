@@ -292,19 +292,13 @@ bool ParseMonitorFile(const std::string &text, const std::string &path, MONITORF
     *file = {};
     file->path = path;
     PARSESTATE state = {file, {}, {}, {"NRV", 1, 1, 2003, 38, 30, {}}, {}, {}};
-    std::string_view rest = text;
-    if (rest.substr(0, 3) == "\xEF\xBB\xBF")
-        rest.remove_prefix(3);
     int number = 0;
     bool good = true;
-    while (good && !rest.empty()) {
-        const size_t end = rest.find('\n');
-        std::string_view line = rest.substr(0, end);
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    for (const std::string_view line : SplitLines(text)) {
         number++;
         good = ReadLine(&state, line);
+        if (!good)
+            break;
     }
     if (good && Finish(&state))
         return true;

@@ -30,6 +30,7 @@ std::string ProgramFolder()
 static bool TakeMonitors(OPTIONS *options, const std::string &value, std::string *error)
 {
     options->monitors.clear();
+    options->windowsMonitors = false;
     if (value == "none")
         return true;
     options->monitors = SplitAt(value, ',');
@@ -93,11 +94,13 @@ static const struct OPTIONKIND {
     {"--help", nullptr, "show this text and end", &OPTIONS::help, nullptr},
     {"--plugin", "FILE", "the plug-in to load; lvkernel.dll beside the program if not given", nullptr, TakePlugin},
     {"--monitors", "LIST",
-     "monitor files or folders of them, separated by commas; a folder stands for its *.ini\n"
-     "in name order, 'none' for no monitor at all; the folder 'monitors' beside the program\n"
-     "if not given",
+     "simulated monitors instead of those that Windows has: monitor files or folders of them,\n"
+     "separated by commas; a folder stands for its *.ini in name order, 'none' for no monitor",
      nullptr, TakeMonitors},
-    {"--windows", nullptr, "show the monitors' windows at the start; the program then ends when the last is closed",
+    {"--fresh", nullptr, "read the monitors' capability strings anew; they are kept from run to run otherwise",
+     &OPTIONS::fresh, nullptr},
+    {"--windows", nullptr,
+     "show the simulated monitors' windows at the start; the program then ends when the last is closed",
      &OPTIONS::windows, nullptr},
     {"--panel", nullptr, "open the plug-in's panel as soon as it has found its monitors", &OPTIONS::panel, nullptr},
     {"--no-tray", nullptr,
@@ -139,7 +142,7 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
 {
     *options = {};
     options->plugin = ProgramFolder() + "\\lvkernel.dll";
-    options->monitors = {ProgramFolder() + "\\monitors"};
+    options->windowsMonitors = true;
     for (size_t i = 0; i < words.size(); i++) {
         const OPTIONKIND *kind = FindOption(words[i]);
         if (!kind) {

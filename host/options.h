@@ -14,7 +14,9 @@ struct OPTIONS {
     bool panel; // open the plug-in's panel at the start
     bool quit;  // end by ourselves after start-up and commands
     std::string plugin;
-    std::vector<std::string> monitors; // files and folders; empty: no monitors at all
+    bool windowsMonitors;              // drive the monitors that Windows has
+    bool fresh;                        // forget what is kept of their capability strings
+    std::vector<std::string> monitors; // files and folders of simulated ones; empty: none
     std::string log;                   // empty: none
     std::string tour;                  // folder of the tour's pictures; empty: no tour
     std::vector<HOSTCOMMAND> commands;

@@ -27,6 +27,9 @@ std::vector<std::string> SplitWords(std::string_view text);
 // The pieces between separators, trimmed; an empty text gives no piece.
 std::vector<std::string> SplitAt(std::string_view text, char separator);
 
+// The lines of a text file, without their LF or CR LF and without a byte order mark.
+std::vector<std::string_view> SplitLines(std::string_view text);
+
 // Whether two ASCII texts are equal without regard to case.
 bool EqualNoCase(std::string_view a, std::string_view b);
 

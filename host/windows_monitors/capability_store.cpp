@@ -1,0 +1,216 @@
+// Keeps capability strings between runs, and remembers a read that the process did not survive.
+#include "host/windows_monitors/capability_store.h"
+
+#include <shlobj.h>
+
+#include <algorithm>
+
+#include "host/text.h"
+
+constexpr size_t STORE_LIMIT = 1024 * 1024; // bytes of the file
+
+static const char s_head[] = "Lumivane capability strings 1";
+
+// ---- The file's text ------------------------------------------------------------------------------------------------
+
+static unsigned Checksum(std::string_view text)
+{
+    unsigned sum = 0x811C9DC5; // FNV-1a
+    for (const char c : text)
+        sum = (sum ^ static_cast<unsigned char>(c)) * 0x01000193;
+    return sum;
+}
+
+// Every byte that could be taken for something else is \xNN, so that a string is one line.
+static std::string Escape(std::string_view text)
+{
+    std::string escaped;
+    for (const char c : text) {
+        if (c > ' ' && c <= '~' && c != '\\')
+            escaped += c;
+        else
+            escaped += c == ' ' ? std::string(" ") : Format("\\x%02X", static_cast<unsigned char>(c));
+    }
+    return escaped;
+}
+
+static bool Unescape(std::string_view text, std::string *plain)
+{
+    plain->clear();
+    for (size_t i = 0; i < text.size(); i++) {
+        if (text[i] != '\\') {
+            *plain += text[i];
+            continue;
+        }
+        unsigned value = 0;
+        if (text.size() - i < 4 || text[i + 1] != 'x' || !ParseNumber(text.substr(i + 2, 2), 16, 0xFF, &value))
+            return false;
+        *plain += static_cast<char>(value);
+        i += 3;
+    }
+    return true;
+}
+
+std::string WriteKeptText(const std::vector<KEPTCAPABILITIES> &kept)
+{
+    std::string text = std::string(s_head) + "\n";
+    for (const KEPTCAPABILITIES &entry : kept)
+        text += entry.key + "=" + Escape(entry.text) + "\n";
+    return text + Format("end %08X\n", Checksum(text));
+}
+
+bool ReadKeptText(const std::string &text, std::vector<KEPTCAPABILITIES> *kept)
+{
+    kept->clear();
+    const size_t end = text.rfind("end ");
+    if (end == std::string::npos || text.substr(end) != Format("end %08X\n", Checksum(text.substr(0, end))))
+        return false;
+    const std::vector<std::string_view> lines = SplitLines(std::string_view(text).substr(0, end));
+    bool good = !lines.empty() && lines[0] == s_head;
+    for (size_t i = 1; good && i < lines.size(); i++) {
+        const size_t equals = lines[i].find('=');
+        KEPTCAPABILITIES entry;
+        good = equals != std::string_view::npos && equals > 0 && Unescape(lines[i].substr(equals + 1), &entry.text);
+        if (good) {
+            entry.key = lines[i].substr(0, equals);
+            kept->push_back(entry);
+        }
+    }
+    if (!good)
+        kept->clear();
+    return good;
+}
+
+// ---- Files ----------------------------------------------------------------------------------------------------------
+
+std::string DefaultStoreFolder()
+{
+    wchar_t path[MAX_PATH] = L"";
+    if (SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
+        return {};
+    return Narrow(path) + "\\Lumivane 2";
+}
+
+static std::string KeptPath(const CAPABILITYSTORE *store)
+{
+    return store->folder + "\\capabilities.txt";
+}
+
+static std::string MarkerPath(const CAPABILITYSTORE *store, const std::string &key)
+{
+    return store->folder + "\\reading " + key;
+}
+
+// All or nothing: the text is on the disk before the name is changed.
+static bool WriteWhole(const std::string &path, const std::string &text)
+{
+    const std::wstring name = Widen(path), other = Widen(path + Format(".%lu", GetCurrentProcessId()));
+    const HANDLE file = CreateFileW(other.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    bool done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) &&
+                written == text.size() && FlushFileBuffers(file);
+    CloseHandle(file);
+    done = done && MoveFileExW(other.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING);
+    if (!done)
+        DeleteFileW(other.c_str());
+    return done;
+}
+
+static std::vector<KEPTCAPABILITIES> ReadKept(const CAPABILITYSTORE *store)
+{
+    std::vector<KEPTCAPABILITIES> kept;
+    std::string text, error;
+    if (!store->folder.empty() && ReadWholeFile(KeptPath(store), STORE_LIMIT, &text, &error))
+        ReadKeptText(text, &kept);
+    return kept;
+}
+
+std::string FindKeptCapabilities(CAPABILITYSTORE *store, const std::string &key)
+{
+    std::lock_guard lock(store->mutex);
+    for (const KEPTCAPABILITIES &entry : ReadKept(store))
+        if (entry.key == key)
+            return entry.text;
+    return {};
+}
+
+// The file is read anew, since another process may have written it meanwhile.
+bool KeepCapabilities(CAPABILITYSTORE *store, const std::string &key, const std::string &text)
+{
+    if (text.empty() || store->folder.empty())
+        return false;
+    std::lock_guard lock(store->mutex);
+    std::vector<KEPTCAPABILITIES> kept = ReadKept(store);
+    kept.erase(std::remove_if(kept.begin(), kept.end(), [&](const auto &entry) { return entry.key == key; }),
+               kept.end());
+    kept.push_back({key, text});
+    if (kept.size() > KEPT_LIMIT)
+        kept.erase(kept.begin());
+    CreateDirectoryW(Widen(store->folder).c_str(), nullptr);
+    return WriteWhole(KeptPath(store), WriteKeptText(kept));
+}
+
+// ---- Markers --------------------------------------------------------------------------------------------------------
+
+// "PROCESS START": a process number alone may be another process by now.
+static std::string ProcessMark(HANDLE process, DWORD id)
+{
+    FILETIME created = {}, exited = {}, kernel = {}, user = {};
+    if (!GetProcessTimes(process, &created, &exited, &kernel, &user))
+        return {};
+    return Format("%lu %08lX%08lX", id, created.dwHighDateTime, created.dwLowDateTime);
+}
+
+static bool IsProcessRunning(const std::string &mark)
+{
+    unsigned id = 0;
+    const size_t blank = mark.find(' ');
+    if (blank == std::string::npos || !ParseNumber(mark.substr(0, blank), 10, 0xFFFFFFFF, &id))
+        return false;
+    const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | SYNCHRONIZE, FALSE, id);
+    if (!process)
+        return false;
+    const bool runs = ProcessMark(process, id) == mark && WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+    CloseHandle(process);
+    return runs;
+}
+
+bool MarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key)
+{
+    if (store->folder.empty())
+        return false;
+    std::lock_guard lock(store->mutex);
+    CreateDirectoryW(Widen(store->folder).c_str(), nullptr);
+    return WriteWhole(MarkerPath(store, key), ProcessMark(GetCurrentProcess(), GetCurrentProcessId()));
+}
+
+void UnmarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key)
+{
+    if (!store->folder.empty())
+        DeleteFileW(Widen(MarkerPath(store, key)).c_str());
+}
+
+bool IsCapabilityReadMarked(CAPABILITYSTORE *store, const std::string &key)
+{
+    std::string mark, error;
+    return !store->folder.empty() && ReadWholeFile(MarkerPath(store, key), 100, &mark, &error) &&
+           !IsProcessRunning(mark);
+}
+
+void ForgetCapabilities(CAPABILITYSTORE *store)
+{
+    if (store->folder.empty())
+        return;
+    std::lock_guard lock(store->mutex);
+    DeleteFileW(Widen(KeptPath(store)).c_str());
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW(Widen(MarkerPath(store, "*")).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return;
+    do {
+        DeleteFileW(Widen(store->folder + "\\" + Narrow(found.cFileName)).c_str());
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+}

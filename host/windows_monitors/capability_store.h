@@ -1,0 +1,49 @@
+// Keeps capability strings between runs, since reading one takes seconds, and remembers a read that the process did not
+// survive.
+//
+// All lies in one folder: "capabilities.txt" with the strings, and a marker "reading KEY" while a string is being read.
+// A file is written whole, under another name, and then renamed. One that is damaged counts as not there.
+#pragma once
+
+#include <windows.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+struct KEPTCAPABILITIES {
+    std::string key;  // EdidKey of the monitor
+    std::string text; // any bytes, not empty
+};
+
+struct CAPABILITYSTORE {
+    std::string folder; // empty: nothing is kept
+    std::mutex mutex;   // one at a time
+};
+
+constexpr size_t KEPT_LIMIT = 64; // strings; the one that was kept first goes
+
+// The folder for this user: "Lumivane 2" in the local application data. Empty when Windows names none.
+std::string DefaultStoreFolder();
+
+// The functions below may be called on any thread. A key is a file name's worth of letters, digits and '-'.
+
+// The string kept for a monitor; empty: none.
+std::string FindKeptCapabilities(CAPABILITYSTORE *store, const std::string &key);
+
+// Keeps a string. An empty one is not kept. Returns false when the file could not be written.
+bool KeepCapabilities(CAPABILITYSTORE *store, const std::string &key, const std::string &text);
+
+// Puts up and takes down the marker around a read.
+bool MarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key);
+void UnmarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key);
+
+// Whether a marker stands there of a process that is no more.
+bool IsCapabilityReadMarked(CAPABILITYSTORE *store, const std::string &key);
+
+// Forgets all strings and markers.
+void ForgetCapabilities(CAPABILITYSTORE *store);
+
+// The file's text, and what it holds. Reading gives false, and no entry, when a byte of it is wrong.
+std::string WriteKeptText(const std::vector<KEPTCAPABILITIES> &kept);
+bool ReadKeptText(const std::string &text, std::vector<KEPTCAPABILITIES> *kept);

@@ -1,0 +1,46 @@
+// monitors.ini: what its owner knows better than a monitor itself. README.md in this folder tells a user the format.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+// What holds for one monitor.
+struct MONITOROVERRIDE {
+    std::string model;               // empty: its own
+    std::string capabilities;        // empty: its own
+    std::array<int, 256> maxima;     // per VCP code; -1: its own
+    std::array<bool, 256> never;     // VCP codes that are never touched
+    std::vector<std::string> titles; // the sections that it comes from, as "[ABC1234]"
+};
+
+struct OVERRIDESECTION {
+    std::string product; // such as ABC1234; empty: any
+    std::string serial;  // of that product; empty: any
+    std::string model;   // what EDID or Windows call it; empty: any
+    MONITOROVERRIDE content;
+};
+
+struct OVERRIDEFILE {
+    std::vector<OVERRIDESECTION> sections;
+    std::vector<std::string> faults; // "PATH:LINE: REASON" each (English); such a line is left out, the rest holds
+};
+
+// What a monitor is known by in the file's sections. Empty: not known.
+struct MONITORTITLES {
+    std::string product;
+    std::vector<std::string> serials; // as number, and in words
+    std::string model;
+};
+
+// Reads the file's text (UTF-8). `path` is only for messages.
+OVERRIDEFILE ParseOverrides(const std::string &text, const std::string &path);
+
+// Reads the file; one that is not there has no sections and no faults.
+OVERRIDEFILE ReadOverrides(const std::string &path);
+
+// What all fitting sections say together: [model NAME] first, then [ABC1234], then [ABC1234 SERIAL]; a later one
+// replaces a text or maximum of an earlier one, and adds to the codes never touched.
+MONITOROVERRIDE OverrideFor(const OVERRIDEFILE &file, const MONITORTITLES &titles);

@@ -1,0 +1,110 @@
+// One thread per physical monitor: it alone calls the driver for that monitor, with the pauses and retries that DDC/CI
+// needs. Whoever asks waits for an answer as long as his patience lasts, and not longer, even when the driver hangs.
+//
+// Who owns what: a worker and the workshop that it shares with the others are held by its thread, too. A thread that
+// does not come back from the driver keeps both, and the monitor's handle, until it does or the process ends; nobody
+// waits for it.
+#pragma once
+
+#include <windows.h>
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "host/windows_monitors/access_rules.h"
+#include "host/windows_monitors/capability_store.h"
+#include "host/windows_monitors/monitor_api.h"
+
+constexpr DWORD STOP_PATIENCE = 500;           // ms that an access may still take once the end has begun
+constexpr DWORD REOPEN_PERIOD = 2000;          // ms at least between two looks for a monitor whose handle is no good
+constexpr DWORD READ_TURN_LIMIT = 5000;        // ms that one capability string's read may keep the others waiting
+constexpr size_t CAPABILITY_LIMIT = 16 * 1024; // bytes; longer is a driver's mistake
+
+// What the workers of a set of monitors have in common.
+struct WORKSHOP {
+    MONITORAPI api;
+    std::shared_ptr<CAPABILITYSTORE> store;
+    // Opens the monitor of this identity anew. Called without the lock, on the worker's thread.
+    std::function<bool(const std::string &identity, HANDLE *handle)> reopen;
+
+    std::mutex mutex; // guards all that follows, and what the workers say so of
+    std::condition_variable changed;
+    bool stopping = false; // accesses have STOP_PATIENCE
+    DWORD stopTick = 0;
+    bool closing = false; // the threads end
+    int readers = 0;      // capability strings being read: one at a time, unless it takes too long
+    DWORD readerTick = 0; // when the latest of these reads began
+};
+
+// How an access went. error: 0, or the reason; the values are then 0.
+struct ACCESSANSWER {
+    DWORD error;
+    WORD value, maximum; // of a read
+};
+
+struct ACCESS {
+    ACCESSKIND kind; // read or write
+    BYTE code;
+    WORD value; // to write
+    DWORD startTick, patience;
+    bool begun, done, abandoned;
+    ACCESSANSWER answer;
+};
+
+enum CAPABILITYSTATE {
+    CAPABILITIES_WANTED,  // to be read when the thread has nothing else to do
+    CAPABILITIES_READING, // the driver is at it
+    CAPABILITIES_READ,    // from the monitor, in this run
+    CAPABILITIES_KEPT,    // from the file
+    CAPABILITIES_FAILED,  // see the error; asking again reads again
+    CAPABILITIES_NEVER,   // not read in this run: see the error
+};
+
+struct MONITORWORKER {
+    std::shared_ptr<WORKSHOP> workshop;
+    std::string identity; // of the monitor, for reopening
+    std::string key;      // of the monitor in the store
+    bool mayKeep;         // the key is of this monitor alone: its string may be kept
+
+    // The thread's own.
+    HANDLE handle;
+    LASTACCESS last;
+    bool isLost; // the handle is no good
+    DWORD lostTick;
+    DWORD lostError;
+
+    // Guarded by the workshop's mutex.
+    std::deque<std::shared_ptr<ACCESS>> accesses;
+    CAPABILITYSTATE state;
+    std::string capabilities;
+    DWORD capabilitiesError;
+    bool inDriver;
+    DWORD driverTick; // since when
+    bool ended;       // the thread does nothing more
+};
+
+// What a worker starts with. It then owns the handle.
+struct WORKERSTART {
+    HANDLE handle;
+    std::string identity, key;
+    bool mayKeep;
+    bool readsCapabilities; // false: they are known from elsewhere
+};
+std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP> &workshop, const WORKERSTART &start);
+
+// Reads or writes a VCP code. Returns within `patience` ms, or sooner when the workshop stops. Any thread.
+ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code, WORD value, DWORD patience);
+
+// The capability string, waited for `patience` ms. Returns 0 or the error; *text is then untouched. Any thread.
+DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string *text);
+
+// From now on accesses have STOP_PATIENCE; those that wait, too.
+void StopWorkshop(WORKSHOP *workshop);
+
+// Ends the workers' threads and waits up to STOP_PATIENCE for them. Returns whether all have ended; one that has not
+// hangs in the driver and goes its own way.
+bool CloseWorkshop(WORKSHOP *workshop, const std::deque<std::shared_ptr<MONITORWORKER>> &workers);

@@ -1,0 +1,368 @@
+// The monitor backend that drives the monitors which Windows has.
+#include "host/windows_monitors/windows_monitors.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/options.h"
+#include "host/text.h"
+
+struct WINDOWSMONITORS {
+    WINDOWSMONITOROPTIONS options;
+    bool hasApi;
+    std::string apiTrouble;
+    MONITORAPI api;
+    std::shared_ptr<CAPABILITYSTORE> store;
+
+    std::mutex mutex; // guards all that follows
+    OVERRIDEFILE overrides;
+    std::string findingTrouble;
+    std::shared_ptr<WORKSHOP> workshop;
+    std::vector<WINDOWSMONITOR> monitors;
+    bool hasStuckThread; // of this or an earlier set of monitors
+};
+
+WINDOWSMONITOROPTIONS DefaultWindowsMonitorOptions()
+{
+    return {ProgramFolder() + "\\monitors.ini", DefaultStoreFolder(), false, nullptr, nullptr};
+}
+
+WINDOWSMONITORS *OpenWindowsMonitors(const WINDOWSMONITOROPTIONS &options)
+{
+    WINDOWSMONITORS *monitors = new WINDOWSMONITORS{};
+    monitors->options = options;
+    if (!monitors->options.listDisplays)
+        monitors->options.listDisplays = ListDisplays;
+    monitors->hasApi = options.api || LoadMonitorApi(&monitors->api, &monitors->apiTrouble);
+    if (options.api)
+        monitors->api = *options.api;
+    monitors->store = std::make_shared<CAPABILITYSTORE>();
+    monitors->store->folder = options.storeFolder;
+    monitors->overrides = ReadOverrides(options.overrides);
+    if (options.fresh)
+        ForgetCapabilities(monitors->store.get());
+    return monitors;
+}
+
+// ---- Finding --------------------------------------------------------------------------------------------------------
+
+// Opens the monitor of an identity. It needs nothing but its arguments, since the monitors may be closed meanwhile.
+static bool ReopenMonitor(const MONITORAPI &api, std::vector<DISPLAY> (*listDisplays)(), const std::string &identity,
+                          HANDLE *handle)
+{
+    bool done = false;
+    for (const FOUNDMONITOR &found : FindPhysicalMonitors(api, listDisplays()).monitors) {
+        if (!done && found.identity == identity) {
+            *handle = found.handle;
+            done = true;
+        } else {
+            api.destroy(found.handle);
+        }
+    }
+    return done;
+}
+
+static std::shared_ptr<WORKSHOP> MakeWorkshop(const WINDOWSMONITORS *monitors)
+{
+    const auto workshop = std::make_shared<WORKSHOP>();
+    workshop->api = monitors->api;
+    workshop->store = monitors->store;
+    workshop->reopen = [api = monitors->api, list = monitors->options.listDisplays](const std::string &identity,
+                                                                                    HANDLE *handle) {
+        return ReopenMonitor(api, list, identity, handle);
+    };
+    return workshop;
+}
+
+static MONITORTITLES TitlesOf(const FOUNDMONITOR &found)
+{
+    MONITORTITLES titles;
+    titles.model = found.description;
+    if (!found.hasEdid)
+        return titles;
+    const EDIDFACTS facts = ReadEdidFacts(found.edid);
+    titles.product = EdidProduct(found.edid);
+    if (facts.serial)
+        titles.serials.push_back(Format("%u", facts.serial));
+    if (!EdidSerialText(found.edid).empty())
+        titles.serials.push_back(EdidSerialText(found.edid));
+    if (!facts.name.empty())
+        titles.model = facts.name;
+    return titles;
+}
+
+// A name for files of a monitor whose EDID is not known: no other monitor that is there has it.
+static std::string KeyOfIdentity(const std::string &identity)
+{
+    unsigned hash = 0x811C9DC5;
+    for (const char c : identity)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x01000193;
+    return Format("without-edid-%08X", hash);
+}
+
+static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::shared_ptr<WORKSHOP> &workshop,
+                                   const FOUNDMONITOR &found)
+{
+    WINDOWSMONITOR monitor = {found, {}, TitlesOf(found), nullptr};
+    monitor.override = OverrideFor(monitors->overrides, monitor.titles);
+    const std::string key = found.hasEdid ? EdidKey(found.edid) : KeyOfIdentity(found.identity);
+    monitor.worker = StartMonitorWorker(
+        workshop, {found.handle, found.identity, key, found.hasEdid, monitor.override.capabilities.empty()});
+    return monitor;
+}
+
+// Ends the threads of the present monitors.
+static void EndMonitors(WINDOWSMONITORS *monitors)
+{
+    std::shared_ptr<WORKSHOP> workshop;
+    std::deque<std::shared_ptr<MONITORWORKER>> workers;
+    {
+        std::lock_guard lock(monitors->mutex);
+        workshop = monitors->workshop;
+        for (const WINDOWSMONITOR &monitor : monitors->monitors)
+            workers.push_back(monitor.worker);
+        monitors->workshop = nullptr;
+        monitors->monitors.clear();
+    }
+    if (workshop && !CloseWorkshop(workshop.get(), workers))
+        monitors->hasStuckThread = true;
+}
+
+void FindWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    EndMonitors(monitors);
+    FINDING finding;
+    if (monitors->hasApi)
+        finding = FindPhysicalMonitors(monitors->api, monitors->options.listDisplays());
+    const OVERRIDEFILE overrides = ReadOverrides(monitors->options.overrides);
+    std::lock_guard lock(monitors->mutex);
+    monitors->overrides = overrides;
+    monitors->findingTrouble = finding.trouble;
+    monitors->workshop = MakeWorkshop(monitors);
+    for (const FOUNDMONITOR &found : finding.monitors)
+        monitors->monitors.push_back(StartMonitor(monitors, monitors->workshop, found));
+}
+
+std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    std::vector<std::string> identities;
+    if (!monitors->hasApi)
+        return identities;
+    const FINDING finding = FindPhysicalMonitors(monitors->api, monitors->options.listDisplays());
+    for (const FOUNDMONITOR &found : finding.monitors)
+        identities.push_back(found.identity);
+    DestroyFoundMonitors(monitors->api, finding.monitors);
+    return identities;
+}
+
+std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    std::lock_guard lock(monitors->mutex);
+    return monitors->monitors;
+}
+
+std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    std::vector<std::string> identities;
+    for (const WINDOWSMONITOR &monitor : CopyWindowsMonitors(monitors))
+        identities.push_back(monitor.found.identity);
+    return identities;
+}
+
+// ---- Trouble --------------------------------------------------------------------------------------------------------
+
+std::string FindingTrouble(WINDOWSMONITORS *monitors)
+{
+    std::lock_guard lock(monitors->mutex);
+    return monitors->hasApi ? monitors->findingTrouble : monitors->apiTrouble;
+}
+
+std::vector<std::string> OverrideFaults(WINDOWSMONITORS *monitors)
+{
+    std::lock_guard lock(monitors->mutex);
+    return monitors->overrides.faults;
+}
+
+// The words of a trouble in one language. %s is the reason or the line, which stays as it is.
+struct TROUBLEWORDS {
+    const char *noApi, *noMonitor, *fault, *skipped;
+};
+
+static const TROUBLEWORDS s_english = {
+    "Windows cannot drive monitors: %s",
+    "no monitor was found: %s",
+    "monitors.ini has a fault, the line is left out: %s",
+    "the capability string of %s is not read, since the program ended in the middle of reading it; --fresh tries again",
+};
+
+static const TROUBLEWORDS s_japanese = {
+    "この Windows ではモニタを制御できません。\n%s",
+    "モニタが見つかりません。\n%s",
+    "monitors.ini に誤りがあります。この行は無視されます。\n%s",
+    "%s の機能情報は、前回の読み取り中にプログラムが終了したため、読み取りません。\n"
+    "もう一度読み取るには --fresh を付けて起動してください。",
+};
+
+static bool IsSkipped(const WINDOWSMONITOR &monitor)
+{
+    std::lock_guard lock(monitor.worker->workshop->mutex);
+    return monitor.worker->capabilitiesError == OUR_ERROR_SKIPPED;
+}
+
+static std::string Trouble(WINDOWSMONITORS *monitors, const TROUBLEWORDS &words)
+{
+    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+    const std::string reason = FindingTrouble(monitors);
+    std::vector<std::string> lines;
+    if (!monitors->hasApi)
+        lines.push_back(Format(words.noApi, reason.c_str()));
+    else if (found.empty())
+        lines.push_back(Format(words.noMonitor, reason.c_str()));
+    for (const std::string &fault : OverrideFaults(monitors))
+        lines.push_back(Format(words.fault, fault.c_str()));
+    for (const WINDOWSMONITOR &monitor : found)
+        if (IsSkipped(monitor))
+            lines.push_back(Format(words.skipped, MonitorModel("", monitor.found).c_str()));
+    std::string text;
+    for (const std::string &line : lines)
+        text += (text.empty() ? "" : "\n") + line;
+    return text;
+}
+
+std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors)
+{
+    return Trouble(monitors, s_japanese);
+}
+
+std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors)
+{
+    return Trouble(monitors, s_english);
+}
+
+// ---- The end --------------------------------------------------------------------------------------------------------
+
+void StopWindowsMonitorAccesses(WINDOWSMONITORS *monitors)
+{
+    std::lock_guard lock(monitors->mutex);
+    if (monitors->workshop)
+        StopWorkshop(monitors->workshop.get());
+}
+
+bool CloseWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    EndMonitors(monitors);
+    const bool allEnded = !monitors->hasStuckThread;
+    delete monitors;
+    return allEnded;
+}
+
+// ---- The backend ----------------------------------------------------------------------------------------------------
+
+static bool MonitorAt(void *context, int index, WINDOWSMONITOR *monitor)
+{
+    WINDOWSMONITORS *monitors = static_cast<WINDOWSMONITORS *>(context);
+    std::lock_guard lock(monitors->mutex);
+    if (index < 0 || index >= static_cast<int>(monitors->monitors.size()))
+        return false;
+    *monitor = monitors->monitors[static_cast<size_t>(index)];
+    return true;
+}
+
+static int Count(void *context)
+{
+    WINDOWSMONITORS *monitors = static_cast<WINDOWSMONITORS *>(context);
+    std::lock_guard lock(monitors->mutex);
+    return static_cast<int>(monitors->monitors.size());
+}
+
+DWORD WindowsMonitorCapabilities(const WINDOWSMONITOR &monitor, DWORD patience, std::string *text)
+{
+    if (monitor.override.capabilities.empty())
+        return AskMonitorCapabilities(monitor.worker.get(), patience, text);
+    *text = monitor.override.capabilities;
+    return 0;
+}
+
+// A monitor whose string cannot be had still has a name.
+static MONITORRESULT Name(void *context, int index, DWORD patience, char text[HOST_NAME_SIZE])
+{
+    WINDOWSMONITOR monitor;
+    if (!MonitorAt(context, index, &monitor))
+        return MONITOR_FAILED;
+    std::string capabilities, name = monitor.override.model;
+    if (name.empty()) {
+        WindowsMonitorCapabilities(monitor, patience, &capabilities);
+        name = MonitorModel(capabilities, monitor.found);
+    }
+    memset(text, 0, HOST_NAME_SIZE);
+    memcpy(text, name.data(), std::min<size_t>(name.size(), HOST_NAME_SIZE));
+    return MONITOR_OK;
+}
+
+static MONITORRESULT Capabilities(void *context, int index, DWORD patience, char text[HOST_CAPABILITIES_SIZE])
+{
+    WINDOWSMONITOR monitor;
+    std::string capabilities;
+    if (!MonitorAt(context, index, &monitor) || WindowsMonitorCapabilities(monitor, patience, &capabilities) != 0)
+        return MONITOR_FAILED;
+    memset(text, 0, HOST_CAPABILITIES_SIZE);
+    memcpy(text, capabilities.data(), std::min<size_t>(capabilities.size(), HOST_CAPABILITIES_SIZE - 1));
+    return MONITOR_OK;
+}
+
+static MONITORRESULT Edid(void *context, int index, BYTE block[HOST_EDID_SIZE])
+{
+    WINDOWSMONITOR monitor;
+    if (!MonitorAt(context, index, &monitor) || !monitor.found.hasEdid)
+        return MONITOR_FAILED;
+    memcpy(block, monitor.found.edid.data(), HOST_EDID_SIZE);
+    return MONITOR_OK;
+}
+
+ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD patience)
+{
+    if (monitor.override.never[code])
+        return {OUR_ERROR_NEVER, 0, 0};
+    ACCESSANSWER answer = AskMonitorWorker(monitor.worker.get(), ACCESS_READ, code, 0, patience);
+    if (!answer.error && monitor.override.maxima[code] >= 0)
+        answer.maximum = static_cast<WORD>(monitor.override.maxima[code]);
+    return answer;
+}
+
+static MONITORRESULT GetVcp(void *context, int index, DWORD patience, BYTE code, WORD *value, WORD *maximum)
+{
+    WINDOWSMONITOR monitor;
+    if (!MonitorAt(context, index, &monitor))
+        return MONITOR_FAILED;
+    const ACCESSANSWER answer = ReadWindowsMonitor(monitor, code, patience);
+    if (answer.error)
+        return MONITOR_FAILED;
+    *value = answer.value;
+    *maximum = answer.maximum;
+    return MONITOR_OK;
+}
+
+static MONITORRESULT SetVcp(void *context, int index, DWORD patience, BYTE code, WORD value)
+{
+    WINDOWSMONITOR monitor;
+    if (!MonitorAt(context, index, &monitor) || monitor.override.never[code])
+        return MONITOR_FAILED;
+    const ACCESSANSWER answer = AskMonitorWorker(monitor.worker.get(), ACCESS_WRITE, code, value, patience);
+    return answer.error ? MONITOR_FAILED : MONITOR_OK;
+}
+
+// Neither changes anything in a monitor; it only has to exist.
+static MONITORRESULT InputList(void *context, int index, const DWORD[HOST_INPUT_COUNT])
+{
+    return index >= 0 && index < Count(context) ? MONITOR_OK : MONITOR_FAILED;
+}
+
+static MONITORRESULT DirectLink(void *context, int index, bool)
+{
+    return index >= -1 && index < Count(context) ? MONITOR_OK : MONITOR_FAILED;
+}
+
+MONITORBACKEND WindowsBackend(WINDOWSMONITORS *monitors)
+{
+    return {monitors, Count, Name, Capabilities, Edid, GetVcp, SetVcp, InputList, DirectLink};
+}

@@ -1,0 +1,77 @@
+// The monitor backend that drives the monitors which Windows has, through its Monitor Configuration API.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/monitor_backend.h"
+#include "host/windows_monitors/found_monitor.h"
+#include "host/windows_monitors/monitor_overrides.h"
+#include "host/windows_monitors/monitor_worker.h"
+
+struct WINDOWSMONITOROPTIONS {
+    std::string overrides;                  // path of monitors.ini, which need not exist; empty: none
+    std::string storeFolder;                // of the capability store; empty: nothing is kept
+    bool fresh;                             // forget what is kept, and read all capability strings anew
+    const MONITORAPI *api;                  // null: dxva2.dll
+    std::vector<DISPLAY> (*listDisplays)(); // null: Windows' own
+};
+
+// monitors.ini beside the program, and the store of this user.
+WINDOWSMONITOROPTIONS DefaultWindowsMonitorOptions();
+
+// The found monitors, their threads, store and overrides.
+struct WINDOWSMONITORS;
+
+// Loads dxva2.dll and reads monitors.ini; finds nothing yet. Never null.
+WINDOWSMONITORS *OpenWindowsMonitors(const WINDOWSMONITOROPTIONS &options);
+
+// Looks for the monitors, and replaces what was found before; reads monitors.ini again. Each monitor gets a thread,
+// which begins with the capability string. Ends StopWindowsMonitorAccesses. Call while the backend is not in use.
+void FindWindowsMonitors(WINDOWSMONITORS *monitors);
+
+// The identities of the monitors that are there now; those in use are not touched. Any thread; the driver may take its
+// time.
+std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors);
+
+// The identities of the monitors in use, in the same order as LookForWindowsMonitors gives. Any thread.
+std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors);
+
+// Why there is no monitor, or what is wrong in monitors.ini, or which string was not read; empty: nothing to say. In
+// Japanese for windows, in English for the console. Any thread.
+std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors);
+std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors);
+
+// Before the plug-in's stop: accesses still go to the monitors, but none takes longer than STOP_PATIENCE. Any thread.
+void StopWindowsMonitorAccesses(WINDOWSMONITORS *monitors);
+
+// Ends the threads. Returns false when a call into the driver has not come back: its thread cannot be ended, so the
+// process should be, with TerminateProcess (the driver's DLLs might wait for that thread at an ordinary end).
+bool CloseWindowsMonitors(WINDOWSMONITORS *monitors);
+
+// The table through which the router reaches these monitors. It may be called on any thread.
+MONITORBACKEND WindowsBackend(WINDOWSMONITORS *monitors);
+
+// ---- For whoever describes them -------------------------------------------------------------------------------------
+
+struct WINDOWSMONITOR {
+    FOUNDMONITOR found; // its handle belongs to the worker
+    MONITOROVERRIDE override;
+    MONITORTITLES titles;
+    std::shared_ptr<MONITORWORKER> worker;
+};
+
+// The monitors in use. Any thread.
+std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors);
+
+// Why nothing could be asked for monitors at all, or a display gave none (English); empty: nothing to say.
+std::string FindingTrouble(WINDOWSMONITORS *monitors);
+
+// The faults of monitors.ini.
+std::vector<std::string> OverrideFaults(WINDOWSMONITORS *monitors);
+
+// Reads a code as the backend does; the answer's error says why not.
+ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD patience);
+
+// The capability string as the backend has it, before it is cut to what the plug-in takes; 0 or the error.
+DWORD WindowsMonitorCapabilities(const WINDOWSMONITOR &monitor, DWORD patience, std::string *text);
