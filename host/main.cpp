@@ -5,6 +5,7 @@
 
 #include "host/console.h"
 #include "host/host_app.h"
+#include "host/windows_monitors/monitor_report.h"
 
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
@@ -23,6 +24,10 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
         ConsoleText(HelpText());
         return 0;
     }
+    if (app.options.list)
+        return ListMonitors(app.options);
+    if (!app.options.report.empty())
+        return WriteMonitorReport(app.options);
     const int status = RunHost(&app);
     if (app.isDriverStuck)
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));

@@ -77,6 +77,12 @@ static bool TakeLog(OPTIONS *options, const std::string &value, std::string *)
     return true;
 }
 
+static bool TakeReport(OPTIONS *options, const std::string &value, std::string *)
+{
+    options->report = value;
+    return true;
+}
+
 static bool TakeTour(OPTIONS *options, const std::string &value, std::string *)
 {
     options->tour = value;
@@ -97,6 +103,14 @@ static const struct OPTIONKIND {
      "simulated monitors instead of those that Windows has: monitor files or folders of them,\n"
      "separated by commas; a folder stands for its *.ini in name order, 'none' for no monitor",
      nullptr, TakeMonitors},
+    {"--list", nullptr,
+     "print every monitor that Windows has, what it says of itself and its values, and end;\n"
+     "status 1 when there is none",
+     &OPTIONS::list, nullptr},
+    {"--report", "FILE",
+     "the same as --list, with the versions of Windows and of this program, into FILE: for a bug\n"
+     "report. No names of user or computer and no serial numbers are in it",
+     nullptr, TakeReport},
     {"--fresh", nullptr, "read the monitors' capability strings anew; they are kept from run to run otherwise",
      &OPTIONS::fresh, nullptr},
     {"--windows", nullptr,
@@ -159,6 +173,10 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
         }
         if (!kind->take(options, words[++i], error))
             return false;
+    }
+    if ((options->list || !options->report.empty()) && !options->windowsMonitors) {
+        *error = "--list and --report are about the monitors that Windows has: leave --monitors out";
+        return false;
     }
     return true;
 }

@@ -9,6 +9,7 @@
 
 struct OPTIONS {
     bool help;
+    bool list;    // print the monitors that Windows has, and end
     bool windows; // show the monitors' windows at the start
     bool noTray;
     bool panel; // open the plug-in's panel at the start
@@ -18,6 +19,7 @@ struct OPTIONS {
     bool fresh;                        // forget what is kept of their capability strings
     std::vector<std::string> monitors; // files and folders of simulated ones; empty: none
     std::string log;                   // empty: none
+    std::string report;                // file for a bug report; empty: none
     std::string tour;                  // folder of the tour's pictures; empty: no tour
     std::vector<HOSTCOMMAND> commands;
     std::vector<PRESS> presses; // the monitors and buttons need not exist

@@ -9,6 +9,7 @@ static const struct {
     const char *words;
 } s_errors[] = {
     {ERROR_INVALID_HANDLE, FAULT_GONE, "the handle of the monitor is not valid"},
+    {ERROR_NOT_FOUND, FAULT_UNSUPPORTED, "the display has no monitor"},
     {ERROR_NOT_SUPPORTED, FAULT_UNSUPPORTED, "the graphics driver does not support it"},
     {ERROR_CALL_NOT_IMPLEMENTED, FAULT_UNSUPPORTED, "this system has the function without its contents"},
 
@@ -34,7 +35,7 @@ static const struct {
     {0xC02625DC, FAULT_UNSUPPORTED, "the monitor's MCCS version is not supported"},
     {0xC02625DE, FAULT_UNSUPPORTED, "the monitor names a display technology that does not exist"},
     {0xC02625DF, FAULT_UNSUPPORTED, "the monitor names a colour temperature that is not supported"},
-    {0xC02625E0, FAULT_UNSUPPORTED, "monitors can be reached from the session at the computer only"},
+    {GRAPHICS_CONSOLE_SESSION_ONLY, FAULT_UNSUPPORTED, "monitors can be reached from the session at the computer only"},
     {0xC02625E1, FAULT_GONE, "no display device has that name"},
     {0xC02625E2, FAULT_GONE, "the display device is not part of the desktop"},
     {0xC02625E3, FAULT_UNSUPPORTED, "mirroring display devices have no monitors"},
@@ -45,7 +46,7 @@ static const struct {
     {0xC02605E8, FAULT_PASSING, "the session is changing over at this moment"},
 
     {OUR_ERROR_TIMEOUT, FAULT_PASSING, "no answer within the time that a request has"},
-    {OUR_ERROR_STUCK, FAULT_PASSING, "an earlier call into the graphics driver has not come back"},
+    {OUR_ERROR_STUCK, FAULT_PASSING, "a call into the graphics driver has not come back"},
     {OUR_ERROR_NEVER, FAULT_UNSUPPORTED, "monitors.ini says never"},
     {OUR_ERROR_SKIPPED, FAULT_UNSUPPORTED, "not read: a run of this program ended in the middle of reading it"},
     {OUR_ERROR_STOPPED, FAULT_UNSUPPORTED, "the program is ending"},

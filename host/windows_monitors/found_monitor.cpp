@@ -93,12 +93,12 @@ static DWORD OpenDisplay(const MONITORAPI &api, HMONITOR hMonitor, std::vector<P
 
 FINDING FindPhysicalMonitors(const MONITORAPI &api, const std::vector<DISPLAY> &displays)
 {
-    FINDING finding;
+    FINDING finding = {};
     for (const DISPLAY &display : displays) {
         std::vector<PHYSICALMONITOR> opened;
         if (const DWORD error = OpenDisplay(api, display.hMonitor, &opened)) {
-            finding.trouble += (finding.trouble.empty() ? "" : "; ") + display.device + ": " +
-                               (error == ERROR_NOT_FOUND ? "no monitor behind it" : AccessErrorText(error));
+            finding.error = finding.error ? finding.error : error;
+            finding.trouble += (finding.trouble.empty() ? "" : "; ") + display.device + ": " + AccessErrorText(error);
             continue;
         }
         std::vector<std::string> descriptions;

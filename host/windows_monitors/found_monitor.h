@@ -19,7 +19,8 @@ struct FOUNDMONITOR {
 
 struct FINDING {
     std::vector<FOUNDMONITOR> monitors; // at most FOUND_MONITOR_LIMIT
-    std::string trouble;                // a display that gave no monitors, and why (English); empty: none
+    DWORD error;                        // of the first display that gave no monitors; 0: none
+    std::string trouble;                // all of these, and why (English); empty: none
 };
 
 // Opens the physical monitors of all displays, in their order. Any thread; the driver may take its time.

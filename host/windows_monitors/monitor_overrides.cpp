@@ -149,7 +149,7 @@ static bool ReadLine(OVERRIDESTATE *state, std::string_view line)
     return ReadKey(state, Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
 }
 
-OVERRIDEFILE ParseOverrides(const std::string &text, const std::string &path)
+OVERRIDEFILE ParseOverrides(const std::string &text)
 {
     OVERRIDEFILE file;
     OVERRIDESTATE state = {&file, false, false, {}};
@@ -157,7 +157,7 @@ OVERRIDEFILE ParseOverrides(const std::string &text, const std::string &path)
     for (const std::string_view line : SplitLines(text)) {
         number++;
         if (!ReadLine(&state, line) && file.faults.size() < FAULT_LIMIT)
-            file.faults.push_back(Format("%s:%d: %s", path.c_str(), number, state.reason.c_str()));
+            file.faults.push_back({number, state.reason});
     }
     return file;
 }
@@ -168,8 +168,8 @@ OVERRIDEFILE ReadOverrides(const std::string &path)
     if (path.empty() || GetFileAttributesW(Widen(path).c_str()) == INVALID_FILE_ATTRIBUTES)
         return {};
     if (ReadWholeFile(path, OVERRIDE_FILE_LIMIT, &text, &error))
-        return ParseOverrides(text, path);
-    return {{}, {path + ": " + error}};
+        return ParseOverrides(text);
+    return {{}, {{0, error}}};
 }
 
 // ---- Sections that fit ----------------------------------------------------------------------------------------------

@@ -23,9 +23,15 @@ struct OVERRIDESECTION {
     MONITOROVERRIDE content;
 };
 
+// A line that is left out; the rest of the file holds.
+struct OVERRIDEFAULT {
+    int line;           // counted from 1; 0: the file cannot be read
+    std::string reason; // English
+};
+
 struct OVERRIDEFILE {
     std::vector<OVERRIDESECTION> sections;
-    std::vector<std::string> faults; // "PATH:LINE: REASON" each (English); such a line is left out, the rest holds
+    std::vector<OVERRIDEFAULT> faults;
 };
 
 // What a monitor is known by in the file's sections. Empty: not known.
@@ -35,8 +41,8 @@ struct MONITORTITLES {
     std::string model;
 };
 
-// Reads the file's text (UTF-8). `path` is only for messages.
-OVERRIDEFILE ParseOverrides(const std::string &text, const std::string &path);
+// Reads the file's text (UTF-8). Keys below a title with a fault are left out, too, without a fault of their own.
+OVERRIDEFILE ParseOverrides(const std::string &text);
 
 // Reads the file; one that is not there has no sections and no faults.
 OVERRIDEFILE ReadOverrides(const std::string &path);

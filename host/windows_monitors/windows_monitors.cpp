@@ -16,7 +16,9 @@ struct WINDOWSMONITORS {
 
     std::mutex mutex; // guards all that follows
     OVERRIDEFILE overrides;
+    DWORD findingError;
     std::string findingTrouble;
+    std::vector<std::shared_ptr<MONITORSEARCH>> searches; // those that took too long
     std::shared_ptr<WORKSHOP> workshop;
     std::vector<WINDOWSMONITOR> monitors;
     bool hasStuckThread; // of this or an earlier set of monitors
@@ -47,8 +49,7 @@ WINDOWSMONITORS *OpenWindowsMonitors(const WINDOWSMONITOROPTIONS &options)
 // ---- Finding --------------------------------------------------------------------------------------------------------
 
 // Opens the monitor of an identity. It needs nothing but its arguments, since the monitors may be closed meanwhile.
-static bool ReopenMonitor(const MONITORAPI &api, std::vector<DISPLAY> (*listDisplays)(), const std::string &identity,
-                          HANDLE *handle)
+static bool ReopenMonitor(const MONITORAPI &api, LISTDISPLAYS listDisplays, const std::string &identity, HANDLE *handle)
 {
     bool done = false;
     for (const FOUNDMONITOR &found : FindPhysicalMonitors(api, listDisplays()).monitors) {
@@ -128,31 +129,40 @@ static void EndMonitors(WINDOWSMONITORS *monitors)
         monitors->hasStuckThread = true;
 }
 
+// A driver that has not come back from one search is not asked a second time meanwhile.
+static bool IsAnySearchStuck(WINDOWSMONITORS *monitors)
+{
+    std::lock_guard lock(monitors->mutex);
+    return std::any_of(monitors->searches.begin(), monitors->searches.end(),
+                       [](const auto &search) { return IsSearching(search.get()); });
+}
+
+static FINDING Search(WINDOWSMONITORS *monitors)
+{
+    if (!monitors->hasApi)
+        return {};
+    if (IsAnySearchStuck(monitors))
+        return {{}, OUR_ERROR_STUCK, AccessErrorText(OUR_ERROR_STUCK)};
+    std::shared_ptr<MONITORSEARCH> search;
+    const FINDING finding = SearchMonitors(monitors->api, monitors->options.listDisplays, SEARCH_PATIENCE, &search);
+    std::lock_guard lock(monitors->mutex);
+    if (finding.error == OUR_ERROR_STUCK)
+        monitors->searches.push_back(search);
+    return finding;
+}
+
 void FindWindowsMonitors(WINDOWSMONITORS *monitors)
 {
     EndMonitors(monitors);
-    FINDING finding;
-    if (monitors->hasApi)
-        finding = FindPhysicalMonitors(monitors->api, monitors->options.listDisplays());
+    const FINDING finding = Search(monitors);
     const OVERRIDEFILE overrides = ReadOverrides(monitors->options.overrides);
     std::lock_guard lock(monitors->mutex);
     monitors->overrides = overrides;
+    monitors->findingError = finding.error;
     monitors->findingTrouble = finding.trouble;
     monitors->workshop = MakeWorkshop(monitors);
     for (const FOUNDMONITOR &found : finding.monitors)
         monitors->monitors.push_back(StartMonitor(monitors, monitors->workshop, found));
-}
-
-std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors)
-{
-    std::vector<std::string> identities;
-    if (!monitors->hasApi)
-        return identities;
-    const FINDING finding = FindPhysicalMonitors(monitors->api, monitors->options.listDisplays());
-    for (const FOUNDMONITOR &found : finding.monitors)
-        identities.push_back(found.identity);
-    DestroyFoundMonitors(monitors->api, finding.monitors);
-    return identities;
 }
 
 std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors)
@@ -169,6 +179,18 @@ std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors)
     return identities;
 }
 
+std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors)
+{
+    const FINDING finding = Search(monitors);
+    if (finding.error == OUR_ERROR_STUCK)
+        return FoundWindowsMonitors(monitors);
+    std::vector<std::string> identities;
+    for (const FOUNDMONITOR &found : finding.monitors)
+        identities.push_back(found.identity);
+    DestroyFoundMonitors(monitors->api, finding.monitors);
+    return identities;
+}
+
 // ---- Trouble --------------------------------------------------------------------------------------------------------
 
 std::string FindingTrouble(WINDOWSMONITORS *monitors)
@@ -177,31 +199,11 @@ std::string FindingTrouble(WINDOWSMONITORS *monitors)
     return monitors->hasApi ? monitors->findingTrouble : monitors->apiTrouble;
 }
 
-std::vector<std::string> OverrideFaults(WINDOWSMONITORS *monitors)
+std::vector<OVERRIDEFAULT> OverrideFaults(WINDOWSMONITORS *monitors)
 {
     std::lock_guard lock(monitors->mutex);
     return monitors->overrides.faults;
 }
-
-// The words of a trouble in one language. %s is the reason or the line, which stays as it is.
-struct TROUBLEWORDS {
-    const char *noApi, *noMonitor, *fault, *skipped;
-};
-
-static const TROUBLEWORDS s_english = {
-    "Windows cannot drive monitors: %s",
-    "no monitor was found: %s",
-    "monitors.ini has a fault, the line is left out: %s",
-    "the capability string of %s is not read, since the program ended in the middle of reading it; --fresh tries again",
-};
-
-static const TROUBLEWORDS s_japanese = {
-    "この Windows ではモニタを制御できません。\n%s",
-    "モニタが見つかりません。\n%s",
-    "monitors.ini に誤りがあります。この行は無視されます。\n%s",
-    "%s の機能情報は、前回の読み取り中にプログラムが終了したため、読み取りません。\n"
-    "もう一度読み取るには --fresh を付けて起動してください。",
-};
 
 static bool IsSkipped(const WINDOWSMONITOR &monitor)
 {
@@ -209,34 +211,64 @@ static bool IsSkipped(const WINDOWSMONITOR &monitor)
     return monitor.worker->capabilitiesError == OUR_ERROR_SKIPPED;
 }
 
-static std::string Trouble(WINDOWSMONITORS *monitors, const TROUBLEWORDS &words)
+static std::string JoinLines(const std::vector<std::string> &lines)
 {
-    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
-    const std::string reason = FindingTrouble(monitors);
-    std::vector<std::string> lines;
-    if (!monitors->hasApi)
-        lines.push_back(Format(words.noApi, reason.c_str()));
-    else if (found.empty())
-        lines.push_back(Format(words.noMonitor, reason.c_str()));
-    for (const std::string &fault : OverrideFaults(monitors))
-        lines.push_back(Format(words.fault, fault.c_str()));
-    for (const WINDOWSMONITOR &monitor : found)
-        if (IsSkipped(monitor))
-            lines.push_back(Format(words.skipped, MonitorModel("", monitor.found).c_str()));
     std::string text;
     for (const std::string &line : lines)
         text += (text.empty() ? "" : "\n") + line;
     return text;
 }
 
-std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors)
-{
-    return Trouble(monitors, s_japanese);
-}
-
 std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors)
 {
-    return Trouble(monitors, s_english);
+    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+    const std::string reason = FindingTrouble(monitors);
+    std::vector<std::string> lines;
+    if (!monitors->hasApi)
+        lines.push_back("this Windows has nothing to drive monitors with: " + reason);
+    else if (found.empty())
+        lines.push_back("no monitor was found: " + (reason.empty() ? "Windows has no display" : reason));
+    for (const OVERRIDEFAULT &fault : OverrideFaults(monitors))
+        lines.push_back(fault.line ? Format("monitors.ini:%d: ", fault.line) + fault.reason + "; the line is left out"
+                                   : "monitors.ini cannot be read: " + fault.reason);
+    for (const WINDOWSMONITOR &monitor : found)
+        if (IsSkipped(monitor))
+            lines.push_back(MonitorModel("", monitor.found) +
+                            ": the capability string is not read, since the program " +
+                            "ended in the middle of reading it; --fresh reads it again");
+    return JoinLines(lines);
+}
+
+static std::string NoMonitorInJapanese(DWORD error)
+{
+    if (error == GRAPHICS_CONSOLE_SESSION_ONLY)
+        return "リモート接続では、モニタを制御できません。";
+    if (error == OUR_ERROR_STUCK)
+        return "グラフィックスドライバが応答しないため、モニタを検出できません。";
+    return "制御できるモニタが見つかりません。" + (error ? Format("(エラー 0x%08lX)", error) : std::string());
+}
+
+std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors)
+{
+    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+    std::vector<std::string> lines;
+    DWORD error = 0;
+    {
+        std::lock_guard lock(monitors->mutex);
+        error = monitors->findingError;
+    }
+    if (!monitors->hasApi)
+        lines.push_back("この Windows には、モニタを制御する機能 (dxva2.dll) がありません。");
+    else if (found.empty())
+        lines.push_back(NoMonitorInJapanese(error));
+    for (const OVERRIDEFAULT &fault : OverrideFaults(monitors))
+        lines.push_back(fault.line ? Format("monitors.ini の %d 行目に誤りがあるため、この行を無視します。", fault.line)
+                                   : "monitors.ini を読み込めません。");
+    for (const WINDOWSMONITOR &monitor : found)
+        if (IsSkipped(monitor))
+            lines.push_back(MonitorModel("", monitor.found) +
+                            ": 機能情報の読み取り中にプログラムが終了したことがあるため、読み取りを省略しました。");
+    return JoinLines(lines);
 }
 
 // ---- The end --------------------------------------------------------------------------------------------------------
@@ -251,7 +283,7 @@ void StopWindowsMonitorAccesses(WINDOWSMONITORS *monitors)
 bool CloseWindowsMonitors(WINDOWSMONITORS *monitors)
 {
     EndMonitors(monitors);
-    const bool allEnded = !monitors->hasStuckThread;
+    const bool allEnded = !monitors->hasStuckThread && !IsAnySearchStuck(monitors);
     delete monitors;
     return allEnded;
 }

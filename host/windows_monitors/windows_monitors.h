@@ -5,16 +5,16 @@
 #include <vector>
 
 #include "host/monitor_backend.h"
-#include "host/windows_monitors/found_monitor.h"
 #include "host/windows_monitors/monitor_overrides.h"
+#include "host/windows_monitors/monitor_search.h"
 #include "host/windows_monitors/monitor_worker.h"
 
 struct WINDOWSMONITOROPTIONS {
-    std::string overrides;                  // path of monitors.ini, which need not exist; empty: none
-    std::string storeFolder;                // of the capability store; empty: nothing is kept
-    bool fresh;                             // forget what is kept, and read all capability strings anew
-    const MONITORAPI *api;                  // null: dxva2.dll
-    std::vector<DISPLAY> (*listDisplays)(); // null: Windows' own
+    std::string overrides;     // path of monitors.ini, which need not exist; empty: none
+    std::string storeFolder;   // of the capability store; empty: nothing is kept
+    bool fresh;                // forget what is kept, and read all capability strings anew
+    const MONITORAPI *api;     // null: dxva2.dll
+    LISTDISPLAYS listDisplays; // null: Windows' own
 };
 
 // monitors.ini beside the program, and the store of this user.
@@ -30,15 +30,15 @@ WINDOWSMONITORS *OpenWindowsMonitors(const WINDOWSMONITOROPTIONS &options);
 // which begins with the capability string. Ends StopWindowsMonitorAccesses. Call while the backend is not in use.
 void FindWindowsMonitors(WINDOWSMONITORS *monitors);
 
-// The identities of the monitors that are there now; those in use are not touched. Any thread; the driver may take its
-// time.
+// The identities of the monitors that are there now; those in use are not touched. While the driver hangs nothing can
+// be said: then these are those in use. Any thread; takes up to SEARCH_PATIENCE.
 std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors);
 
 // The identities of the monitors in use, in the same order as LookForWindowsMonitors gives. Any thread.
 std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors);
 
-// Why there is no monitor, or what is wrong in monitors.ini, or which string was not read; empty: nothing to say. In
-// Japanese for windows, in English for the console. Any thread.
+// Why there is no monitor, which lines of monitors.ini are left out, which string was not read, a line each; empty:
+// nothing to say. In Japanese for windows, in English for the console. Any thread.
 std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors);
 std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors);
 
@@ -67,8 +67,8 @@ std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors);
 // Why nothing could be asked for monitors at all, or a display gave none (English); empty: nothing to say.
 std::string FindingTrouble(WINDOWSMONITORS *monitors);
 
-// The faults of monitors.ini.
-std::vector<std::string> OverrideFaults(WINDOWSMONITORS *monitors);
+// The lines of monitors.ini that are left out.
+std::vector<OVERRIDEFAULT> OverrideFaults(WINDOWSMONITORS *monitors);
 
 // Reads a code as the backend does; the answer's error says why not.
 ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD patience);

@@ -1,0 +1,370 @@
+// The backend of real monitors, from the displays to a value, over a driver that the tests script: one that fails,
+// hangs, loses its handles and shows two monitors behind one display.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <thread>
+
+#include "host/text.h"
+#include "host/windows_monitors/monitor_description.h"
+#include "support/fake_driver.h"
+
+static std::vector<BYTE> EdidBytes(const char *maker, unsigned product, unsigned serial, const char *name)
+{
+    const EDIDBLOCK block = MakeEdid({maker, product, serial, 2012, 60, 34, name});
+    return std::vector<BYTE>(block.begin(), block.end());
+}
+
+static DRIVERDISPLAY OneBehind(size_t monitor, const std::vector<BYTE> &edid)
+{
+    return {{monitor}, {{Format("DISPLAY\\X\\%u", static_cast<unsigned>(monitor)), "Generic PnP Monitor", edid}}, 0};
+}
+
+class WindowsMonitors : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        wchar_t temp[MAX_PATH];
+        GetTempPathW(MAX_PATH, temp);
+        options = {"", Narrow(temp) + "trayhub tests store", true, FakeDriver(), FakeDisplays};
+        monitor.capabilities = "(model(ABC)vcp(10 12 60(0F 11)))";
+    }
+
+    void TearDown() override
+    {
+        Close();
+        ReleaseHangs();
+        CAPABILITYSTORE store;
+        store.folder = options.storeFolder;
+        ForgetCapabilities(&store);
+        RemoveDirectoryW(Widen(store.folder).c_str());
+    }
+
+    // Finds what the desktop has.
+    void Open()
+    {
+        Close();
+        monitors = OpenWindowsMonitors(options);
+        FindWindowsMonitors(monitors);
+        backend = WindowsBackend(monitors);
+        options.fresh = false;
+    }
+
+    bool Close()
+    {
+        const bool ended = !monitors || CloseWindowsMonitors(monitors);
+        monitors = nullptr;
+        return ended;
+    }
+
+    std::string Name(int index)
+    {
+        char text[HOST_NAME_SIZE + 1] = {};
+        return backend.name(backend.context, index, ACCESS_PATIENCE, text) == MONITOR_OK ? text : "failed";
+    }
+
+    std::string Capabilities(int index)
+    {
+        char text[HOST_CAPABILITIES_SIZE] = {};
+        return backend.capabilities(backend.context, index, ACCESS_PATIENCE, text) == MONITOR_OK ? text : "failed";
+    }
+
+    int Read(int index, BYTE code, DWORD patience = ACCESS_PATIENCE)
+    {
+        WORD value = 0, maximum = 0;
+        const bool done = backend.getVcp(backend.context, index, patience, code, &value, &maximum) == MONITOR_OK;
+        return done ? value : -1;
+    }
+
+    MONITORRESULT Write(int index, BYTE code, WORD value)
+    {
+        return backend.setVcp(backend.context, index, ACCESS_PATIENCE, code, value);
+    }
+
+    WINDOWSMONITOROPTIONS options;
+    DRIVERMONITOR monitor;
+    WINDOWSMONITORS *monitors = nullptr;
+    MONITORBACKEND backend = {};
+};
+
+TEST_F(WindowsMonitors, AreCountedNamedAndKnownByTheirEdid)
+{
+    DRIVERMONITOR nameless;
+    nameless.capabilities = "(vcp(10))";
+    DRIVERMONITOR left, right;
+    left.description = "Left One With Long Name";
+    right.description = "Right";
+    left.capabilities = right.capabilities = "(vcp(10))";
+    const std::vector<BYTE> first = EdidBytes("DEL", 0x4014, 7, "DELL U3011"), third = EdidBytes("ABC", 1, 2, "R");
+    // Two monitors behind the last display; Windows knows the device of one of them only by its description.
+    SetDesktop({monitor, nameless, left, right},
+               {OneBehind(0, first),
+                OneBehind(1, first),
+                {{}, {}, 0xC02625E3},
+                {{2, 3}, {{"A", "Generic PnP Monitor", first}, {"B", "Right", third}}, 0}});
+    Open();
+    ASSERT_EQ(backend.count(backend.context), 4);
+    EXPECT_EQ(Name(0), "ABC");
+    EXPECT_EQ(Name(1), "DELL U3011");
+    EXPECT_EQ(Name(2), "Left One Wit");
+    EXPECT_EQ(Name(3), "R");
+    BYTE block[HOST_EDID_SIZE] = {1, 2, 3};
+    EXPECT_EQ(backend.edid(backend.context, 2, block), MONITOR_FAILED) << "never another monitor's";
+    EXPECT_EQ(block[0], 1);
+    ASSERT_EQ(backend.edid(backend.context, 3, block), MONITOR_OK);
+    EXPECT_EQ(memcmp(block, third.data(), sizeof(block)), 0);
+    EXPECT_NE(FindingTrouble(monitors).find("DISPLAY3"), std::string::npos);
+    EXPECT_EQ(WindowsMonitorsTrouble(monitors), "");
+    for (const int index : {-1, 4}) {
+        WORD value = 0;
+        EXPECT_EQ(Name(index) + Capabilities(index), "failedfailed");
+        EXPECT_EQ(backend.getVcp(backend.context, index, 100, 0x10, &value, &value), MONITOR_FAILED);
+        EXPECT_EQ(Write(index, 0x10, 1), MONITOR_FAILED);
+    }
+}
+
+TEST_F(WindowsMonitors, NoneIsToldWithItsReason)
+{
+    SetDesktop({}, {{{}, {}, GRAPHICS_CONSOLE_SESSION_ONLY}});
+    Open();
+    EXPECT_EQ(backend.count(backend.context), 0);
+    EXPECT_NE(WindowsMonitorsTroubleInEnglish(monitors).find("0xC02625E0"), std::string::npos);
+    EXPECT_NE(WindowsMonitorsTrouble(monitors).find("リモート"), std::string::npos);
+}
+
+TEST_F(WindowsMonitors, MoreThanThePluginHoldsAreLeftOut)
+{
+    DRIVERDISPLAY display;
+    for (size_t i = 0; i < 12; i++)
+        display.monitors.push_back(i);
+    SetDesktop(std::vector<DRIVERMONITOR>(12, monitor), {display});
+    Open();
+    EXPECT_EQ(backend.count(backend.context), 10);
+    EXPECT_EQ(OpenHandleCount(), 10u);
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(OpenHandleCount(), 0u);
+}
+
+TEST_F(WindowsMonitors, PassingErrorsAreTriedThreeTimesAndOthersOnce)
+{
+    constexpr DWORD passing = 0xC0262583, never = GRAPHICS_VCP_NOT_SUPPORTED;
+    const struct {
+        std::deque<DWORD> errors;
+        bool done;
+        size_t tries;
+    } cases[] = {
+        {{passing, passing}, true, 3},
+        {{passing, passing, passing}, false, 3},
+        {{never}, false, 1},
+        {{passing, never}, false, 2},
+    };
+    SetDesktop({monitor}, {OneBehind(0, {})});
+    Open();
+    ASSERT_EQ(Name(0), "ABC");
+    for (const auto &one : cases) {
+        for (const bool write : {false, true}) {
+            const size_t before = DriverAccesses().size();
+            ChangeMonitor(0, [&](DRIVERMONITOR &driver) { driver.errors = one.errors; });
+            EXPECT_EQ(write ? Write(0, 0x10, 30) == MONITOR_OK : Read(0, 0x10) == 30, one.done);
+            EXPECT_EQ(DriverAccesses().size() - before, one.tries);
+        }
+    }
+}
+
+TEST_F(WindowsMonitors, AreLeftAloneAfterAWriteAndBeforeARead)
+{
+    SetDesktop({monitor}, {OneBehind(0, {})});
+    Open();
+    ASSERT_EQ(Name(0), "ABC");
+    EXPECT_EQ(Read(0, 0x10), 30);
+    EXPECT_EQ(Write(0, 0x10, 0x1234), MONITOR_OK);
+    EXPECT_EQ(Read(0, 0x10), 0x1234) << "both bytes";
+    EXPECT_EQ(Read(0, 0x10), 0x1234);
+    EXPECT_EQ(Write(0, 0x10, 5), MONITOR_OK);
+    EXPECT_EQ(Write(0, 0x10, 6), MONITOR_OK);
+    const std::vector<DRIVERACCESS> accesses = DriverAccesses();
+    for (size_t i = 1; i < accesses.size(); i++) {
+        const LONG pause = static_cast<LONG>(accesses[i].startTick - accesses[i - 1].endTick);
+        const LONG least = accesses[i - 1].kind == 'w' ? 50 : accesses[i].kind == 'r' ? 40 : 0;
+        EXPECT_GE(pause, least - 16) << i; // a tick may be 16 ms
+    }
+}
+
+TEST_F(WindowsMonitors, OneThatHangsHoldsNobodyUp)
+{
+    SetDesktop({monitor, monitor}, {OneBehind(0, {}), OneBehind(1, {})});
+    Open();
+    ASSERT_EQ(Name(0) + Name(1), "ABCABC");
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
+    EXPECT_EQ(Read(0, 0x10, 50), -1);
+    ASSERT_TRUE(WaitForHang());
+    EXPECT_EQ(Read(1, 0x10), 30) << "the other one goes on";
+    EXPECT_EQ(Read(0, 0x10, 50), -1) << "its thread is still in the driver";
+    ReleaseHangs();
+    EXPECT_EQ(Read(0, 0x10), 30) << "and when the driver comes back it works again";
+
+    // Finding anew and closing leave a hanging thread behind, which frees the handle when it comes back.
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
+    EXPECT_EQ(Read(0, 0x10, 50), -1);
+    ASSERT_TRUE(WaitForHang());
+    FindWindowsMonitors(monitors);
+    EXPECT_EQ(backend.count(backend.context), 2);
+    EXPECT_EQ(Read(1, 0x10), 30);
+    EXPECT_EQ(OpenHandleCount(), 3u);
+    EXPECT_FALSE(Close()) << "the process has to be ended by force";
+    EXPECT_EQ(OpenHandleCount(), 1u);
+    ReleaseHangs();
+    for (int i = 0; i < 500 && OpenHandleCount() > 0; i++)
+        Sleep(10);
+    EXPECT_EQ(OpenHandleCount(), 0u);
+}
+
+TEST_F(WindowsMonitors, StopCutsTheWaitAndStillWrites)
+{
+    SetDesktop({monitor, monitor}, {OneBehind(0, {}), OneBehind(1, {})});
+    Open();
+    ASSERT_EQ(Name(0) + Name(1), "ABCABC");
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
+    int value = 0;
+    std::thread waiting([&] { value = Read(0, 0x10, 3600 * 1000); });
+    ASSERT_TRUE(WaitForHang());
+    StopWindowsMonitorAccesses(monitors);
+    waiting.join();
+    EXPECT_EQ(value, -1);
+    EXPECT_EQ(Write(1, 0x10, 77), MONITOR_OK) << "the plug-in releases button locks at its stop";
+    EXPECT_EQ(Read(1, 0x10), 77);
+    ReleaseHangs();
+    FindWindowsMonitors(monitors);
+    EXPECT_EQ(Read(0, 0x10), 30) << "finding anew ends the stop";
+}
+
+TEST_F(WindowsMonitors, InvalidHandleIsReplacedOnceTheMonitorIsThere)
+{
+    SetDesktop({monitor, monitor},
+               {OneBehind(0, EdidBytes("ABC", 1, 1, "A")), OneBehind(1, EdidBytes("ABC", 1, 2, "A"))});
+    Open();
+    ASSERT_EQ(Name(0) + Name(1), "ABCABC");
+    EXPECT_EQ(Write(1, 0x10, 99), MONITOR_OK);
+    InvalidateHandles();
+    EXPECT_EQ(Read(1, 0x10), 99) << "the same monitor as before";
+    EXPECT_EQ(Read(0, 0x10), 30);
+    EXPECT_EQ(OpenHandleCount(), 2u);
+    EXPECT_EQ(LookForWindowsMonitors(monitors), FoundWindowsMonitors(monitors)) << "nothing has changed";
+    EXPECT_EQ(OpenHandleCount(), 2u);
+
+    const std::vector<std::string> both = FoundWindowsMonitors(monitors);
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.isGone = true; });
+    EXPECT_EQ(Read(0, 0x10), -1);
+    EXPECT_EQ(Read(1, 0x10), 99);
+    EXPECT_EQ(LookForWindowsMonitors(monitors), std::vector<std::string>{both[1]});
+    FindWindowsMonitors(monitors);
+    EXPECT_EQ(FoundWindowsMonitors(monitors), std::vector<std::string>{both[1]});
+    EXPECT_EQ(Read(0, 0x10), 99);
+}
+
+TEST_F(WindowsMonitors, CapabilityStringIsReadOncePerEdid)
+{
+    SetDesktop({monitor, monitor}, {OneBehind(0, EdidBytes("ABC", 1, 1, "A")), OneBehind(1, {})});
+    const auto reads = [](size_t index) {
+        size_t count = 0;
+        for (const DRIVERACCESS &access : DriverAccesses())
+            count += access.kind == 'c' && access.monitor == index;
+        return count;
+    };
+    Open();
+    EXPECT_EQ(Capabilities(0), monitor.capabilities);
+    EXPECT_EQ(Capabilities(1), monitor.capabilities);
+    Open();
+    EXPECT_EQ(Capabilities(0), monitor.capabilities);
+    EXPECT_EQ(Capabilities(1), monitor.capabilities);
+    EXPECT_EQ(reads(0), 1u);
+    EXPECT_EQ(reads(1), 2u) << "without an EDID nothing is kept";
+    options.fresh = true;
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.capabilities = ""; });
+    Open();
+    EXPECT_EQ(Capabilities(0), "failed");
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.capabilities = "(vcp(10))"; });
+    EXPECT_EQ(Capabilities(0), "(vcp(10))") << "what failed is not kept, and is read again when it is asked for";
+}
+
+TEST_F(WindowsMonitors, StringWhoseReadTookTheProcessDownIsSkipped)
+{
+    SetDesktop({monitor}, {OneBehind(0, EdidBytes("ABC", 1, 1, "NAME"))});
+    Open();
+    ASSERT_EQ(Name(0), "ABC");
+    const std::string key = CopyWindowsMonitors(monitors)[0].worker->key;
+    Close();
+    CAPABILITYSTORE store;
+    store.folder = options.storeFolder;
+    ForgetCapabilities(&store);
+    const HANDLE marker = CreateFileW(Widen(store.folder + "\\reading " + key).c_str(), GENERIC_WRITE, 0, nullptr,
+                                      CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(marker, INVALID_HANDLE_VALUE);
+    DWORD written = 0;
+    WriteFile(marker, "1 0000000000000001", 18, &written, nullptr);
+    CloseHandle(marker);
+    Open();
+    EXPECT_EQ(Capabilities(0), "failed");
+    EXPECT_EQ(Name(0), "NAME");
+    EXPECT_EQ(Read(0, 0x10), 30);
+    EXPECT_NE(WindowsMonitorsTroubleInEnglish(monitors).find("--fresh"), std::string::npos);
+    options.fresh = true;
+    Open();
+    EXPECT_EQ(Capabilities(0), monitor.capabilities);
+}
+
+// A user who ends the program while a string is being read has done nothing wrong; a driver that dies has.
+TEST_F(WindowsMonitors, MarkerStandsWhileAStringIsRead)
+{
+    monitor.hangs = 1;
+    SetDesktop({monitor}, {OneBehind(0, EdidBytes("ABC", 1, 1, "A"))});
+    Open();
+    ASSERT_TRUE(WaitForHang());
+    const std::string marker = options.storeFolder + "\\reading " + CopyWindowsMonitors(monitors)[0].worker->key;
+    EXPECT_NE(GetFileAttributesW(Widen(marker).c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_FALSE(Close());
+    EXPECT_EQ(GetFileAttributesW(Widen(marker).c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(WindowsMonitors, MonitorsIniHasTheLastWord)
+{
+    const std::string path = options.storeFolder + ".ini";
+    const HANDLE file = CreateFileW(Widen(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    const char text[] = "[ABC0001]\nmodel = MINE\ncapabilities = (vcp(10))\nmaximum 10 = 80\nnever = 12\ncolour = 1\n";
+    DWORD written = 0;
+    WriteFile(file, text, sizeof(text) - 1, &written, nullptr);
+    CloseHandle(file);
+    options.overrides = path;
+    SetDesktop({monitor}, {OneBehind(0, EdidBytes("ABC", 1, 1, "A"))});
+    Open();
+    DeleteFileW(Widen(path).c_str());
+    EXPECT_EQ(Name(0), "MINE");
+    EXPECT_EQ(Capabilities(0), "(vcp(10))");
+    EXPECT_EQ(Write(0, 0x12, 1), MONITOR_FAILED);
+    EXPECT_EQ(Read(0, 0x12), -1);
+    EXPECT_TRUE(DriverAccesses().empty()) << "nothing of that asks the monitor";
+    WORD value = 0, maximum = 0;
+    ASSERT_EQ(backend.getVcp(backend.context, 0, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_OK);
+    EXPECT_EQ(value, 30);
+    EXPECT_EQ(maximum, 80);
+    EXPECT_NE(WindowsMonitorsTroubleInEnglish(monitors).find("monitors.ini:6: "), std::string::npos);
+    EXPECT_NE(WindowsMonitorsTrouble(monitors).find("6 行目"), std::string::npos);
+}
+
+TEST_F(WindowsMonitors, DescriptionTellsAllAndTheReportNoSerialNumber)
+{
+    monitor.capabilities = "(model(ABC)vcp(10 60(0F 11))mccs_ver(2.1))";
+    SetDesktop({monitor}, {OneBehind(0, EdidBytes("ABC", 0x12AB, 8765432, "A"))});
+    Open();
+    const WINDOWSMONITOR found = CopyWindowsMonitors(monitors)[0];
+    const MONITORANSWERS answers = AskMonitor(found);
+    const std::string list = DescribeMonitor(1, found, answers, false),
+                      report = DescribeMonitor(1, found, answers, true);
+    for (const char *fact : {"Monitor 1: ABC", "DISPLAY1, 1920 x 1080", "ABC12AB, 2012, 60 x 34 cm",
+                             "[ABC12AB 8765432]", "read from the monitor", "MCCS version \"2.1\"",
+                             "60 input source: 0F 11", "30 of 100", "0xC0262584 the monitor does not know the code"})
+        EXPECT_NE(list.find(fact), std::string::npos) << fact << "\n" << list;
+    EXPECT_EQ(report.find("8765432"), std::string::npos);
+    EXPECT_NE(report.find("00 FF FF FF FF FF FF 00 04 43 AB 12 00 00 00 00"), std::string::npos) << report;
+    EXPECT_EQ(report.find("38 37 36 35"), std::string::npos) << "nor as bytes";
+}

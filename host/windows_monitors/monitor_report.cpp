@@ -1,0 +1,159 @@
+// What --list prints and --report writes.
+#include "host/windows_monitors/monitor_report.h"
+
+#include <thread>
+
+#include "host/console.h"
+#include "host/plugin_loader.h"
+#include "host/text.h"
+#include "host/windows_monitors/monitor_description.h"
+
+// ---- What the program runs on ---------------------------------------------------------------------------------------
+
+typedef LONG(WINAPI *RTLGETVERSION)(OSVERSIONINFOEXW *);
+typedef BOOL(WINAPI *ISWOW64PROCESS)(HANDLE, BOOL *);
+
+template <typename FUNCTION>
+static FUNCTION FindFunction(const wchar_t *module, const char *name)
+{
+    const HMODULE handle = GetModuleHandleW(module);
+    return handle ? reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(handle, name))) : nullptr;
+}
+
+// GetVersionEx tells newer systems' programs an older version.
+static std::string WindowsVersion()
+{
+    OSVERSIONINFOEXW version = {};
+    version.dwOSVersionInfoSize = sizeof(version);
+    const auto getVersion = FindFunction<RTLGETVERSION>(L"ntdll.dll", "RtlGetVersion");
+    if (!getVersion || getVersion(&version) != 0)
+        GetVersionExW(reinterpret_cast<OSVERSIONINFOW *>(&version));
+    BOOL isOn64 = FALSE;
+    if (const auto isWow64 = FindFunction<ISWOW64PROCESS>(L"kernel32.dll", "IsWow64Process"))
+        isWow64(GetCurrentProcess(), &isOn64);
+    return Format("%lu.%lu.%lu %s ", version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber,
+                  Narrow(version.szCSDVersion).c_str()) +
+           (isOn64 ? "(64 bit)" : "(32 bit)") + Format(", code page %u", GetACP()) +
+           (FindFunction<FARPROC>(L"ntdll.dll", "wine_get_version") ? ", Wine" : "") +
+           (GetSystemMetrics(SM_REMOTESESSION) ? ", remote session" : "");
+}
+
+// The version resource is little more than the fixed block that begins with this signature.
+static std::string FileVersion(HMODULE module)
+{
+    const HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(VS_VERSION_INFO), RT_VERSION);
+    const HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
+    const BYTE *bytes = loaded ? static_cast<const BYTE *>(LockResource(loaded)) : nullptr;
+    const DWORD size = bytes ? SizeofResource(module, found) : 0;
+    for (DWORD at = 0; at + sizeof(VS_FIXEDFILEINFO) <= size; at += 4) {
+        const VS_FIXEDFILEINFO *info = reinterpret_cast<const VS_FIXEDFILEINFO *>(bytes + at);
+        if (info->dwSignature == VS_FFI_SIGNATURE)
+            return Format("%u.%u, product %u.%u", HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS),
+                          HIWORD(info->dwProductVersionMS), LOWORD(info->dwProductVersionMS));
+    }
+    return "without version";
+}
+
+static std::string PluginVersion(const std::string &path)
+{
+    PLUGIN plugin;
+    std::string error;
+    if (!LoadPlugin(path, &plugin, &error))
+        return "cannot be loaded";
+    const std::string version = Narrow(GetPluginTexts(&plugin).version) + ", file " + FileVersion(plugin.hModule);
+    UnloadPlugin(&plugin);
+    return version;
+}
+
+static std::string SystemText(const OPTIONS &options)
+{
+    return "Windows   " + WindowsVersion() + "\n" + "trayhub   " + FileVersion(GetModuleHandleW(nullptr)) + "\n" +
+           "plug-in   " + PluginVersion(options.plugin) + "\n";
+}
+
+// ---- The monitors ---------------------------------------------------------------------------------------------------
+
+static std::string DisplaysText()
+{
+    std::string text;
+    for (const DISPLAY &display : ListDisplays())
+        text += Format("Display %s: %u monitor devices in use\n", display.device.c_str(),
+                       static_cast<unsigned>(display.monitors.size()));
+    return text;
+}
+
+// All monitors are asked at the same time, or a slow one would make the others' text wait.
+static std::string MonitorsText(const std::vector<WINDOWSMONITOR> &found, bool isPrivate)
+{
+    std::vector<MONITORANSWERS> answers(found.size());
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < found.size(); i++)
+        threads.emplace_back([&, i] { answers[i] = AskMonitor(found[i]); });
+    std::string text;
+    for (size_t i = 0; i < found.size(); i++) {
+        threads[i].join();
+        text += "\n" + DescribeMonitor(static_cast<int>(i) + 1, found[i], answers[i], isPrivate);
+    }
+    return text;
+}
+
+struct MONITORTEXT {
+    std::string text;
+    bool found;   // at least one monitor
+    bool isStuck; // the driver hangs: the process must be ended by force
+};
+
+static MONITORTEXT MakeText(const OPTIONS &options, bool isPrivate)
+{
+    WINDOWSMONITOROPTIONS source = DefaultWindowsMonitorOptions();
+    source.fresh = options.fresh;
+    WINDOWSMONITORS *monitors = OpenWindowsMonitors(source);
+    FindWindowsMonitors(monitors);
+    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+    MONITORTEXT result = {};
+    result.found = !found.empty();
+    result.text = Format("%u monitors\n", static_cast<unsigned>(found.size()));
+    // A display without monitors is told even where others have some.
+    const std::string trouble = WindowsMonitorsTroubleInEnglish(monitors), finding = FindingTrouble(monitors);
+    if (!trouble.empty())
+        result.text += trouble + "\n";
+    if (!found.empty() && !finding.empty())
+        result.text += finding + "\n";
+    result.text += MonitorsText(found, isPrivate);
+    result.isStuck = !CloseWindowsMonitors(monitors);
+    return result;
+}
+
+static int End(const MONITORTEXT &result)
+{
+    const int status = result.found ? 0 : 1;
+    if (result.isStuck)
+        TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+    return status;
+}
+
+int ListMonitors(const OPTIONS &options)
+{
+    const MONITORTEXT result = MakeText(options, false);
+    ConsoleText(result.text);
+    return End(result);
+}
+
+int WriteMonitorReport(const OPTIONS &options)
+{
+    const HANDLE file =
+        CreateFileW(Widen(options.report).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        ConsoleError(options.report + ": the report cannot be written: " + SystemErrorText(GetLastError()));
+        return 2;
+    }
+    const MONITORTEXT result = MakeText(options, true);
+    const std::string text = "\xEF\xBB\xBF" + SystemText(options) + DisplaysText() + result.text;
+    DWORD written = 0;
+    const bool done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
+    CloseHandle(file);
+    if (!done)
+        ConsoleError(options.report + ": the report could not be written");
+    ConsoleLine(done ? "The report is in " + options.report : "");
+    return done ? End(result) : 2;
+}
