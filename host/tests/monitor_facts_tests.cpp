@@ -246,3 +246,31 @@ TEST(Overrides, CloserTitlesWinAndForbiddenCodesAdd)
     EXPECT_EQ(OverrideFor(file, {"DEL4015", {"ABC 1"}, ""}).titles.size(), 0u);
     EXPECT_TRUE(ReadOverrides("no such file.ini").faults.empty());
 }
+
+// ---- Windows' own list ----------------------------------------------------------------------------------------------
+
+// The real enumerations and the real registry: an EDID put where Windows keeps it is found at the display's monitor.
+TEST(Displays, EdidComesFromTheRegistryOfTheMonitorsDevice)
+{
+    std::vector<DISPLAY> displays = ListDisplays();
+    ASSERT_FALSE(displays.empty());
+    EXPECT_GT(displays[0].area.right, displays[0].area.left);
+    ASSERT_EQ(displays[0].monitors.size(), 1u);
+    const std::string instance = displays[0].monitors[0].instance;
+    ASSERT_NE(instance, "");
+    const std::wstring path = L"System\\CurrentControlSet\\Enum\\" + Widen(instance) + L"\\Device Parameters";
+    HKEY key = nullptr;
+    if (!displays[0].monitors[0].edid.empty() ||
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS)
+        GTEST_SKIP() << "only where the display has no EDID, and the registry lets us give it one";
+    const EDIDBLOCK block = MakeEdid({"ABC", 1, 2, 2010, 40, 30, "TEST"});
+    std::vector<BYTE> bytes(block.begin(), block.end());
+    bytes.resize(256); // with an extension
+    RegSetValueExW(key, L"EDID", 0, REG_BINARY, bytes.data(), static_cast<DWORD>(bytes.size()));
+    displays = ListDisplays();
+    RegDeleteValueW(key, L"EDID");
+    RegCloseKey(key);
+    ASSERT_EQ(displays[0].monitors.size(), 1u);
+    EXPECT_EQ(displays[0].monitors[0].edid, bytes);
+    EXPECT_TRUE(ListDisplays()[0].monitors[0].edid.empty());
+}

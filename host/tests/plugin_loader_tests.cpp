@@ -88,6 +88,9 @@ TEST(Options, AreReadOrRefused)
          nullptr},
         {{"--command", "count", "--command", "get-vcp 10"}, nullptr},
         {{"--press", "1:MENU", "--press", " 2 : 6"}, nullptr},
+        {{"--list", "--fresh"}, nullptr},
+        {{"--list", "--monitors", "none"}, "leave --monitors out"},
+        {{"--monitors", "none", "--report", "r"}, "leave --monitors out"},
         {{"--press"}, "--press needs a WHAT"},
         {{"--press", "MENU"}, "--press 'MENU' is not MONITOR:BUTTON"},
         {{"--window"}, "'--window' is no option"},
@@ -110,8 +113,11 @@ TEST(Options, AreReadOrRefused)
     EXPECT_EQ(options.monitors, (std::vector<std::string>{"a.ini", "b.ini"}));
     EXPECT_TRUE(options.windows && options.noTray && options.panel && options.quit && !options.help);
     EXPECT_EQ(options.log + options.plugin + options.tour, "lpt");
+    EXPECT_FALSE(options.windowsMonitors);
     ParseOptions({"--monitors", "none"}, &options, &error);
-    EXPECT_TRUE(options.monitors.empty());
+    EXPECT_TRUE(options.monitors.empty() && !options.windowsMonitors);
+    ParseOptions({}, &options, &error);
+    EXPECT_TRUE(options.monitors.empty() && options.windowsMonitors);
     for (const char *word : {"--help", "--plugin", "--monitors", "--tour", "--press", "shutdown-pc", "set-settings"})
         EXPECT_NE(HelpText().find(word), std::string::npos) << word;
 }

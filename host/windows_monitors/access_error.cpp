@@ -50,7 +50,7 @@ static const struct {
     {OUR_ERROR_NEVER, FAULT_UNSUPPORTED, "monitors.ini says never"},
     {OUR_ERROR_SKIPPED, FAULT_UNSUPPORTED, "not read: a run of this program ended in the middle of reading it"},
     {OUR_ERROR_STOPPED, FAULT_UNSUPPORTED, "the program is ending"},
-    {OUR_ERROR_EMPTY, FAULT_UNSUPPORTED, "the capability string is empty"},
+    {OUR_ERROR_EMPTY, FAULT_PASSING, "the capability string is empty"},
 };
 
 ACCESSFAULT AccessFault(DWORD error)

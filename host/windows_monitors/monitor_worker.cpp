@@ -102,12 +102,12 @@ static DWORD Try(MONITORWORKER *worker, LOCK &lock, ACCESSKIND kind, const ACCES
 static void WorkOffAccess(MONITORWORKER *worker, LOCK &lock, ACCESS *access)
 {
     const MONITORAPI &api = worker->workshop->api;
-    DWORD value = 0, maximum = 0;
+    DWORD type = 0, value = 0, maximum = 0;
     access->begun = true;
     const DWORD error = Try(worker, lock, access->kind, access, [&] {
         if (access->kind == ACCESS_WRITE)
             return api.setVcp(worker->handle, access->code, access->value) != 0;
-        return api.getVcp(worker->handle, access->code, nullptr, &value, &maximum) != 0;
+        return api.getVcp(worker->handle, access->code, &type, &value, &maximum) != 0;
     });
     if (error)
         access->answer = {error, 0, 0};
@@ -229,9 +229,11 @@ static DWORD Limit(const WORKSHOP *workshop, DWORD start, DWORD patience)
     return std::min(patience, beganBefore ? before + STOP_PATIENCE : STOP_PATIENCE);
 }
 
+// Whether the thread has been in the driver for so long that waiting for it makes no sense.
 static bool IsStuck(const MONITORWORKER *worker)
 {
-    return worker->inDriver && GetTickCount() - worker->driverTick >= ACCESS_PATIENCE;
+    const DWORD limit = worker->workshop->stopping ? STOP_PATIENCE : ACCESS_PATIENCE;
+    return worker->inDriver && GetTickCount() - worker->driverTick >= limit;
 }
 
 // Waits until `done` says so; 0, or why it is over without it.
@@ -272,7 +274,9 @@ ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code,
 DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string *text)
 {
     LOCK lock(worker->workshop->mutex);
-    if (worker->state == CAPABILITIES_FAILED && !worker->workshop->stopping) {
+    const bool mayPass =
+        worker->state == CAPABILITIES_FAILED && AccessFault(worker->capabilitiesError) == FAULT_PASSING;
+    if (mayPass && !worker->workshop->stopping) {
         worker->state = CAPABILITIES_WANTED;
         worker->workshop->changed.notify_all();
     }
@@ -300,7 +304,8 @@ void StopWorkshop(WORKSHOP *workshop)
 // A read that has not had its time leaves no marker: somebody ended the program, the driver did not.
 static void TakeMarkerBack(MONITORWORKER *worker)
 {
-    if (worker->state == CAPABILITIES_READING && !IsStuck(worker))
+    const bool hadItsTime = worker->inDriver && GetTickCount() - worker->driverTick >= ACCESS_PATIENCE;
+    if (worker->state == CAPABILITIES_READING && !hadItsTime)
         UnmarkCapabilityRead(worker->workshop->store.get(), worker->key);
 }
 

@@ -60,7 +60,7 @@ enum CAPABILITYSTATE {
     CAPABILITIES_READING, // the driver is at it
     CAPABILITIES_READ,    // from the monitor, in this run
     CAPABILITIES_KEPT,    // from the file
-    CAPABILITIES_FAILED,  // see the error; asking again reads again
+    CAPABILITIES_FAILED,  // see the error; asking again reads again, if that may help
     CAPABILITIES_NEVER,   // not read in this run: see the error
 };
 
