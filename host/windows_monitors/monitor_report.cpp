@@ -60,7 +60,7 @@ static std::string PluginVersion(const std::string &path)
     std::string error;
     if (!LoadPlugin(path, &plugin, &error))
         return "cannot be loaded";
-    const std::string version = Narrow(GetPluginTexts(&plugin).version) + ", file " + FileVersion(plugin.hModule);
+    std::string version = Narrow(GetPluginTexts(&plugin).version) + ", file " + FileVersion(plugin.hModule);
     UnloadPlugin(&plugin);
     return version;
 }

@@ -65,38 +65,42 @@ static bool Reopen(MONITORWORKER *worker, LOCK &lock, DWORD error)
     return true;
 }
 
-// Tries as often as it makes sense. `call` does the access with the worker's handle; 0, or the last error.
+static bool MayReopen(const MONITORWORKER *worker)
+{
+    return !worker->isLost || GetTickCount() - worker->lostTick >= REOPEN_PERIOD;
+}
+
+// One try, after the pause that it needs. `call` does the access with the worker's handle; 0, or the error.
+template <typename FUNCTION>
+static DWORD TryOnce(MONITORWORKER *worker, LOCK &lock, ACCESSKIND kind, const ACCESS *access, const FUNCTION &call)
+{
+    if (!Pause(worker, lock, access, PauseBefore(kind, worker->last, GetTickCount())))
+        return OUR_ERROR_STOPPED;
+    const DWORD error = CallDriver(worker, lock, call);
+    worker->last = {true, kind, GetTickCount()};
+    return error;
+}
+
+// Tries as often as it makes sense, and once more with a new handle. `access` is null for a capability string.
 template <typename FUNCTION>
 static DWORD Try(MONITORWORKER *worker, LOCK &lock, ACCESSKIND kind, const ACCESS *access, const FUNCTION &call)
 {
-    const DWORD start = GetTickCount(), patience = access ? access->patience : ACCESS_PATIENCE;
-    bool reopened = false;
-    if (worker->isLost) {
-        if (GetTickCount() - worker->lostTick < REOPEN_PERIOD)
-            return worker->lostError;
-        reopened = true;
-        if (!Reopen(worker, lock, worker->lostError))
-            return worker->lostError;
+    const DWORD start = access ? access->startTick : GetTickCount();
+    const DWORD patience = access ? access->patience : ACCESS_PATIENCE;
+    DWORD error = worker->isLost ? worker->lostError : TryOnce(worker, lock, kind, access, call);
+    if (error && AccessFault(error) == FAULT_GONE) {
+        if (!MayReopen(worker) || !Reopen(worker, lock, error))
+            return error;
+        error = TryOnce(worker, lock, kind, access, call);
     }
-    for (int tries = 1;; tries++) {
-        if (!Pause(worker, lock, access, PauseBefore(kind, worker->last, GetTickCount())))
-            return worker->workshop->closing ? OUR_ERROR_STOPPED : OUR_ERROR_TIMEOUT;
-        const DWORD error = CallDriver(worker, lock, call);
-        worker->last = {true, kind, GetTickCount()};
-        if (!error)
-            return 0;
-        if (AccessFault(error) == FAULT_GONE && !reopened) {
-            reopened = true;
-            if (Reopen(worker, lock, error))
-                continue;
-            return error;
-        }
-        const DWORD passed = GetTickCount() - (access ? access->startTick : start);
-        if (worker->workshop->stopping || !IsWorthRetry(error, tries, passed < patience ? patience - passed : 0))
-            return error;
-        if (!Pause(worker, lock, access, PAUSE_OF_RETRY))
-            return error;
+    for (int tries = 1; error && !worker->workshop->stopping; tries++) {
+        const DWORD passed = GetTickCount() - start;
+        if (!IsWorthRetry(error, tries, passed < patience ? patience - passed : 0) ||
+            !Pause(worker, lock, access, PAUSE_OF_RETRY))
+            break;
+        error = TryOnce(worker, lock, kind, access, call);
     }
+    return error;
 }
 
 static void WorkOffAccess(MONITORWORKER *worker, LOCK &lock, ACCESS *access)
@@ -197,7 +201,7 @@ static void WorkerLoop(const std::shared_ptr<MONITORWORKER> &worker)
 
 std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP> &workshop, const WORKERSTART &start)
 {
-    const auto worker = std::make_shared<MONITORWORKER>();
+    auto worker = std::make_shared<MONITORWORKER>();
     worker->workshop = workshop;
     worker->identity = start.identity;
     worker->key = start.key;

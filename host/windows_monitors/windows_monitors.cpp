@@ -65,7 +65,7 @@ static bool ReopenMonitor(const MONITORAPI &api, LISTDISPLAYS listDisplays, cons
 
 static std::shared_ptr<WORKSHOP> MakeWorkshop(const WINDOWSMONITORS *monitors)
 {
-    const auto workshop = std::make_shared<WORKSHOP>();
+    auto workshop = std::make_shared<WORKSHOP>();
     workshop->api = monitors->api;
     workshop->store = monitors->store;
     workshop->reopen = [api = monitors->api, list = monitors->options.listDisplays](const std::string &identity,
@@ -144,7 +144,7 @@ static FINDING Search(WINDOWSMONITORS *monitors)
     if (IsAnySearchStuck(monitors))
         return {{}, OUR_ERROR_STUCK, AccessErrorText(OUR_ERROR_STUCK)};
     std::shared_ptr<MONITORSEARCH> search;
-    const FINDING finding = SearchMonitors(monitors->api, monitors->options.listDisplays, SEARCH_PATIENCE, &search);
+    FINDING finding = SearchMonitors(monitors->api, monitors->options.listDisplays, SEARCH_PATIENCE, &search);
     std::lock_guard lock(monitors->mutex);
     if (finding.error == OUR_ERROR_STUCK)
         monitors->searches.push_back(search);

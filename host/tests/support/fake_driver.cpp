@@ -156,7 +156,7 @@ static BOOL Access(HANDLE handle, char kind, BYTE code, const FUNCTION &act)
 static BOOL WINAPI GetVcp(HANDLE handle, BYTE code, DWORD *, DWORD *value, DWORD *maximum)
 {
     return Access(handle, 'r', code, [&](DRIVERMONITOR &monitor) -> DWORD {
-        if (monitor.values.count(code) == 0)
+        if (!monitor.values.contains(code))
             return GRAPHICS_VCP_NOT_SUPPORTED;
         *value = monitor.values[code].first;
         *maximum = monitor.values[code].second;
