@@ -17,10 +17,10 @@ enum MONITORRESULT {
 // reply.
 constexpr DWORD ACCESS_PATIENCE = 8000;
 
-// Called on the router's worker threads: one call at a time for each monitor, those for different monitors at the same
-// time. `context` is the table's own pointer. `monitor` is a zero-based index below count(); any other must be refused
-// with MONITOR_FAILED. `patience` is how many ms are left for the call, 1 to ACCESS_PATIENCE; what takes longer has
-// failed. Texts are padded with zeros.
+// Called on the router's worker threads: one call at a time for each monitor, those for different monitors, count() and
+// directLink() of all at the same time. `context` is the table's own pointer. `monitor` is a zero-based index below
+// count(); any other must be refused with MONITOR_FAILED. `patience` is how many ms are left for the call, 1 to
+// ACCESS_PATIENCE; what takes longer has failed. Texts are padded with zeros.
 struct MONITORBACKEND {
     void *context;
     int (*count)(void *context);

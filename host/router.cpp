@@ -1,5 +1,4 @@
-// The host's end of the packet link: takes requests from the window, works them off on a thread, answers through
-// slot 2.
+// The host's end of the packet link: takes requests from the window, works them off on threads, answers through slot 2.
 #include "host/router.h"
 
 #include <algorithm>
@@ -32,22 +31,24 @@ static bool IsDone(MONITORRESULT result)
 // The functions below each work off one kind of request: they fill the answer's payload, and say how it went. A failed
 // read answers -1 and -1, a failed write 0, a text or block that could not be had zeros.
 
-static MONITORRESULT AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
+                                  std::vector<BYTE> *answer)
 {
     const WORD wide = PacketData(request)->wCode;
     const BYTE code = static_cast<BYTE>(wide);
     const WORD value = PayloadWord(request, 4);
     const DWORD start = GetTickCount();
-    const MONITORRESULT result = wide > 0xFF
-                                     ? MONITOR_FAILED
-                                     : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)),
-                                                       ACCESS_PATIENCE, code, value);
+    const MONITORRESULT result =
+        wide > 0xFF
+            ? MONITOR_FAILED
+            : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, code, value);
     LogAccess("write", request, CodeFields(code) + Format(" value=%u", value), result, start);
     AppendDword(answer, IsDone(result));
     return result;
 }
 
-static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
+                                  std::vector<BYTE> *answer)
 {
     const WORD wide = PacketData(request)->wCode;
     const BYTE code = static_cast<BYTE>(wide);
@@ -56,7 +57,7 @@ static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *r
     const MONITORRESULT result = wide > 0xFF
                                      ? MONITOR_FAILED
                                      : backend->getVcp(backend->context, static_cast<int>(PayloadDword(request, 0)),
-                                                       ACCESS_PATIENCE, code, &value, &maximum);
+                                                       patience, code, &value, &maximum);
     LogAccess("read", request, CodeFields(code) + (IsDone(result) ? Format(" value=%u max=%u", value, maximum) : ""),
               result, start);
     AppendDword(answer, IsDone(result) ? value : 0xFFFFFFFF);
@@ -64,7 +65,8 @@ static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *r
     return result;
 }
 
-static MONITORRESULT AnswerInputList(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerInputList(const MONITORBACKEND *backend, const PACKET *request, DWORD,
+                                     std::vector<BYTE> *answer)
 {
     DWORD flags[HOST_INPUT_COUNT];
     for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
@@ -77,7 +79,8 @@ static MONITORRESULT AnswerInputList(const MONITORBACKEND *backend, const PACKET
     return result;
 }
 
-static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKET *request, DWORD,
+                                      std::vector<BYTE> *answer)
 {
     const bool on = PayloadDword(request, 4) != 0;
     const DWORD start = GetTickCount();
@@ -87,35 +90,37 @@ static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKE
     return result;
 }
 
-static MONITORRESULT AnswerCount(const MONITORBACKEND *backend, const PACKET *, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerCount(const MONITORBACKEND *backend, const PACKET *, DWORD, std::vector<BYTE> *answer)
 {
     AppendDword(answer, static_cast<DWORD>(backend->count(backend->context)));
     return MONITOR_OK;
 }
 
-static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
+                                std::vector<BYTE> *answer)
 {
     char text[HOST_NAME_SIZE] = {};
     const DWORD start = GetTickCount();
     const MONITORRESULT result =
-        backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), ACCESS_PATIENCE, text);
+        backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, text);
     LogAccess("name", request, "", result, start);
     answer->assign(text, text + sizeof(text));
     return result;
 }
 
-static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
+                                        std::vector<BYTE> *answer)
 {
     char text[HOST_CAPABILITIES_SIZE] = {};
     const DWORD start = GetTickCount();
     const MONITORRESULT result =
-        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), ACCESS_PATIENCE, text);
+        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, text);
     LogAccess("capabilities", request, "", result, start);
     answer->assign(text, text + sizeof(text));
     return result;
 }
 
-static MONITORRESULT AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, std::vector<BYTE> *answer)
+static MONITORRESULT AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, DWORD, std::vector<BYTE> *answer)
 {
     BYTE block[HOST_EDID_SIZE] = {};
     const DWORD start = GetTickCount();
@@ -127,7 +132,7 @@ static MONITORRESULT AnswerEdid(const MONITORBACKEND *backend, const PACKET *req
 
 static const struct {
     WORD command;
-    MONITORRESULT (*answer)(const MONITORBACKEND *, const PACKET *, std::vector<BYTE> *);
+    MONITORRESULT (*answer)(const MONITORBACKEND *, const PACKET *, DWORD patience, std::vector<BYTE> *);
 } s_answerers[] = {
     {HOST_SET_VCP, AnswerSetVcp},
     {HOST_SET_INPUT_LIST, AnswerInputList},
@@ -195,13 +200,34 @@ static int CallSlot(ROUTER *router, int slot, PACKET *packet)
     return router->slots[slot](&header);
 }
 
-static void WorkOff(ROUTER *router, const PACKET *request)
+// Stands in for the backend when a request has waited its time out behind others: no monitor is asked any more. The
+// count needs none.
+static MONITORBACKEND LateBackend(const MONITORBACKEND &backend)
 {
+    return {backend.context,
+            backend.count,
+            [](void *, int, DWORD, char *) { return MONITOR_FAILED; },
+            [](void *, int, DWORD, char *) { return MONITOR_FAILED; },
+            [](void *, int, BYTE *) { return MONITOR_FAILED; },
+            [](void *, int, DWORD, BYTE, WORD *, WORD *) { return MONITOR_FAILED; },
+            [](void *, int, DWORD, BYTE, WORD) { return MONITOR_FAILED; },
+            [](void *, int, const DWORD *) { return MONITOR_FAILED; },
+            [](void *, int, bool) { return MONITOR_FAILED; }};
+}
+
+// The plug-in gives a request up by the time of its arrival, so what it has waited here is taken off its patience.
+static void WorkOff(ROUTER *router, const PACKET *request, DWORD waited)
+{
+    const bool isLate = waited >= ACCESS_PATIENCE;
+    const MONITORBACKEND backend = isLate ? LateBackend(router->backend) : router->backend;
+    if (isLate)
+        LogEvent(
+            Format("request %lu has waited %lu ms and is not made any more", PacketData(request)->dwRequestID, waited));
     for (const auto &answerer : s_answerers) {
         if (answerer.command != request->header.wCommand)
             continue;
         std::vector<BYTE> payload;
-        if (answerer.answer(&router->backend, request, &payload) == MONITOR_SILENT)
+        if (answerer.answer(&backend, request, isLate ? 0 : ACCESS_PATIENCE - waited, &payload) == MONITOR_SILENT)
             return;
         PACKET answer = MakePacket(HostEndpoint(), request->header.src, request->header.wCommand,
                                    PacketData(request)->wCode, PacketData(request)->dwRequestID, payload);
@@ -214,33 +240,53 @@ static void WorkOff(ROUTER *router, const PACKET *request)
     }
 }
 
-static void WorkerLoop(ROUTER *router)
+static void WorkerLoop(ROUTER *router, ROUTERLANE *lane)
 {
+    std::unique_lock lock(router->mutex);
     for (;;) {
-        PACKET request;
-        {
-            std::unique_lock lock(router->mutex);
-            router->arrived.wait(lock, [router] { return router->stopping || !router->requests.empty(); });
-            if (router->stopping)
-                return;
-            request = std::move(router->requests.front());
-            router->requests.pop_front();
-            router->working = true;
-        }
-        WorkOff(router, &request);
-        std::lock_guard lock(router->mutex);
-        router->working = false;
+        lane->arrived.wait(lock, [=] { return router->stopping || !lane->requests.empty(); });
+        if (router->stopping)
+            return;
+        const ROUTERLANE::WAITING request = std::move(lane->requests.front());
+        lane->requests.pop_front();
+        lane->working = true;
+        lock.unlock();
+        WorkOff(router, &request.packet, GetTickCount() - request.arrivalTick);
+        lock.lock();
+        lane->working = false;
         router->lastPacketTick = GetTickCount();
     }
+}
+
+static ROUTERLANE *LaneOf(ROUTER *router, const PACKET *request)
+{
+    const DWORD index = PayloadDword(request, 0);
+    const bool isAboutMonitor = PayloadSize(request) >= 4 && index < WIRE_MONITOR_LIMIT;
+    return &router->lanes[isAboutMonitor ? index : COMMON_LANE];
+}
+
+// With the lock. What comes after the stop is dropped like what waited then.
+static void Enqueue(ROUTER *router, PACKET &&request)
+{
+    if (router->stopping)
+        return;
+    ROUTERLANE *lane = LaneOf(router, &request);
+    lane->requests.push_back({std::move(request), GetTickCount()});
+    lane->arrived.notify_one();
+    if (!lane->worker.joinable())
+        lane->worker = std::thread(WorkerLoop, router, lane);
 }
 
 void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend)
 {
     router->slots = slots;
     router->backend = backend;
-    router->working = router->stopping = false;
+    std::lock_guard lock(router->mutex);
+    router->replies.clear();
+    router->wire.clear();
+    router->notices.clear();
     router->lastPacketTick = GetTickCount();
-    router->worker = std::thread(WorkerLoop, router);
+    router->stopping = false;
 }
 
 void StopRouter(ROUTER *router)
@@ -248,10 +294,14 @@ void StopRouter(ROUTER *router)
     {
         std::lock_guard lock(router->mutex);
         router->stopping = true;
+        for (ROUTERLANE &lane : router->lanes) {
+            lane.requests.clear();
+            lane.arrived.notify_one();
+        }
     }
-    router->arrived.notify_all();
-    if (router->worker.joinable())
-        router->worker.join();
+    for (ROUTERLANE &lane : router->lanes)
+        if (lane.worker.joinable())
+            lane.worker.join();
 }
 
 // ---- What arrives at the window -------------------------------------------------------------------------------------
@@ -288,13 +338,11 @@ LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *source)
         std::lock_guard lock(router->mutex);
         router->lastPacketTick = GetTickCount();
         if (!isNotice)
-            router->requests.push_back(std::move(packet));
+            Enqueue(router, std::move(packet));
         else if (std::find(router->notices.begin(), router->notices.end(), notice) == router->notices.end())
             router->notices.push_back(notice);
     }
-    if (!isNotice)
-        router->arrived.notify_one();
-    else if (router->noticed)
+    if (isNotice && router->noticed)
         router->noticed(router->noticedContext, notice);
     return 1;
 }
@@ -345,7 +393,10 @@ DWORD MillisecondsSincePacket(ROUTER *router)
 bool IsLinkQuiet(ROUTER *router, DWORD milliseconds)
 {
     std::lock_guard lock(router->mutex);
-    return !router->working && router->requests.empty() && GetTickCount() - router->lastPacketTick >= milliseconds;
+    for (const ROUTERLANE &lane : router->lanes)
+        if (lane.working || !lane.requests.empty())
+            return false;
+    return GetTickCount() - router->lastPacketTick >= milliseconds;
 }
 
 std::vector<WIREMONITOR> CopyWireMonitors(ROUTER *router)

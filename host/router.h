@@ -1,5 +1,6 @@
-// The host's end of the packet link. Requests of the plug-in are copied before the message returns and worked off on a
-// worker thread, so a reply can arrive while the plug-in's caller is still inside slot 15 or 16 on the window's thread.
+// The host's end of the packet link. Requests of the plug-in are copied before the message returns and worked off on
+// worker threads, so a reply can arrive while the plug-in's caller is still inside slot 15 or 16 on the window's
+// thread. Each monitor has a thread of its own: one that is slow or hangs holds up no other.
 #pragma once
 
 #include <windows.h>
@@ -32,6 +33,22 @@ struct WIREMONITOR {
     std::array<READING, 256> readings; // the last answer to a read, per VCP code
 };
 
+// Requests that are worked off one after the other, in the order in which they came.
+struct ROUTERLANE {
+    struct WAITING {
+        PACKET packet;
+        DWORD arrivalTick;
+    };
+    std::deque<WAITING> requests;
+    bool working; // a request is in hand
+    std::condition_variable arrived;
+    std::thread worker; // runs from the lane's first request on
+};
+
+// A lane for each monitor, and one for what is about none in particular: the count, and DirectLink of all.
+constexpr size_t COMMON_LANE = WIRE_MONITOR_LIMIT;
+constexpr size_t ROUTER_LANE_COUNT = COMMON_LANE + 1;
+
 struct ROUTER {
     const PLUGINSLOT *slots; // the plug-in's slot table
     MONITORBACKEND backend;
@@ -39,21 +56,20 @@ struct ROUTER {
     void *noticedContext;
 
     std::mutex mutex; // guards all that follows
-    std::condition_variable arrived;
-    std::deque<PACKET> requests;
+    std::array<ROUTERLANE, ROUTER_LANE_COUNT> lanes;
     std::deque<PACKET> replies; // of the plug-in to commands
     std::vector<WIREMONITOR> wire;
     std::vector<WORD> notices; // each code once
     DWORD lastPacketTick;      // of either side
-    bool working;              // a request is in hand
     bool stopping;
-    std::thread worker;
 };
 
-// Starts the worker. Slots and backend must live until StopRouter has returned.
+// From now on requests are worked off, and nothing that an earlier run has left is known any more. Slots and backend
+// must live until StopRouter has returned.
 void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend);
 
-// Waits for the request in hand, drops those behind it, and ends the worker. Call before the plug-in is unloaded.
+// Waits for the requests in hand, one a lane, drops those behind them, and ends the workers. Call before the plug-in is
+// unloaded.
 void StopRouter(ROUTER *router);
 
 // The host address that the plug-in sends to, and the source of all that the host sends.

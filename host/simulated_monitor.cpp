@@ -180,31 +180,30 @@ static int Count(void *context)
 }
 
 // How long an access takes, or how it ends without the monitor's taking part. `code` is -1 for what is no VCP access.
-static MONITORRESULT BeginAccess(SIMULATION *simulation, int index, int code)
+static MONITORRESULT BeginAccess(SIMULATION *simulation, int index, DWORD patience, int code)
 {
-    int delay = 0;
+    DWORD delay = 0;
     MONITORRESULT result = MONITOR_OK;
     {
         std::lock_guard lock(simulation->mutex);
         const SIMULATEDMONITOR *monitor = MonitorAt(simulation, index);
         if (!monitor)
             return MONITOR_FAILED;
-        delay = monitor->file.delay;
+        delay = static_cast<DWORD>(monitor->file.delay);
         if (monitor->file.silent)
             result = MONITOR_SILENT;
         if (code >= 0) {
             const SIMULATEDFEATURE &feature = monitor->features[code];
             if (feature.present && feature.file.delay >= 0)
-                delay = feature.file.delay;
+                delay = static_cast<DWORD>(feature.file.delay);
             if (feature.file.silent)
                 result = MONITOR_SILENT;
             else if (feature.file.fails)
                 result = MONITOR_FAILED;
         }
     }
-    if (delay > 0)
-        WaitForSingleObject(simulation->hEnd, static_cast<DWORD>(delay));
-    return result;
+    const bool isOver = delay == 0 || WaitForSingleObject(simulation->hEnd, std::min(delay, patience)) == WAIT_OBJECT_0;
+    return !isOver && delay > patience ? MONITOR_FAILED : result;
 }
 
 // The name is what the host knows from the EDID: no access to the monitor's DDC/CI side.
@@ -219,9 +218,9 @@ static MONITORRESULT Name(void *context, int index, DWORD, char text[HOST_NAME_S
     return MONITOR_OK;
 }
 
-static MONITORRESULT Capabilities(void *context, int index, DWORD, char text[HOST_CAPABILITIES_SIZE])
+static MONITORRESULT Capabilities(void *context, int index, DWORD patience, char text[HOST_CAPABILITIES_SIZE])
 {
-    const MONITORRESULT result = BeginAccess(From(context), index, -1);
+    const MONITORRESULT result = BeginAccess(From(context), index, patience, -1);
     if (result != MONITOR_OK)
         return result;
     std::lock_guard lock(From(context)->mutex);
@@ -241,9 +240,9 @@ static MONITORRESULT Edid(void *context, int index, BYTE block[HOST_EDID_SIZE])
     return MONITOR_OK;
 }
 
-static MONITORRESULT GetVcp(void *context, int index, DWORD, BYTE code, WORD *value, WORD *maximum)
+static MONITORRESULT GetVcp(void *context, int index, DWORD patience, BYTE code, WORD *value, WORD *maximum)
 {
-    const MONITORRESULT result = BeginAccess(From(context), index, code);
+    const MONITORRESULT result = BeginAccess(From(context), index, patience, code);
     if (result != MONITOR_OK)
         return result;
     std::lock_guard lock(From(context)->mutex);
@@ -264,9 +263,9 @@ static MONITORRESULT GetVcp(void *context, int index, DWORD, BYTE code, WORD *va
 }
 
 // A monitor does not acknowledge a write, so one that it does not know counts as taken and without effect.
-static MONITORRESULT SetVcp(void *context, int index, DWORD, BYTE code, WORD value)
+static MONITORRESULT SetVcp(void *context, int index, DWORD patience, BYTE code, WORD value)
 {
-    MONITORRESULT result = BeginAccess(From(context), index, code);
+    MONITORRESULT result = BeginAccess(From(context), index, patience, code);
     if (result != MONITOR_OK)
         return result;
     {

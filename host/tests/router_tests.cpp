@@ -1,9 +1,11 @@
-// The router: every request's answer, copies that outlive the message, malformed packets, and who knows what
-// afterwards.
+// The router: every request's answer, copies that outlive the message, monitors that hold up no other, malformed
+// packets, and who knows what afterwards.
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstring>
+#include <mutex>
 #include <regex>
 
 #include "host/packet_log.h"
@@ -11,61 +13,102 @@
 #include "host/tests/support/fake_plugin.h"
 #include "host/text.h"
 
-// A backend of one monitor whose calls the test can hold up and make fail.
+// The clock that the router sees: the real one, and what a test has put it ahead by, in ms.
+static std::atomic<DWORD> s_clockAhead;
+
+static DWORD WINAPI ClockOfTests()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<DWORD>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count()) + s_clockAhead;
+}
+
+extern "C" {
+void *clockOfTests asm("__imp__GetTickCount@0") = reinterpret_cast<void *>(ClockOfTests);
+}
+
+// A backend whose calls the test can hold up and make fail.
 struct SCRIPTEDBACKEND {
     std::atomic<MONITORRESULT> result{MONITOR_OK};
-    HANDLE hGate = CreateEventW(nullptr, TRUE, TRUE, nullptr); // calls wait for it
+    HANDLE hGate = CreateEventW(nullptr, TRUE, TRUE, nullptr);   // calls about monitor 0 wait for it
+    HANDLE hHeld = CreateEventW(nullptr, FALSE, FALSE, nullptr); // such a call has come
+    std::mutex mutex;                                            // guards what follows
     std::string calls;
+    std::vector<DWORD> patience; // that the reads were given
+
+    std::string Calls()
+    {
+        std::lock_guard lock(mutex);
+        return calls;
+    }
 };
 
-static MONITORRESULT Enter(void *context, const std::string &call)
+static MONITORRESULT Enter(void *context, int monitor, const std::string &call)
 {
     SCRIPTEDBACKEND *script = static_cast<SCRIPTEDBACKEND *>(context);
-    WaitForSingleObject(script->hGate, 5000);
+    if (monitor == 0) {
+        SetEvent(script->hHeld);
+        WaitForSingleObject(script->hGate, 5000);
+    }
+    std::lock_guard lock(script->mutex);
     script->calls += call + ";";
     return script->result;
 }
 
+static MONITORRESULT Read(void *context, int monitor, DWORD patience, BYTE code, WORD *value, WORD *maximum)
+{
+    const MONITORRESULT result = Enter(context, monitor, Format("get %d %02X", monitor, code));
+    SCRIPTEDBACKEND *script = static_cast<SCRIPTEDBACKEND *>(context);
+    std::lock_guard lock(script->mutex);
+    script->patience.push_back(patience);
+    if (result == MONITOR_OK) {
+        *value = 0xFFFE;
+        *maximum = 0xFFFF;
+    }
+    return result;
+}
+
 static MONITORBACKEND MakeBackend(SCRIPTEDBACKEND *script)
 {
-    return {script,
-            [](void *context) {
-                Enter(context, "count");
-                return 3;
-            },
-            [](void *context, int monitor, DWORD, char text[HOST_NAME_SIZE]) {
-                const MONITORRESULT result = Enter(context, Format("name %d", monitor));
-                if (result == MONITOR_OK)
-                    memcpy(text, "ABCDEFGHIJKL", HOST_NAME_SIZE);
-                return result;
-            },
-            [](void *context, int monitor, DWORD, char text[HOST_CAPABILITIES_SIZE]) {
-                const MONITORRESULT result = Enter(context, Format("capabilities %d", monitor));
-                if (result == MONITOR_OK)
-                    memset(text, 'c', HOST_CAPABILITIES_SIZE);
-                return result;
-            },
-            [](void *context, int monitor, BYTE block[HOST_EDID_SIZE]) {
-                const MONITORRESULT result = Enter(context, Format("edid %d", monitor));
-                if (result == MONITOR_OK)
-                    memset(block, 0xED, HOST_EDID_SIZE);
-                return result;
-            },
-            [](void *context, int monitor, DWORD, BYTE code, WORD *value, WORD *maximum) {
-                const MONITORRESULT result = Enter(context, Format("get %d %02X", monitor, code));
-                if (result == MONITOR_OK) {
-                    *value = 0xFFFE;
-                    *maximum = 0xFFFF;
-                }
-                return result;
-            },
-            [](void *context, int monitor, DWORD, BYTE code, WORD value) {
-                return Enter(context, Format("set %d %02X %u", monitor, code, value));
-            },
-            [](void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]) {
-                return Enter(context, Format("inputs %d %lu %lu", monitor, flags[3], flags[15]));
-            },
-            [](void *context, int monitor, bool on) { return Enter(context, Format("link %d %d", monitor, on)); }};
+    return {
+        script,
+        [](void *context) {
+            Enter(context, -1, "count");
+            return 3;
+        },
+        [](void *context, int monitor, DWORD, char text[HOST_NAME_SIZE]) {
+            const MONITORRESULT result = Enter(context, monitor, Format("name %d", monitor));
+            if (result == MONITOR_OK)
+                memcpy(text, "ABCDEFGHIJKL", HOST_NAME_SIZE);
+            return result;
+        },
+        [](void *context, int monitor, DWORD, char text[HOST_CAPABILITIES_SIZE]) {
+            const MONITORRESULT result = Enter(context, monitor, Format("capabilities %d", monitor));
+            if (result == MONITOR_OK)
+                memset(text, 'c', HOST_CAPABILITIES_SIZE);
+            return result;
+        },
+        [](void *context, int monitor, BYTE block[HOST_EDID_SIZE]) {
+            const MONITORRESULT result = Enter(context, monitor, Format("edid %d", monitor));
+            if (result == MONITOR_OK)
+                memset(block, 0xED, HOST_EDID_SIZE);
+            return result;
+        },
+        Read,
+        [](void *context, int monitor, DWORD, BYTE code, WORD value) {
+            return Enter(context, monitor, Format("set %d %02X %u", monitor, code, value));
+        },
+        [](void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]) {
+            return Enter(context, monitor, Format("inputs %d %lu %lu", monitor, flags[3], flags[15]));
+        },
+        [](void *context, int monitor, bool on) { return Enter(context, monitor, Format("link %d %d", monitor, on)); }};
+}
+
+static std::vector<BYTE> Words(std::initializer_list<DWORD> values)
+{
+    std::vector<BYTE> bytes;
+    for (const DWORD value : values)
+        AppendDword(&bytes, value);
+    return bytes;
 }
 
 class Router : public testing::Test {
@@ -81,6 +124,15 @@ protected:
         SetEvent(script.hGate);
         StopRouter(&router);
         CloseHandle(script.hGate);
+        CloseHandle(script.hHeld);
+    }
+
+    // Has monitor 0 take a read and not answer it until the gate opens.
+    void HoldMonitor0(DWORD request)
+    {
+        ResetEvent(script.hGate);
+        Send(HOST_GET_VCP, 0x10, request, Words({0}));
+        ASSERT_EQ(WaitForSingleObject(script.hHeld, 5000), WAIT_OBJECT_0);
     }
 
     // Sends as the plug-in does, and spoils the packet as soon as the message is over.
@@ -94,17 +146,15 @@ protected:
         return result;
     }
 
+    bool RouterStops()
+    {
+        std::lock_guard lock(router.mutex);
+        return router.stopping;
+    }
+
     SCRIPTEDBACKEND script;
     ROUTER router = {};
 };
-
-static std::vector<BYTE> Words(std::initializer_list<DWORD> values)
-{
-    std::vector<BYTE> bytes;
-    for (const DWORD value : values)
-        AppendDword(&bytes, value);
-    return bytes;
-}
 
 static std::vector<BYTE> InputFlags(DWORD monitor)
 {
@@ -119,7 +169,7 @@ static std::vector<BYTE> PayloadOf(const PACKET &packet)
     return std::vector<BYTE>(packet.data.begin() + sizeof(HOSTDATA), packet.data.end());
 }
 
-TEST_F(Router, AnswersEveryRequestInOrder)
+TEST_F(Router, AnswersEveryRequest)
 {
     const std::vector<BYTE> none(HOST_NAME_SIZE, 0);
     const std::string name = "ABCDEFGHIJKL";
@@ -140,15 +190,16 @@ TEST_F(Router, AnswersEveryRequestInOrder)
     };
     for (const bool fails : {false, true}) {
         ResetFakePlugin();
-        script.calls.clear();
+        script.calls.clear(); // nothing is in hand
         script.result = fails ? MONITOR_FAILED : MONITOR_OK;
         DWORD request = 100;
         std::string calls;
+        std::vector<PACKET> answers;
         for (const auto &one : cases) {
             EXPECT_EQ(Send(one.command, one.code, request++, one.payload), 1);
             calls += std::string(one.call) + ";";
+            answers = WaitForReceived(answers.size() + 1);
         }
-        const std::vector<PACKET> answers = WaitForReceived(std::size(cases));
         ASSERT_EQ(answers.size(), std::size(cases));
         for (size_t i = 0; i < answers.size(); i++) {
             const HOSTPACKET &header = answers[i].header;
@@ -160,35 +211,80 @@ TEST_F(Router, AnswersEveryRequestInOrder)
             EXPECT_EQ(PacketData(&answers[i])->dwRequestID, 100 + i);
             EXPECT_EQ(PayloadOf(answers[i]), fails ? cases[i].failed : cases[i].answer) << cases[i].call;
         }
-        EXPECT_EQ(script.calls, calls);
+        EXPECT_EQ(script.Calls(), calls);
     }
 }
 
-TEST_F(Router, DoesNotKeepTheSenderWaiting)
+static std::vector<DWORD> RequestsOf(const std::vector<PACKET> &answers)
 {
-    ResetEvent(script.hGate);
-    const DWORD start = GetTickCount();
-    EXPECT_EQ(Send(HOST_GET_VCP, 0x10, 7, Words({0})), 1);
-    EXPECT_LT(GetTickCount() - start, 1000u);
-    EXPECT_EQ(ReceivedCount(), 0u);
-    Sleep(30);
+    std::vector<DWORD> requests;
+    for (const PACKET &answer : answers)
+        requests.push_back(PacketData(&answer)->dwRequestID);
+    return requests;
+}
+
+// None of this comes to an end while monitor 0 holds up the thread that does it.
+TEST_F(Router, HeldUpByOneMonitorServesTheOthersAndTheSender)
+{
+    HoldMonitor0(1);
+    for (DWORD request = 2; request <= 4; request++)
+        EXPECT_EQ(Send(HOST_SET_VCP, 0x10, request, Words({0, request})), 1);
+    s_clockAhead += 1000;
     EXPECT_FALSE(IsLinkQuiet(&router, 10)) << "a request in hand is no quiet, however long it takes";
+    const struct {
+        WORD command;
+        std::vector<BYTE> payload;
+        const char *what;
+    } others[] = {{HOST_GET_VCP, Words({1}), "another monitor"},
+                  {HOST_GET_VCP, Words({9}), "the last that has a thread of its own"},
+                  {HOST_GET_VCP, Words({0x7FFFFFFF}), "none that there is"},
+                  {HOST_GET_MONITOR_COUNT, {}, "the count"},
+                  {HOST_SET_DIRECTLINK, Words({0xFFFFFFFF, 1}), "all of them"}};
+    DWORD request = 100;
+    for (const auto &other : others) {
+        Send(other.command, 0x12, request++, other.payload);
+        ASSERT_EQ(WaitForReceived(request - 100).size(), request - 100) << other.what;
+    }
     SetEvent(script.hGate);
-    ASSERT_EQ(WaitForReceived(1).size(), 1u);
-    while (!IsLinkQuiet(&router, 10) && GetTickCount() - start < 5000)
+    const std::vector<PACKET> answers = WaitForReceived(4 + std::size(others));
+    EXPECT_EQ(RequestsOf(answers), (std::vector<DWORD>{100, 101, 102, 103, 104, 1, 2, 3, 4}));
+    EXPECT_NE(script.Calls().find("get 0 10;set 0 10 2;set 0 10 3;set 0 10 4;"), std::string::npos) << script.Calls();
+    while (!IsLinkQuiet(&router, 0))
         Sleep(5);
-    EXPECT_TRUE(IsLinkQuiet(&router, 10));
     EXPECT_FALSE(IsLinkQuiet(&router, 60000));
+}
+
+TEST_F(Router, CountsTheTimeInTheQueue)
+{
+    HoldMonitor0(1);
+    Send(HOST_GET_VCP, 0x10, 2, Words({0}));
+    s_clockAhead += 2000;
+    Send(HOST_GET_VCP, 0x10, 3, Words({0}));
+    s_clockAhead += ACCESS_PATIENCE - 2000; // too late for 2, in time for 3
+    SetEvent(script.hGate);
+    const std::vector<PACKET> answers = WaitForReceived(3);
+    ASSERT_EQ(RequestsOf(answers), (std::vector<DWORD>{1, 2, 3}));
+    EXPECT_EQ(PayloadOf(answers[1]), Words({0xFFFFFFFF, 0xFFFFFFFF})) << "answered like a failed read";
+    ASSERT_EQ(script.patience.size(), 2u) << "and not asked of the monitor";
+    EXPECT_LE(script.patience[0], ACCESS_PATIENCE);
+    EXPECT_GT(script.patience[0], 2000u);
+    EXPECT_LE(script.patience[1], 2000u);
 }
 
 TEST_F(Router, LeavesUnansweredWhatTheMonitorLeaves)
 {
     script.result = MONITOR_SILENT;
-    Send(HOST_GET_VCP, 0x10, 7, Words({0}));
-    Send(HOST_GET_MONITOR_COUNT, 0, 8, {});
+    HoldMonitor0(7);
+    Send(HOST_GET_VCP, 0x10, 8, Words({0}));
+    SetEvent(script.hGate);
+    while (!IsLinkQuiet(&router, 0))
+        Sleep(5);
+    EXPECT_EQ(ReceivedCount(), 0u);
+    script.result = MONITOR_OK;
+    Send(HOST_GET_VCP, 0x10, 9, Words({0}));
     const std::vector<PACKET> answers = WaitForReceived(1);
     ASSERT_EQ(answers.size(), 1u);
-    EXPECT_EQ(PacketData(answers.data())->dwRequestID, 8u) << "the silent one is passed over, the next is answered";
+    EXPECT_EQ(PacketData(answers.data())->dwRequestID, 9u) << "the silent ones are passed over, the next is answered";
 }
 
 TEST_F(Router, AnswersNothingToMalformedPackets)
@@ -225,19 +321,20 @@ TEST_F(Router, AnswersNothingToMalformedPackets)
     Send(HOST_GET_MONITOR_COUNT, 0, 9, {});
     ASSERT_EQ(WaitForReceived(1).size(), 1u);
     EXPECT_EQ(ReceivedCount(), 1u) << "only the good one is answered";
-    EXPECT_EQ(script.calls, "count;");
+    EXPECT_EQ(script.Calls(), "count;");
 }
 
 TEST_F(Router, FailsWideCodesAndUnknownMonitorsWithoutHarm)
 {
     Send(HOST_GET_VCP, 0x110, 1, Words({0}));
     Send(HOST_SET_VCP, 0x110, 2, Words({0, 1}));
+    WaitForReceived(2);
     Send(HOST_GET_VCP, 0x10, 3, Words({0x7FFFFFFF}));
     const std::vector<PACKET> answers = WaitForReceived(3);
     ASSERT_EQ(answers.size(), 3u);
     EXPECT_EQ(PayloadOf(answers[0]), Words({0xFFFFFFFF, 0xFFFFFFFF}));
     EXPECT_EQ(PayloadOf(answers[1]), Words({0}));
-    EXPECT_EQ(script.calls, "get 2147483647 10;") << "the backend decides about monitors";
+    EXPECT_EQ(script.Calls(), "get 2147483647 10;") << "the backend decides about monitors";
     EXPECT_TRUE(CopyWireMonitors(&router).size() <= 1);
 }
 
@@ -275,18 +372,27 @@ TEST_F(Router, TellsOfNoticesAndGreets)
     EXPECT_EQ(received[0].header.src.bSubClass, 0x40);
 }
 
-TEST_F(Router, StopDropsWhatWaits)
+TEST_F(Router, StopDropsWhatWaitsAndAStartBeginsAnew)
 {
-    ResetEvent(script.hGate);
-    for (DWORD request = 1; request <= 50; request++)
+    Send(HOST_NOTICE, HOST_NOTICE_STARTED, 0, {});
+    HoldMonitor0(1);
+    for (DWORD request = 2; request <= 50; request++)
         Send(HOST_GET_VCP, 0x10, request, Words({0}));
     std::thread opener([this] {
-        Sleep(50);
+        while (!RouterStops())
+            Sleep(5);
         SetEvent(script.hGate);
     });
     StopRouter(&router);
     opener.join();
-    EXPECT_LE(ReceivedCount(), 1u);
+    Send(HOST_GET_VCP, 0x10, 51, Words({1}));
+    EXPECT_EQ(RequestsOf(WaitForReceived(1)), (std::vector<DWORD>{1})) << "the one in hand was ended";
+
+    StartRouter(&router, g_FakePlugin.slots, MakeBackend(&script));
+    EXPECT_FALSE(HasNotice(&router, HOST_NOTICE_STARTED));
+    EXPECT_TRUE(CopyWireMonitors(&router).empty());
+    Send(HOST_GET_VCP, 0x10, 52, Words({0}));
+    EXPECT_EQ(RequestsOf(WaitForReceived(2)), (std::vector<DWORD>{1, 52}));
 }
 
 TEST_F(Router, LogsLinesThatAProgramCanRead)

@@ -242,6 +242,8 @@ TEST_F(SimulatedMonitor, DelayTakesItsTime)
     const DWORD start = GetTickCount();
     EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_OK);
     EXPECT_GE(GetTickCount() - start, 50u);
+    EXPECT_EQ(backend.setVcp(backend.context, 1, 20, 0x10, 30), MONITOR_FAILED) << "longer than the caller waits";
+    EXPECT_NE(GetMonitorState(&simulation, 1).brightness.value, 30);
 }
 
 TEST_F(SimulatedMonitor, RefusesMonitorsThatAreNotThere)
