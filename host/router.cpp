@@ -176,6 +176,9 @@ static void NoteExchange(ROUTER *router, const PACKET *request, const PACKET *an
         for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
             monitor->inputs[n] = PayloadDword(request, 4 + 4 * n);
         break;
+    case HOST_SET_DIRECTLINK:
+        monitor->directLink = PayloadDword(request, 4) != 0;
+        break;
     case HOST_GET_VCP:
         monitor->readings[PacketData(request)->wCode & 0xFF] = {true, static_cast<int>(PayloadDword(answer, 0)),
                                                                 static_cast<int>(PayloadDword(answer, 4))};

@@ -24,6 +24,7 @@ constexpr size_t REPLY_LIMIT = 64;     // replies that nobody takes: the oldest 
 // What has gone over the wire about one monitor: all that the plug-in can know of it.
 struct WIREMONITOR {
     bool hasName, hasCapabilities, hasInputs;
+    bool directLink; // its colours follow the program in front
     std::string name, capabilities;
     std::array<DWORD, HOST_INPUT_COUNT> inputs; // the flags that the plug-in sent back
     struct READING {

@@ -7,6 +7,7 @@
 #include "host/text.h"
 #include "host/tour/tour_clock.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tour/tour_settings.h"
 #include "host/tour/tour_steps.h"
 
@@ -122,6 +123,8 @@ static STEPRESULT StepTable(TOUR *tour)
 static STEPRESULT StepWindows(TOUR *tour)
 {
     bool visible = false;
+    if (!HaveMonitorWindows(tour))
+        return SkipStep(tour, "only simulated monitors have windows, and these are real ones to the host");
     CallOnWindow(tour->app, [&] {
         ShowMonitorWindows();
         visible = IsAnyMonitorWindowVisible();
@@ -152,8 +155,7 @@ bool GiveCommand(TOUR *tour, const std::string &line, std::string *text)
 // Through the plug-in and back: command, request, monitor, reply, and what the monitor then shows.
 static STEPRESULT StepChange(TOUR *tour)
 {
-    HOSTAPP *app = tour->app;
-    const MONITORSTATE::LEVEL before = GetMonitorState(&app->simulation, 0).brightness;
+    const MONITORSTATE::LEVEL before = TourMonitor(tour, 0).brightness;
     const int wanted =
         before.value >= before.maximum / 2 ? before.value - before.maximum / 3 : before.value + before.maximum / 3;
     HOSTANSWER answer;
@@ -161,7 +163,7 @@ static STEPRESULT StepChange(TOUR *tour)
     if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer, &text))
         return STEP_FAILED;
     const int readBack = static_cast<int>(PayloadDword(&answer.reply, 4));
-    const int shown = GetMonitorState(&app->simulation, 0).brightness.value;
+    const int shown = TourMonitor(tour, 0).brightness.value;
     if (readBack != wanted || shown != wanted)
         return FailStep(tour, Format("brightness was to become %d; the plug-in read back %d, the monitor shows %d",
                                      wanted, readBack, shown));
@@ -179,7 +181,7 @@ static STEPRESULT StepCommands(TOUR *tour)
                                     std::string("identity"), std::string("count")})
         if (!GiveCommand(tour, line, &text))
             return STEP_FAILED;
-    const MONITORSTATE state = GetMonitorState(&tour->app->simulation, 0);
+    const MONITORSTATE state = TourMonitor(tour, 0);
     if (state.contrast.value != CONTRAST || state.preset != PRESET)
         return FailStep(tour, Format("the monitor shows contrast %d and preset %d after '%s'", state.contrast.value,
                                      state.preset, write.c_str()));
@@ -198,13 +200,14 @@ static STEPRESULT StepStop(TOUR *tour)
         return FailStep(tour, Format("the plug-in's stop gave %d", result));
     if (!HasNotice(&app->router, HOST_NOTICE_STOPPED))
         return FailStep(tour, "the plug-in did not tell that it has stopped");
-    for (size_t i = 0; i < app->simulation.monitors.size(); i++) {
-        const MONITORSTATE state = GetMonitorState(&app->simulation, static_cast<int>(i));
+    bool haveLocks = false;
+    for (int i = 0; i < TourMonitorCount(tour); i++) {
+        const MONITORSTATE state = TourMonitor(tour, i);
+        haveLocks = haveLocks || state.hasLock;
         if (state.lockMask)
-            return FailStep(
-                tour, Format("monitor %u is left with the lock mask %u", static_cast<unsigned>(i + 1), state.lockMask));
+            return FailStep(tour, Format("monitor %d is left with the lock mask %u", i + 1, state.lockMask));
     }
-    tour->seen = "all buttons of all monitors are unlocked again";
+    tour->seen = haveLocks ? "all buttons of all monitors are unlocked again" : "no monitor has a button lock";
     return STEP_DONE;
 }
 
@@ -239,7 +242,7 @@ static const struct {
 
 bool PrepareTour(HOSTAPP *app, std::string *error)
 {
-    if (!OpenTourSettings(error))
+    if (!FindTourMonitors(app, error) || !OpenTourSettings(error))
         return false;
     // Where the dialogs that open a file begin.
     SetCurrentDirectoryW(Widen(ProgramFolder()).c_str());

@@ -7,6 +7,7 @@
 #include "host/monitor_window.h"
 #include "host/text.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tour/tour_panel.h"
 #include "host/tour/tour_program.h"
 #include "host/tourprogram/tour_program.h"
@@ -17,7 +18,7 @@ constexpr DWORD TWO_CHECKS = 10000; // ms: the plug-in looks every two seconds a
 
 static MONITORSTATE State(const TOUR *tour)
 {
-    return GetMonitorState(&tour->app->simulation, MONITOR);
+    return TourMonitor(tour, MONITOR);
 }
 
 static int NumberIn(int control)
@@ -124,10 +125,26 @@ static bool HasEco(const TOUR *tour)
            FindCapabilityCode(CapabilityCodes(monitors[MONITOR].capabilities), VCP_ECO) != nullptr;
 }
 
+// The button is there for any monitor; one without the mode ignores it.
+static STEPRESULT ShowNoEco(TOUR *tour)
+{
+    const MONITORSTATE before = State(tour);
+    if (!ClickControl(tour, FindPage(), IDC_COLOR_ECO, "the ECO button"))
+        return STEP_FAILED;
+    WaitUntil([&] { return IsLinkQuiet(&tour->app->router, QUIET_TIME); });
+    const MONITORSTATE after = State(tour);
+    if (!DescribeChange(before, after).empty() || !AgreesWithPage(after))
+        return FailStep(tour, "a click on the ECO button of a monitor without that mode changed " +
+                                  DescribeChange(before, after));
+    tour->seen = "monitor 1 has no ECO mode: a click on its button changes nothing in it";
+    ConsoleLine("  " + tour->seen);
+    return STEP_DONE;
+}
+
 STEPRESULT StepEco(TOUR *tour)
 {
     if (!HasEco(tour))
-        return SkipStep(tour, "the first monitor has no ECO mode");
+        return ShowNoEco(tour);
     const MONITORSTATE before = State(tour);
     if (!ClickControl(tour, FindPage(), IDC_COLOR_ECO, "the ECO button"))
         return STEP_FAILED;
@@ -202,10 +219,11 @@ static bool BringProgramToFront(TOUR *tour, int wanted)
 
 static bool BringHostToFront(TOUR *tour, int wanted)
 {
+    const bool hasWindows = HaveMonitorWindows(tour);
     RECT window = {};
-    GetWindowRect(MonitorWindow(MONITOR), &window);
+    GetWindowRect(hasWindows ? MonitorWindow(MONITOR) : FindPanel(), &window);
     return ClickAt(tour, {window.left + 150, window.top + 10}) &&
-           WaitForContrast(tour, wanted, "a monitor's window is in front");
+           WaitForContrast(tour, wanted, hasWindows ? "a monitor's window is in front" : "the panel is in front");
 }
 
 // The page takes the monitor's settings of its opening for those without a registered program.

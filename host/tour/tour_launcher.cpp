@@ -5,6 +5,7 @@
 #include "host/press.h"
 #include "host/text.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tour/tour_panel.h"
 #include "host/tour/tour_program.h"
 #include "host/tourprogram/tour_program.h"
@@ -18,7 +19,7 @@ static const char s_parameter[] = "モニタ 2 の ボタン"; // with blanks, s
 
 static MONITORSTATE State(const TOUR *tour)
 {
-    return GetMonitorState(&tour->app->simulation, MONITOR);
+    return TourMonitor(tour, MONITOR);
 }
 
 static std::string Label(const TOUR *tour, int button)
@@ -28,16 +29,19 @@ static std::string Label(const TOUR *tour, int button)
 
 static bool CanShow(const TOUR *tour)
 {
-    if (tour->app->simulation.monitors.size() <= MONITOR)
+    if (TourMonitorCount(tour) <= MONITOR)
         return false;
     const MONITORSTATE state = State(tour);
-    return state.reportsButtons && state.hasLock && !Label(tour, LAUNCH_BUTTON).empty() &&
+    return HaveMonitorWindows(tour) && state.reportsButtons && state.hasLock && !Label(tour, LAUNCH_BUTTON).empty() &&
            !Label(tour, LOCKED_BUTTON).empty();
 }
 
-static STEPRESULT Skip(TOUR *tour)
+// What a monitor cannot do is not offered.
+static STEPRESULT ShowAbsence(TOUR *tour, const std::string &page)
 {
-    return SkipStep(tour, "the second monitor does not report its buttons, or has no lock, first button or POWER");
+    if (TourMonitorCount(tour) > MONITOR && !ChooseMonitor(tour, MONITOR))
+        return STEP_FAILED;
+    return ShowNotOffered(tour, page, "it does not report its buttons, or has no lock, first button or POWER");
 }
 
 // ---- Presses --------------------------------------------------------------------------------------------------------
@@ -80,7 +84,7 @@ static bool WaitUntilTaken(TOUR *tour, int button)
 STEPRESULT StepCandidate(TOUR *tour)
 {
     if (!CanShow(tour))
-        return Skip(tour);
+        return ShowAbsence(tour, "ランチャー設定");
     if (!ChooseMonitor(tour, MONITOR) || !ChoosePage(tour, "ランチャー設定"))
         return STEP_FAILED;
     const HWND list = GetDlgItem(FindPage(), IDC_LAUNCHER_CANDIDATES);
@@ -118,7 +122,7 @@ static bool AssignCandidate(TOUR *tour)
 STEPRESULT StepAssign(TOUR *tour)
 {
     if (!CanShow(tour))
-        return Skip(tour);
+        return ShowAbsence(tour, "ランチャー設定");
     if (!ChoosePage(tour, Label(tour, LAUNCH_BUTTON)) || !SwitchLauncherOn(tour) || !AssignCandidate(tour))
         return STEP_FAILED;
     TakePanelPicture(tour, "button-page");
@@ -164,7 +168,7 @@ static bool PressPower(TOUR *tour, bool on)
 STEPRESULT StepLock(TOUR *tour)
 {
     if (!CanShow(tour))
-        return Skip(tour);
+        return ShowAbsence(tour, "ボタンロック");
     if (!CloseTourProgram(tour) || !ChoosePage(tour, "ボタンロック") || !ToggleLock(tour, true))
         return STEP_FAILED;
     TakePanelPicture(tour, "lock-page");

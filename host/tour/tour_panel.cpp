@@ -10,6 +10,7 @@
 #include "host/monitor_window.h"
 #include "host/text.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tray.h"
 #include "panel/resources/resource.h"
 
@@ -262,6 +263,16 @@ bool ChooseMonitor(TOUR *tour, int monitor)
     return PanelWidening() == 0 || Fail(tour, "the panel keeps its width after the change of monitor");
 }
 
+STEPRESULT ShowNotOffered(TOUR *tour, const std::string &item, const std::string &why)
+{
+    if (FindItem(item))
+        return SkipStep(tour, why);
+    const LRESULT monitor = Ask(GetDlgItem(FindPanel(), IDC_PANEL_MONITOR), CB_GETCURSEL) + 1;
+    tour->seen = Format("monitor %ld: no %s in its tree, as %s", monitor, item.c_str(), why.c_str());
+    ConsoleLine("  " + tour->seen);
+    return STEP_DONE;
+}
+
 // ---- Steps: open, go through the tree, close, open again
 // ---------------------------------------------------------------------------------
 
@@ -298,19 +309,31 @@ static bool WaitForPanel(TOUR *tour)
     return true;
 }
 
-// By the menu of a monitor's window, which is that of the tray icon, too.
-STEPRESULT StepOpenPanel(TOUR *tour)
+// The menu of the tray icon, which is that of a monitor's window, too. Without such a window by what a right click on
+// the icon sends, as this screen has no tray.
+static bool OpenMenu(TOUR *tour)
 {
     const HWND window = MonitorWindow(0);
     RECT rect = {};
     GetWindowRect(window, &rect);
-    if (!window || !IsWindowVisible(window))
-        return FailStep(tour, "there is no monitor's window to open the menu on");
-    if (!RightClickAt(tour, {rect.left + 100, rect.top + 100}))
+    if (HaveMonitorWindows(tour)) {
+        if (!window || !IsWindowVisible(window))
+            return Fail(tour, "there is no monitor's window to open the menu on");
+        return RightClickAt(tour, {rect.left + 100, rect.top + 100});
+    }
+    if (!ParkMouse(tour))
+        return false;
+    PostMessageW(tour->app->hWnd, WM_TRAY, 0, WM_RBUTTONUP);
+    return true;
+}
+
+STEPRESULT StepOpenPanel(TOUR *tour)
+{
+    if (!OpenMenu(tour))
         return STEP_FAILED;
     HWND menu = nullptr;
     if (!WaitUntil([&] { return (menu = FindWindowW(L"#32768", nullptr)) && IsWindowVisible(menu); }))
-        return FailStep(tour, "a right click on a monitor's window does not open the menu");
+        return FailStep(tour, "a right click does not open the menu");
     TakePicture(tour, "menu");
     if (!PressKeys(tour, "o") || !WaitForPanel(tour) || !MovePanel(tour))
         return STEP_FAILED;
@@ -327,13 +350,17 @@ static STEPRESULT ShowPages(TOUR *tour, const std::vector<std::string> &seen, co
     for (const std::string &item : TreeTexts())
         if (std::find(seen.begin(), seen.end(), item) == seen.end())
             items.push_back(item);
+    tour->seen = Format("%u pages shown, each beside the tree", static_cast<unsigned>(items.size()));
+    if (items.empty()) {
+        tour->seen = "its tree has no further page";
+        return STEP_DONE;
+    }
     for (size_t i = 0; i < items.size(); i++)
         if (!ShowPage(tour, items[i], pictures + std::to_string(i + 1)))
             return STEP_FAILED;
     // The root closes the page.
     if (!ChoosePage(tour, TreeTexts()[0]))
         return STEP_FAILED;
-    tour->seen = Format("%u pages shown, each beside the tree", static_cast<unsigned>(items.size()));
     return STEP_DONE;
 }
 

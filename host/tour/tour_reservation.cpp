@@ -8,6 +8,7 @@
 #include "host/text.h"
 #include "host/tour/tour_clock.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tour/tour_panel.h"
 #include "panel/resources/resource.h"
 
@@ -24,7 +25,7 @@ static int FindTvMonitor(const TOUR *tour)
         for (WORD input = INPUT_TV; input <= INPUT_TV_LAST; input++)
             tuner = tuner || inputs[input];
         if (monitors[i].hasInputs && tuner && inputs[INPUT_VIDEO] &&
-            GetMonitorState(&tour->app->simulation, static_cast<int>(i)).input < INPUT_VIDEO)
+            TourMonitor(tour, static_cast<int>(i)).input < INPUT_VIDEO)
             return static_cast<int>(i);
     }
     return -1;
@@ -95,7 +96,7 @@ static bool EnterReservation(TOUR *tour)
 
 static bool WaitForInput(TOUR *tour, int monitor, WORD wanted, const char *when)
 {
-    const auto input = [&] { return GetMonitorState(&tour->app->simulation, monitor).input; };
+    const auto input = [&] { return TourMonitor(tour, monitor).input; };
     if (WaitUntil([&] { return input() == wanted; }, SWITCH_PATIENCE)) {
         ConsoleLine(Format("  %s: monitor %d shows input %u", when, monitor + 1, wanted));
         return true;
@@ -120,8 +121,8 @@ STEPRESULT StepReservation(TOUR *tour)
 {
     const int monitor = FindTvMonitor(tour);
     if (monitor == -1)
-        return SkipStep(tour, "no monitor here has a tuner and a video input that it does not show");
-    const WORD before = GetMonitorState(&tour->app->simulation, monitor).input;
+        return ShowNotOffered(tour, "タイマー予約設定", "it has no tuner, or no video input that it does not show");
+    const WORD before = TourMonitor(tour, monitor).input;
     SetClock(19, 58);
     if (!ChooseMonitor(tour, monitor) || !ChoosePage(tour, "タイマー予約設定") || !EnterReservation(tour))
         return STEP_FAILED;

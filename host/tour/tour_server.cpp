@@ -2,6 +2,7 @@
 #include "host/console.h"
 #include "host/text.h"
 #include "host/tour/tour_hands.h"
+#include "host/tour/tour_monitors.h"
 #include "host/tour/tour_panel.h"
 #include "host/tour/tour_steps.h"
 #include "panel/resources/resource.h"
@@ -109,7 +110,7 @@ static bool CarryOut(TOUR *tour, const std::string &command)
 // An input that the first monitor has and does not show; null when there is none.
 static const INPUTWORD *OtherInput(const TOUR *tour)
 {
-    const WORD shown = GetMonitorState(&tour->app->simulation, 0).input;
+    const WORD shown = TourMonitor(tour, 0).input;
     const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
     for (const INPUTWORD &input : s_inputs)
         if (!monitors.empty() && monitors[0].hasInputs && monitors[0].inputs[input.value] && input.value != shown)
@@ -128,10 +129,10 @@ STEPRESULT StepServer(TOUR *tour)
         tour->seen = "version and identity; the first monitor has no other input that a server can choose";
         return STEP_DONE;
     }
-    const WORD before = GetMonitorState(&tour->app->simulation, 0).input;
+    const WORD before = TourMonitor(tour, 0).input;
     if (!CarryOut(tour, std::string("input ") + input->word))
         return STEP_FAILED;
-    const WORD after = GetMonitorState(&tour->app->simulation, 0).input;
+    const WORD after = TourMonitor(tour, 0).input;
     tour->seen = Format("monitor 1: input %u -> %u", before, after);
     ConsoleLine("  " + tour->seen);
     return after == input->value ? STEP_DONE : FailStep(tour, Format("the input was to become %u", input->value));
