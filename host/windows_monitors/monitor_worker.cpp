@@ -233,11 +233,19 @@ static DWORD Limit(const WORKSHOP *workshop, DWORD start, DWORD patience)
     return std::min(patience, beganBefore ? before + STOP_PATIENCE : STOP_PATIENCE);
 }
 
-// Whether the thread has been in the driver for so long that waiting for it makes no sense.
+// ms until the thread has been in the driver for so long that waiting for it makes no sense; 0: it has.
+static DWORD UntilStuck(const MONITORWORKER *worker)
+{
+    if (!worker->inDriver)
+        return INFINITE;
+    const DWORD limit = worker->workshop->stopping ? STOP_PATIENCE : ACCESS_PATIENCE;
+    const DWORD passed = GetTickCount() - worker->driverTick;
+    return passed >= limit ? 0 : limit - passed;
+}
+
 static bool IsStuck(const MONITORWORKER *worker)
 {
-    const DWORD limit = worker->workshop->stopping ? STOP_PATIENCE : ACCESS_PATIENCE;
-    return worker->inDriver && GetTickCount() - worker->driverTick >= limit;
+    return UntilStuck(worker) == 0;
 }
 
 // Waits until `done` says so; 0, or why it is over without it.
@@ -255,7 +263,7 @@ static DWORD WaitUntil(MONITORWORKER *worker, LOCK &lock, DWORD start, DWORD pat
         const DWORD limit = Limit(workshop, start, patience), passed = GetTickCount() - start;
         if (passed >= limit)
             return OUR_ERROR_TIMEOUT;
-        WaitFor(workshop, lock, limit - passed);
+        WaitFor(workshop, lock, std::min(limit - passed, UntilStuck(worker)));
     }
 }
 
