@@ -122,18 +122,20 @@ static void WorkOffAccess(MONITORWORKER *worker, LOCK &lock, ACCESS *access)
 }
 
 // The driver reads the string from the monitor for its length already.
-static bool ReadText(MONITORWORKER *worker, std::string *text)
+static bool ReadLength(const MONITORWORKER *worker, DWORD *length)
 {
-    const MONITORAPI &api = worker->workshop->api;
-    DWORD length = 0;
-    if (!api.getCapabilitiesLength(worker->handle, &length))
+    if (!worker->workshop->api.getCapabilitiesLength(worker->handle, length))
         return false;
-    if (length > CAPABILITY_LIMIT) {
-        SetLastError(GRAPHICS_INVALID_CAPABILITIES);
-        return false;
-    }
+    if (*length <= CAPABILITY_LIMIT)
+        return true;
+    SetLastError(GRAPHICS_INVALID_CAPABILITIES);
+    return false;
+}
+
+static bool ReadText(const MONITORWORKER *worker, DWORD length, std::string *text)
+{
     std::string bytes(length + 1, '\0');
-    if (length > 0 && !api.getCapabilities(worker->handle, bytes.data(), length))
+    if (length > 0 && !worker->workshop->api.getCapabilities(worker->handle, bytes.data(), length))
         return false;
     bytes.resize(std::min<size_t>(bytes.find('\0'), length));
     *text = bytes;
@@ -150,7 +152,10 @@ static void ReadCapabilities(MONITORWORKER *worker, LOCK &lock)
     MarkCapabilityRead(workshop->store.get(), worker->key);
     lock.lock();
     std::string text;
-    DWORD error = Try(worker, lock, ACCESS_CAPABILITIES, nullptr, [&] { return ReadText(worker, &text); });
+    DWORD length = 0;
+    DWORD error = Try(worker, lock, ACCESS_CAPABILITIES, nullptr, [&] { return ReadLength(worker, &length); });
+    if (!error) // tried on its own, so that a failure does not waste the length
+        error = Try(worker, lock, ACCESS_CAPABILITIES, nullptr, [&] { return ReadText(worker, length, &text); });
     if (!error && text.empty())
         error = OUR_ERROR_EMPTY;
     lock.unlock();
