@@ -319,6 +319,7 @@ static void StopAll(HOSTAPP *app)
     DestroyMonitorWindows();
     if (app->hWnd)
         DestroyWindow(app->hWnd);
+    UnregisterClassW(s_szClass, app->hInstance);
     CloseSimulation(&app->simulation);
     if (app->monitors)
         app->isDriverStuck = !CloseWindowsMonitors(app->monitors);

@@ -208,4 +208,5 @@ void DestroyMonitorWindows()
     for (const HWND hWnd : s_windows)
         DestroyWindow(hWnd);
     s_windows.clear();
+    UnregisterClassW(s_szClass, GetModuleHandleW(nullptr));
 }

@@ -29,6 +29,8 @@ static BOOL Fail(DWORD error)
 
 // ---- Displays and handles -------------------------------------------------------------------------------------------
 
+constexpr ULONG_PTR DISPLAY_LIMIT = 16;
+
 struct DISPLAYSEARCH {
     HMONITOR hMonitor;
     DWORD count, found;
@@ -43,12 +45,14 @@ static BOOL CALLBACK CompareDisplay(HMONITOR hMonitor, HDC, LPRECT, LPARAM data)
     return TRUE;
 }
 
-// The display's number from 1 on; 0 for a handle that is none.
+// The display's number from 1 on; 0 for a handle that is none. Handles that are such numbers themselves are good, too,
+// for tests that need more displays than there are.
 static DWORD DisplayNumber(HMONITOR hMonitor)
 {
     DISPLAYSEARCH search = {hMonitor, 0, 0};
     EnumDisplayMonitors(nullptr, nullptr, CompareDisplay, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    const ULONG_PTR number = reinterpret_cast<ULONG_PTR>(hMonitor);
+    return search.found ? search.found : number <= DISPLAY_LIMIT ? static_cast<DWORD>(number) : 0;
 }
 
 extern "C" BOOL WINAPI GetNumberOfPhysicalMonitorsFromHMONITOR(HMONITOR hMonitor, LPDWORD lpCount)

@@ -9,7 +9,7 @@
 // What a simulated monitor alone does not do. Each has a number; 0 means: all is well.
 enum STANDINFAULT {
     STANDIN_DISPLAY,         // stands behind the n-th display of EnumDisplayMonitors, from 1 on; 0 stands for 1
-    STANDIN_ANSWERS_EVERY,   // only every n-th access succeeds, the others fail on the I2C line
+    STANDIN_ANSWERS_EVERY,   // from now on only every n-th access succeeds, the others fail on the line
     STANDIN_FAILS,           // 1: every access fails on the I2C line
     STANDIN_HANGS,           // 1: an access does not come to its end until this is 0 again
     STANDIN_GONE,            // 1: was unplugged. Handles taken before stay invalid when it comes back

@@ -31,6 +31,8 @@ static void ApplyFault(STANDINMONITOR *monitor, int fault, DWORD n)
     if (fault == STANDIN_GONE && n && !monitor->faults[fault])
         monitor->plugs++;
     monitor->faults[fault] = n;
+    if (fault == STANDIN_ANSWERS_EVERY)
+        monitor->accessesBefore = monitor->accesses;
     if (fault == STANDIN_HANGS && n)
         ResetEvent(monitor->hGoOn);
     else if (fault == STANDIN_HANGS)
@@ -45,7 +47,7 @@ static std::shared_ptr<STANDINMONITORS> MakeMonitors(const std::vector<MONITORFI
     OpenSimulation(&all->simulation);
     for (const MONITORFILE &file : files) {
         AddSimulatedMonitor(&all->simulation, file);
-        all->monitors.push_back({{}, 0, 0, CreateEventW(nullptr, TRUE, TRUE, nullptr)});
+        all->monitors.push_back({{}, 0, 0, 0, CreateEventW(nullptr, TRUE, TRUE, nullptr)});
     }
     return all;
 }
@@ -165,7 +167,7 @@ static bool FailsNow(STANDINMONITOR *monitor)
     if (*left && --*left == 0)
         ApplyFault(monitor, STANDIN_GONE, 1);
     const DWORD every = monitor->faults[STANDIN_ANSWERS_EVERY];
-    return monitor->faults[STANDIN_FAILS] || (every && monitor->accesses % every != 0);
+    return monitor->faults[STANDIN_FAILS] || (every && (monitor->accesses - monitor->accessesBefore) % every != 0);
 }
 
 DWORD BeginMonitorAccess(STANDINMONITORS *all, HANDLE handle, DWORD lineError, int *monitor)

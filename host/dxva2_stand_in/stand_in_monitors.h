@@ -10,8 +10,9 @@
 struct STANDINMONITOR {
     DWORD faults[STANDIN_FAULT_COUNT];
     DWORD accesses;
-    unsigned plugs; // how often it was unplugged: what handles of earlier times are told by
-    HANDLE hGoOn;   // signalled unless it hangs
+    DWORD accessesBefore; // the accesses when STANDIN_ANSWERS_EVERY was set
+    unsigned plugs;       // how often it was unplugged: what handles of earlier times are told by
+    HANDLE hGoOn;         // signalled unless it hangs
 };
 
 struct STANDINMONITORS {

@@ -1,0 +1,160 @@
+// The whole host on real monitors: RunHost with the plug-in as it ships, its panel used while monitors are slow, fail,
+// hang and vanish.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "host/dxva2_stand_in/tests/stand_in_control.h"
+#include "host/host_app.h"
+#include "host/text.h"
+#include "host/tour/tour_hands.h"
+#include "host/tour/tour_panel.h"
+#include "host/tour/tour_settings.h"
+#include "panel/resources/resource.h"
+
+constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is
+
+class HostOnRealMonitors : public testing::Test {
+protected:
+    void TearDown() override { Stop(); }
+
+    // Until the plug-in has found the monitors and asks no more.
+    void Start()
+    {
+        std::string error;
+        app = std::make_unique<HOSTAPP>();
+        app->hInstance = GetModuleHandleW(nullptr);
+        ASSERT_TRUE(ParseOptions({"--no-tray"}, &app->options, &error)) << error;
+        ASSERT_TRUE(OpenTourSettings(&error)) << error;
+        thread = std::thread([this] { status = RunHost(app.get()); });
+        ASSERT_TRUE(WaitUntil([this] { return HasNotice(&app->router, HOST_NOTICE_STARTED); }, LONG_ENOUGH));
+        WaitUntilQuiet();
+    }
+
+    void Stop()
+    {
+        if (!thread.joinable())
+            return;
+        EndHost(app.get(), 0);
+        thread.join();
+        EXPECT_EQ(status, 0);
+    }
+
+    void WaitUntilQuiet()
+    {
+        EXPECT_TRUE(WaitUntil([this] { return IsLinkQuiet(&app->router, QUIET_TIME); }, LONG_ENOUGH));
+    }
+
+    std::string Command(const char *text)
+    {
+        HOSTCOMMAND command;
+        std::string error;
+        HOSTANSWER answer;
+        EXPECT_TRUE(ParseHostCommand(text, &command, &error)) << error;
+        CallOnWindow(app.get(), [&] { answer = SendHostCommand(&app->router, command); });
+        return DescribeHostAnswer(command, answer);
+    }
+
+    void OpenColorPage()
+    {
+        CallOnWindow(app.get(), [this] { app->plugin.slots[PLUGIN_SLOT_OPEN_PANEL](nullptr); });
+        ASSERT_TRUE(WaitUntil([] { return FindPanel() && TreeTexts().size() > 3; }, LONG_ENOUGH));
+        ChooseColorPage();
+    }
+
+    static void ChooseColorPage()
+    {
+        const HWND tree = GetDlgItem(FindPanel(), IDC_PANEL_TREE);
+        LRESULT item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+        for (int level = 0; level < 2; level++)
+            item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CHILD, item);
+        SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, item);
+        ASSERT_TRUE(
+            WaitUntil([] { return FindPage() && GetDlgItem(FindPage(), IDC_COLOR_PROFILE_COMBO); }, LONG_ENOUGH));
+    }
+
+    // Returns when the panel's thread has done what follows.
+    static void Choose(HWND dialog, int combo, int entry)
+    {
+        SendDlgItemMessageW(dialog, combo, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+        DWORD_PTR result = 0;
+        ASSERT_TRUE(SendMessageTimeoutW(dialog, WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE),
+                                        reinterpret_cast<LPARAM>(GetDlgItem(dialog, combo)), SMTO_NORMAL, LONG_ENOUGH,
+                                        &result));
+    }
+
+    // In the panel's list; and its colour page.
+    static void ChooseMonitor(int monitor)
+    {
+        Choose(FindPanel(), IDC_PANEL_MONITOR, monitor);
+        ChooseColorPage();
+    }
+
+    static UINT ShownContrast() { return GetDlgItemInt(FindPage(), IDC_COLOR_CONTRAST_EDIT, nullptr, FALSE); }
+
+    static void TypeContrast(int value)
+    {
+        SetDlgItemInt(FindPage(), IDC_COLOR_CONTRAST_EDIT, static_cast<UINT>(value), FALSE);
+        SendMessageW(FindPage(), WM_COMMAND, MAKEWPARAM(IDC_COLOR_CONTRAST_EDIT, EN_KILLFOCUS),
+                     reinterpret_cast<LPARAM>(GetDlgItem(FindPage(), IDC_COLOR_CONTRAST_EDIT)));
+    }
+
+    std::unique_ptr<HOSTAPP> app;
+    std::thread thread;
+    int status = -1;
+};
+
+TEST_F(HostOnRealMonitors, KnowsThoseThatFailNowAndThenOrForGood)
+{
+    OpenTestMonitors({{"ALPHA", "", ""}, {"DEAD", "", ""}});
+    g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 3);
+    g_StandIn.set(1, STANDIN_FAILS, 1);
+    Start();
+    EXPECT_EQ(Command("count"), "2 monitors");
+    EXPECT_EQ(Command("set-vcp 10 77"), "brightness (0x10): 77 of 100");
+    EXPECT_EQ(Seen(0, 0x10), 77);
+    OpenColorPage();
+    EXPECT_EQ(ShownContrast(), 50u);
+    ChooseMonitor(1);
+    EXPECT_EQ(ShownContrast(), 0xFFFFu);
+    const std::vector<WIREMONITOR> wire = CopyWireMonitors(&app->router);
+    EXPECT_EQ(wire[0].name + wire[1].name, "ALPHAGeneric PnP");
+    EXPECT_NE(wire[0].capabilities, "");
+    EXPECT_EQ(wire[1].capabilities, "");
+}
+
+// In the middle of a profile's values: ECO mode and brightness are written, and with the contrast the monitor is gone.
+// Later the driver does not come back: the request that is in it fails after eight seconds, all others at once.
+TEST_F(HostOnRealMonitors, KeepThePanelUsableWhenOneVanishesOrHangsDuringAProfileChange)
+{
+    OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
+    Start();
+    OpenColorPage();
+    g_StandIn.set(0, STANDIN_GONE_AFTER, 4);
+    Choose(FindPage(), IDC_COLOR_PROFILE_COMBO, 2);
+    EXPECT_NE(Seen(0, 0x10), 40);
+    EXPECT_EQ(Seen(0, 0x12), 50);
+    ChooseMonitor(1);
+    TypeContrast(83);
+    EXPECT_EQ(Seen(1, 0x12), 83) << "the other one does what the panel says";
+
+    g_StandIn.set(0, STANDIN_GONE, 0);
+    ChooseMonitor(0);
+    const auto isBack = [] {
+        TypeContrast(64);
+        return Seen(0, 0x12) == 64;
+    };
+    EXPECT_TRUE(WaitUntil(isBack, LONG_ENOUGH)) << "and so does the first, once it has come back";
+
+    g_StandIn.set(0, STANDIN_HANGS, 1);
+    Choose(FindPage(), IDC_COLOR_PROFILE_COMBO, 3);
+    ChooseMonitor(1);
+    TypeContrast(29);
+    EXPECT_EQ(Seen(1, 0x12), 29);
+    Stop();
+    EXPECT_TRUE(app->isDriverStuck) << "so that main ends the process the hard way";
+    g_StandIn.set(0, STANDIN_HANGS, 0);
+}

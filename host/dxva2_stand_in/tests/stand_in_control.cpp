@@ -1,0 +1,51 @@
+// Describes monitors to the stand-in, and looks into them.
+#include "host/dxva2_stand_in/tests/stand_in_control.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "host/text.h"
+
+template <typename FUNCTION>
+static FUNCTION Find(const char *name)
+{
+    return reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryW(L"dxva2.dll"), name)));
+}
+
+STANDINCONTROL g_StandIn = {Find<decltype(&StandInOpen)>("StandInOpen"), Find<decltype(&StandInSet)>("StandInSet"),
+                            Find<decltype(&StandInFeature)>("StandInFeature"),
+                            Find<decltype(&StandInAccesses)>("StandInAccesses")};
+
+static std::string WriteMonitor(const TESTMONITOR &monitor)
+{
+    wchar_t folder[MAX_PATH] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    const std::string path = Narrow(folder) + Format("stand-in %s.ini", monitor.model);
+    std::ofstream file(path);
+    file << "[monitor]\nmodel = " << monitor.model << "\n"
+         << (monitor.monitorLines.find("capabilities") != std::string::npos
+                 ? ""
+                 : Format("capabilities = (prot(monitor)type(lcd)model(%s)vcp(02 10 12 14(05 08 0B) 16 18 1A "
+                          "60(01 03 11))mccs_ver(2.1))\n",
+                          monitor.model))
+         << monitor.monitorLines << "[vcp]\n14 = 11 / 11\n16 = 60 / 100\n18 = 60 / 100\n1A = 60 / 100\n60 = 17 / 17\n"
+         << (monitor.vcpLines.find("10 =") != std::string::npos ? "" : "10 = 40 / 100\n")
+         << (monitor.vcpLines.find("12 =") != std::string::npos ? "" : "12 = 50 / 100\n") << monitor.vcpLines;
+    return path;
+}
+
+void OpenTestMonitors(const std::vector<TESTMONITOR> &monitors)
+{
+    ASSERT_NE(g_StandIn.open, nullptr) << "another dxva2.dll was loaded";
+    std::string paths;
+    for (const TESTMONITOR &monitor : monitors)
+        paths += (paths.empty() ? "" : ",") + WriteMonitor(monitor);
+    ASSERT_TRUE(g_StandIn.open(paths.c_str())) << paths;
+}
+
+int Seen(int monitor, BYTE code)
+{
+    WORD value = 0, maximum = 0;
+    return g_StandIn.feature(monitor, code, &value, &maximum) ? value : -1;
+}
