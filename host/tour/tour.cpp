@@ -8,6 +8,7 @@
 #include "host/tour/tour_clock.h"
 #include "host/tour/tour_hands.h"
 #include "host/tour/tour_monitors.h"
+#include "host/tour/tour_panel.h"
 #include "host/tour/tour_settings.h"
 #include "host/tour/tour_steps.h"
 
@@ -286,7 +287,7 @@ static bool RunStep(TOUR *tour, size_t index)
     if (result == STEP_SKIPPED) {
         tour->seen = "left out: " + tour->reason;
         ConsoleLine("  " + tour->seen);
-    } else if (step.picture) {
+    } else if (step.picture && result == STEP_DONE && (HaveMonitorWindows(tour) || FindPanel())) {
         TakePicture(tour, step.picture);
     }
     return true;

@@ -37,11 +37,11 @@ static bool CanShow(const TOUR *tour)
 }
 
 // What a monitor cannot do is not offered.
-static STEPRESULT ShowAbsence(TOUR *tour, const std::string &page)
+static STEPRESULT ShowAbsence(TOUR *tour, const std::string &page, const std::string &picture)
 {
     if (TourMonitorCount(tour) > MONITOR && !ChooseMonitor(tour, MONITOR))
         return STEP_FAILED;
-    return ShowNotOffered(tour, page, "it does not report its buttons, or has no lock, first button or POWER");
+    return ShowNotOffered(tour, page, "it has no front-panel buttons that report and can be locked", picture);
 }
 
 // ---- Presses --------------------------------------------------------------------------------------------------------
@@ -84,7 +84,7 @@ static bool WaitUntilTaken(TOUR *tour, int button)
 STEPRESULT StepCandidate(TOUR *tour)
 {
     if (!CanShow(tour))
-        return ShowAbsence(tour, "ランチャー設定");
+        return ShowAbsence(tour, "ランチャー設定", "no-launcher");
     if (!ChooseMonitor(tour, MONITOR) || !ChoosePage(tour, "ランチャー設定"))
         return STEP_FAILED;
     const HWND list = GetDlgItem(FindPage(), IDC_LAUNCHER_CANDIDATES);
@@ -122,7 +122,7 @@ static bool AssignCandidate(TOUR *tour)
 STEPRESULT StepAssign(TOUR *tour)
 {
     if (!CanShow(tour))
-        return ShowAbsence(tour, "ランチャー設定");
+        return ShowAbsence(tour, "ランチャー設定", "no-buttons");
     if (!ChoosePage(tour, Label(tour, LAUNCH_BUTTON)) || !SwitchLauncherOn(tour) || !AssignCandidate(tour))
         return STEP_FAILED;
     TakePanelPicture(tour, "button-page");
@@ -168,7 +168,7 @@ static bool PressPower(TOUR *tour, bool on)
 STEPRESULT StepLock(TOUR *tour)
 {
     if (!CanShow(tour))
-        return ShowAbsence(tour, "ボタンロック");
+        return ShowAbsence(tour, "ボタンロック", "no-lock");
     if (!CloseTourProgram(tour) || !ChoosePage(tour, "ボタンロック") || !ToggleLock(tour, true))
         return STEP_FAILED;
     TakePanelPicture(tour, "lock-page");

@@ -263,14 +263,17 @@ bool ChooseMonitor(TOUR *tour, int monitor)
     return PanelWidening() == 0 || Fail(tour, "the panel keeps its width after the change of monitor");
 }
 
-STEPRESULT ShowNotOffered(TOUR *tour, const std::string &item, const std::string &why)
+STEPRESULT ShowNotOffered(TOUR *tour, const std::string &item, const std::string &why, const std::string &picture)
 {
     if (FindItem(item))
         return SkipStep(tour, why);
+    if (!OpenItem(tour, Next(nullptr, TVGN_ROOT)))
+        return STEP_FAILED;
+    TakePanelPicture(tour, picture);
     const LRESULT monitor = Ask(GetDlgItem(FindPanel(), IDC_PANEL_MONITOR), CB_GETCURSEL) + 1;
     tour->seen = Format("monitor %ld: no %s in its tree, as %s", monitor, item.c_str(), why.c_str());
     ConsoleLine("  " + tour->seen);
-    return STEP_DONE;
+    return STEP_ABSENT;
 }
 
 // ---- Steps: open, go through the tree, close, open again

@@ -30,9 +30,9 @@ bool ShowPage(TOUR *tour, const std::string &text, const std::string &picture);
 // Chooses a monitor, from 0 on, in the panel's list.
 bool ChooseMonitor(TOUR *tour, int monitor);
 
-// Shows that the tree of the present monitor lacks an item, for a reason that the monitor has. When it is there all the
-// same, the step is left out for that reason.
-STEPRESULT ShowNotOffered(TOUR *tour, const std::string &item, const std::string &why);
+// Shows that the tree of the present monitor lacks an item, for a reason that the monitor has, with a picture of the
+// tree. When it is there all the same, the step is left out for that reason.
+STEPRESULT ShowNotOffered(TOUR *tour, const std::string &item, const std::string &why, const std::string &picture);
 
 // Takes a picture of the panel alone.
 void TakePanelPicture(TOUR *tour, const std::string &name);

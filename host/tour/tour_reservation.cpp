@@ -121,7 +121,8 @@ STEPRESULT StepReservation(TOUR *tour)
 {
     const int monitor = FindTvMonitor(tour);
     if (monitor == -1)
-        return ShowNotOffered(tour, "タイマー予約設定", "it has no tuner, or no video input that it does not show");
+        return ShowNotOffered(tour, "タイマー予約設定", "it has no tuner, or no video input that it does not show",
+                              "no-reservation");
     const WORD before = TourMonitor(tour, monitor).input;
     SetClock(19, 58);
     if (!ChooseMonitor(tour, monitor) || !ChoosePage(tour, "タイマー予約設定") || !EnterReservation(tour))

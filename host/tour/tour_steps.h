@@ -5,6 +5,7 @@
 
 enum STEPRESULT {
     STEP_DONE,
+    STEP_ABSENT,  // what the step is about is not offered for these monitors, which was seen in its place
     STEP_SKIPPED, // there is nothing to show it with, as the step has said; the tour goes on
     STEP_FAILED,
 };
