@@ -28,6 +28,8 @@ protected:
         app = std::make_unique<HOSTAPP>();
         app->hInstance = GetModuleHandleW(nullptr);
         ASSERT_TRUE(ParseOptions({"--no-tray"}, &app->options, &error)) << error;
+        for (const char *left : {"\\profile.ini", "\\ontimer.ini"}) // by a test that was ended on the way
+            DeleteFileW(Widen(ProgramFolder() + left).c_str());
         ASSERT_TRUE(OpenTourSettings(&error)) << error;
         thread = std::thread([this] { status = RunHost(app.get()); });
         ASSERT_TRUE(WaitUntil([this] { return HasNotice(&app->router, HOST_NOTICE_STARTED); }, LONG_ENOUGH));
@@ -107,35 +109,24 @@ protected:
     int status = -1;
 };
 
-TEST_F(HostOnRealMonitors, KnowsThoseThatFailNowAndThenOrForGood)
-{
-    OpenTestMonitors({{"ALPHA", "", ""}, {"DEAD", "", ""}});
-    g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 3);
-    g_StandIn.set(1, STANDIN_FAILS, 1);
-    Start();
-    EXPECT_EQ(Command("count"), "2 monitors");
-    EXPECT_EQ(Command("set-vcp 10 77"), "brightness (0x10): 77 of 100");
-    EXPECT_EQ(Seen(0, 0x10), 77);
-    OpenColorPage();
-    EXPECT_EQ(ShownContrast(), 50u);
-    ChooseMonitor(1);
-    EXPECT_EQ(ShownContrast(), 0xFFFFu);
-    const std::vector<WIREMONITOR> wire = CopyWireMonitors(&app->router);
-    EXPECT_EQ(wire[0].name + wire[1].name, "ALPHAGeneric PnP");
-    EXPECT_NE(wire[0].capabilities, "");
-    EXPECT_EQ(wire[1].capabilities, "");
-}
-
-// In the middle of a profile's values: ECO mode and brightness are written, and with the contrast the monitor is gone.
-// Later the driver does not come back: the request that is in it fails after eight seconds, all others at once.
-TEST_F(HostOnRealMonitors, KeepThePanelUsableWhenOneVanishesOrHangsDuringAProfileChange)
+// First a monitor of which only every third access succeeds. Then one that is unplugged in the middle of a profile's
+// values: ECO mode and brightness are written, and with the contrast it is gone. Last a driver that does not come back:
+// the request that is in it fails after eight seconds, all others at once.
+TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
 {
     OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
-    Start();
-    OpenColorPage();
+    g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 3);
+    ASSERT_NO_FATAL_FAILURE(Start());
+    EXPECT_EQ(CopyWireMonitors(&app->router)[0].name, "ALPHA");
+    EXPECT_EQ(Command("count"), "2 monitors");
+    EXPECT_EQ(Command("set-vcp 10 77"), "brightness (0x10): 77 of 100");
+    ASSERT_NO_FATAL_FAILURE(OpenColorPage());
+    EXPECT_EQ(ShownContrast(), 50u);
+
+    g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 0);
     g_StandIn.set(0, STANDIN_GONE_AFTER, 4);
     Choose(FindPage(), IDC_COLOR_PROFILE_COMBO, 2);
-    EXPECT_NE(Seen(0, 0x10), 40);
+    EXPECT_NE(Seen(0, 0x10), 77);
     EXPECT_EQ(Seen(0, 0x12), 50);
     ChooseMonitor(1);
     TypeContrast(83);

@@ -1,0 +1,64 @@
+// trayhub.exe as a user starts it, beside the stand-in: what it prints about the monitors, and what it ends with.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "host/dxva2_stand_in/tests/stand_in_control.h"
+#include "host/options.h"
+#include "host/text.h"
+
+static std::string TempPath(const char *name)
+{
+    wchar_t folder[MAX_PATH] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    return Narrow(folder) + name;
+}
+
+// Runs the program to its end, with a control file for its stand-in. Returns its exit status, -1 when it does not end.
+static int RunTrayhub(const std::string &arguments, const std::string &control, std::string *output)
+{
+    const std::string path = TempPath("stand-in.txt"), file = TempPath("stand-in.ini");
+    std::ofstream(file) << control;
+    SetEnvironmentVariableW(L"DXVA2_STAND_IN", Widen(file).c_str());
+    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError =
+        CreateFileW(Widen(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
+    PROCESS_INFORMATION process = {};
+    std::wstring line = Widen("\"" + ProgramFolder() + "\\trayhub.exe\" " + arguments);
+    EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process));
+    DWORD status = 0;
+    const bool ended = WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0;
+    if (!ended)
+        TerminateProcess(process.hProcess, 1);
+    GetExitCodeProcess(process.hProcess, &status);
+    for (const HANDLE handle : {process.hProcess, process.hThread, startup.hStdOutput})
+        CloseHandle(handle);
+    std::string error;
+    EXPECT_TRUE(ReadWholeFile(path, 1 << 20, output, &error)) << error;
+    return ended ? static_cast<int>(status) : -1;
+}
+
+TEST(TrayhubOnRealMonitors, ListsWhatTheySayAndWhyTheyDoNot)
+{
+    const struct {
+        const char *control;
+        int status;
+        std::vector<const char *> said;
+    } cases[] = {
+        {"[monitor 2]\nfails = 1\n[monitor 3]\nanswers-every = 3\n",
+         0,
+         {"3 monitors", "Monitor 1: U3011", "75 of 100", "60 input source: 01 03 04 0C 0F 11 12",
+          "F2 maker's own, button-lock      0xC0262584", "Monitor 2: Generic PnP", "0xC0262583", "Monitor 3: MP76",
+          "14 colour preset: 01 05 06 07 08 0B", "60 of 100"}},
+        {"[monitor 1]\ngone = 1\n[monitor 2]\ngone = 1\n[monitor 3]\ngone = 1\n", 1, {"0 monitors", "the display has no monitor"}},
+    };
+    for (const auto &one : cases) {
+        std::string output;
+        EXPECT_EQ(RunTrayhub("--list", one.control, &output), one.status);
+        for (const char *said : one.said)
+            EXPECT_NE(output.find(said), std::string::npos) << said << " is not in:\n" << output;
+    }
+}
