@@ -206,7 +206,7 @@ TEST(Overrides, FaultyLinesAreNamedAndTheRestHolds)
         ASSERT_EQ(file.faults.size(), 1u) << one.line;
         EXPECT_EQ(file.faults[0].line, 3);
         EXPECT_NE(file.faults[0].reason.find(one.reason), std::string::npos) << file.faults[0].reason;
-        const MONITOROVERRIDE content = OverrideFor(file, {"ABC1234", {}, ""});
+        const MONITOROVERRIDE content = OverrideFor(file, {"ABC1234", {}, {}});
         EXPECT_EQ(content.model, "GOOD") << one.line;
         EXPECT_TRUE(content.never[4]);
         EXPECT_FALSE(content.never[0x10]);
@@ -234,16 +234,16 @@ TEST(Overrides, CloserTitlesWinAndForbiddenCodesAdd)
                        "[DEL4014]\r\nmodel = ALL\r\nmaximum 10 = 80\r\nnever = 04 05\r\n"
                        "[Model DELL U3011]\r\nmodel = NAMED\r\nmaximum 10 = 70\r\nmaximum 12 = 0x50\r\n");
     ASSERT_TRUE(file.faults.empty());
-    const MONITOROVERRIDE one = OverrideFor(file, {"DEL4014", {"77", "ABC 1"}, "dell u3011"});
+    const MONITOROVERRIDE one = OverrideFor(file, {"DEL4014", {"77", "ABC 1"}, {"27MU68", "dell u3011"}});
     EXPECT_EQ(one.model, "THIS");
     EXPECT_EQ(one.maxima[0x10], 80);
     EXPECT_EQ(one.maxima[0x12], 0x50);
     EXPECT_EQ(one.maxima[0x14], -1);
     EXPECT_TRUE(one.never[0x04] && one.never[0xD6]);
     EXPECT_EQ(one.titles.size(), 3u);
-    EXPECT_EQ(OverrideFor(file, {"DEL4014", {"78"}, "Other"}).model, "ALL");
-    EXPECT_EQ(OverrideFor(file, {"", {}, "DELL U3011"}).model, "NAMED");
-    EXPECT_EQ(OverrideFor(file, {"DEL4015", {"ABC 1"}, ""}).titles.size(), 0u);
+    EXPECT_EQ(OverrideFor(file, {"DEL4014", {"78"}, {"Other"}}).model, "ALL");
+    EXPECT_EQ(OverrideFor(file, {"", {}, {"DELL U3011"}}).model, "NAMED");
+    EXPECT_EQ(OverrideFor(file, {"DEL4015", {"ABC 1"}, {}}).titles.size(), 0u);
     EXPECT_TRUE(ReadOverrides("no such file.ini").faults.empty());
 }
 

@@ -11,19 +11,22 @@
 // The codes that the product reads.
 static const BYTE s_codes[] = {0x10, 0x12, 0x14, 0x16, 0x18, 0x1A, 0x60, 0xE0, 0xE8, 0xF2, 0xF4};
 
-MONITORANSWERS AskMonitor(const WINDOWSMONITOR &monitor)
+MONITORANSWERS AskMonitor(WINDOWSMONITORS *monitors, int index)
 {
     MONITORANSWERS answers = {};
-    answers.capabilitiesError = WindowsMonitorCapabilities(monitor, ACCESS_PATIENCE, &answers.capabilities);
+    answers.capabilitiesError =
+        WindowsMonitorCapabilities(monitors, index, ACCESS_PATIENCE, &answers.monitor, &answers.capabilities);
+    if (!answers.monitor.worker)
+        return answers;
     {
-        std::lock_guard lock(monitor.worker->workshop->mutex);
-        answers.source = monitor.worker->state;
+        std::lock_guard lock(answers.monitor.worker->workshop->mutex);
+        answers.source = answers.monitor.worker->state;
     }
     bool answersInTime = answers.capabilitiesError != OUR_ERROR_TIMEOUT && answers.capabilitiesError != OUR_ERROR_STUCK;
     for (const BYTE code : s_codes) {
         ACCESSANSWER answer = {OUR_ERROR_TIMEOUT, 0, 0};
         if (answersInTime)
-            answer = ReadWindowsMonitor(monitor, code, ACCESS_PATIENCE);
+            answer = ReadWindowsMonitor(answers.monitor, code, ACCESS_PATIENCE);
         answersInTime = answersInTime && answer.error != OUR_ERROR_TIMEOUT && answer.error != OUR_ERROR_STUCK;
         answers.readings.push_back({code, answer});
     }
@@ -70,13 +73,16 @@ static std::string DescribeEdid(const WINDOWSMONITOR &monitor, bool isPrivate)
 // The titles that a section of monitors.ini may have for this monitor.
 static std::string PossibleTitles(const WINDOWSMONITOR &monitor, bool isPrivate)
 {
-    std::string text = "[model " + monitor.titles.model + "]";
-    if (!monitor.titles.product.empty())
-        text += ", [" + monitor.titles.product + "]";
+    const MONITORTITLES &titles = monitor.titles;
+    std::string text;
+    for (const std::string &model : titles.models)
+        text += ", [model " + model + "]";
+    if (!titles.product.empty())
+        text += ", [" + titles.product + "]";
     if (!isPrivate)
-        for (const std::string &serial : monitor.titles.serials)
-            text += ", [" + monitor.titles.product + " " + serial + "]";
-    return text;
+        for (const std::string &serial : titles.serials)
+            text += ", [" + titles.product + " " + serial + "]";
+    return text.empty() ? "(none)" : text.substr(2);
 }
 
 static std::string DescribeOverride(const WINDOWSMONITOR &monitor, bool isPrivate)
@@ -98,12 +104,12 @@ static std::string DescribeOverride(const WINDOWSMONITOR &monitor, bool isPrivat
     return text;
 }
 
-static std::string CapabilitiesSource(const WINDOWSMONITOR &monitor, const MONITORANSWERS &answers)
+static std::string CapabilitiesSource(const MONITORANSWERS &answers)
 {
     if (answers.capabilitiesError)
         return AccessErrorText(answers.capabilitiesError) +
                (answers.capabilitiesError == OUR_ERROR_SKIPPED ? "; --fresh reads it again" : "");
-    if (!monitor.override.capabilities.empty())
+    if (!answers.monitor.override.capabilities.empty())
         return "given by monitors.ini";
     return answers.source == CAPABILITIES_KEPT ? "kept from an earlier run; --fresh reads it again"
                                                : "read from the monitor";
@@ -119,9 +125,9 @@ static std::string DescribeCode(const CAPABILITYCODE &code)
     return text;
 }
 
-static std::string DescribeCapabilities(const WINDOWSMONITOR &monitor, const MONITORANSWERS &answers)
+static std::string DescribeCapabilities(const MONITORANSWERS &answers)
 {
-    std::string text = Line("capabilities", CapabilitiesSource(monitor, answers));
+    std::string text = Line("capabilities", CapabilitiesSource(answers));
     const std::string &string = answers.capabilities;
     if (string.empty())
         return text;
@@ -155,11 +161,12 @@ static std::string DescribeReadings(const MONITORANSWERS &answers)
     return text;
 }
 
-std::string DescribeMonitor(int number, const WINDOWSMONITOR &monitor, const MONITORANSWERS &answers, bool isPrivate)
+std::string DescribeMonitor(int number, const MONITORANSWERS &answers, bool isPrivate)
 {
+    const WINDOWSMONITOR &monitor = answers.monitor;
     const std::string model =
         monitor.override.model.empty() ? MonitorModel(answers.capabilities, monitor.found) : monitor.override.model;
     return Format("Monitor %d: ", number) + model + "\n" + Line("display", DescribeDisplay(monitor.found.display)) +
            Line("description", monitor.found.description) + DescribeEdid(monitor, isPrivate) +
-           DescribeOverride(monitor, isPrivate) + DescribeCapabilities(monitor, answers) + DescribeReadings(answers);
+           DescribeOverride(monitor, isPrivate) + DescribeCapabilities(answers) + DescribeReadings(answers);
 }

@@ -5,6 +5,7 @@
 
 // What a monitor answered when it was asked for all that a description tells.
 struct MONITORANSWERS {
+    WINDOWSMONITOR monitor;  // as it is known with its string
     DWORD capabilitiesError; // 0: none
     std::string capabilities;
     CAPABILITYSTATE source; // where the string comes from, unless monitors.ini has it
@@ -15,10 +16,10 @@ struct MONITORANSWERS {
     std::vector<READING> readings;
 };
 
-// Asks a monitor for its string and the values of the codes that the product uses. Up to a minute when it does not
-// answer; after a request that timed out, no more is asked.
-MONITORANSWERS AskMonitor(const WINDOWSMONITOR &monitor);
+// Asks a monitor of the backend for its string and the values of the codes that the product reads. After a request that
+// timed out, no more is asked. Any thread.
+MONITORANSWERS AskMonitor(WINDOWSMONITORS *monitors, int index);
 
 // Several lines of text. `number` is counted from 1. `isPrivate`: without serial numbers, for a text that is passed on;
 // it then has the EDID's bytes.
-std::string DescribeMonitor(int number, const WINDOWSMONITOR &monitor, const MONITORANSWERS &answers, bool isPrivate);
+std::string DescribeMonitor(int number, const MONITORANSWERS &answers, bool isPrivate);

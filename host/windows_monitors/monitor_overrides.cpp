@@ -177,7 +177,8 @@ OVERRIDEFILE ReadOverrides(const std::string &path)
 static bool IsFitting(const OVERRIDESECTION &section, const MONITORTITLES &titles)
 {
     if (!section.model.empty())
-        return EqualNoCase(section.model, titles.model);
+        return std::any_of(titles.models.begin(), titles.models.end(),
+                           [&](const std::string &model) { return EqualNoCase(section.model, model); });
     if (section.product != titles.product)
         return false;
     return section.serial.empty() ||

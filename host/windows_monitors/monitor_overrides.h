@@ -19,7 +19,7 @@ struct MONITOROVERRIDE {
 struct OVERRIDESECTION {
     std::string product; // such as ABC1234; empty: any
     std::string serial;  // of that product; empty: any
-    std::string model;   // what EDID or Windows call it; empty: any
+    std::string model;   // one of its names; empty: any
     MONITOROVERRIDE content;
 };
 
@@ -38,7 +38,7 @@ struct OVERRIDEFILE {
 struct MONITORTITLES {
     std::string product;
     std::vector<std::string> serials; // as number, and in words
-    std::string model;
+    std::vector<std::string> models;  // what its EDID, its capability string or, without an EDID, Windows call it
 };
 
 // Reads the file's text (UTF-8). Keys below a title with a fault are left out, too, without a fault of their own.

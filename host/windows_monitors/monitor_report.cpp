@@ -82,18 +82,18 @@ static std::string DisplaysText()
     return text;
 }
 
-// All monitors are asked at the same time, or a slow one would make the others' text wait.
-static std::string MonitorsText(const std::vector<WINDOWSMONITOR> &found, bool isPrivate)
+// All monitors are asked at the same time: each may take seconds.
+static std::string MonitorsText(WINDOWSMONITORS *monitors, int count, bool isPrivate)
 {
-    std::vector<MONITORANSWERS> answers(found.size());
+    std::vector<MONITORANSWERS> answers(static_cast<size_t>(count));
     std::vector<std::thread> threads;
-    for (size_t i = 0; i < found.size(); i++)
-        threads.emplace_back([&, i] { answers[i] = AskMonitor(found[i]); });
+    for (int i = 0; i < count; i++)
+        threads.emplace_back([&answers, monitors, i] { answers[static_cast<size_t>(i)] = AskMonitor(monitors, i); });
+    for (std::thread &thread : threads)
+        thread.join();
     std::string text;
-    for (size_t i = 0; i < found.size(); i++) {
-        threads[i].join();
-        text += "\n" + DescribeMonitor(static_cast<int>(i) + 1, found[i], answers[i], isPrivate);
-    }
+    for (int i = 0; i < count; i++)
+        text += "\n" + DescribeMonitor(i + 1, answers[static_cast<size_t>(i)], isPrivate);
     return text;
 }
 
@@ -109,17 +109,17 @@ static MONITORTEXT MakeText(const OPTIONS &options, bool isPrivate)
     source.fresh = options.fresh;
     WINDOWSMONITORS *monitors = OpenWindowsMonitors(source);
     FindWindowsMonitors(monitors);
-    const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+    const int count = static_cast<int>(FoundWindowsMonitors(monitors).size());
     MONITORTEXT result = {};
-    result.found = !found.empty();
-    result.text = Format("%u monitors\n", static_cast<unsigned>(found.size()));
+    result.found = count > 0;
+    result.text = Format(count == 1 ? "%d monitor\n" : "%d monitors\n", count);
     // A display without monitors is told even where others have some.
     const std::string trouble = WindowsMonitorsTroubleInEnglish(monitors), finding = FindingTrouble(monitors);
     if (!trouble.empty())
         result.text += trouble + "\n";
-    if (!found.empty() && !finding.empty())
+    if (result.found && !finding.empty())
         result.text += finding + "\n";
-    result.text += MonitorsText(found, isPrivate);
+    result.text += MonitorsText(monitors, count, isPrivate);
     result.isStuck = !CloseWindowsMonitors(monitors);
     return result;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/capability_text.h"
 #include "host/options.h"
 #include "host/text.h"
 
@@ -78,9 +79,10 @@ static std::shared_ptr<WORKSHOP> MakeWorkshop(const WINDOWSMONITORS *monitors)
 static MONITORTITLES TitlesOf(const FOUNDMONITOR &found)
 {
     MONITORTITLES titles;
-    titles.model = found.description;
-    if (!found.hasEdid)
+    if (!found.hasEdid) {
+        titles.models = {found.description};
         return titles;
+    }
     const EDIDFACTS facts = ReadEdidFacts(found.edid);
     titles.product = EdidProduct(found.edid);
     if (facts.serial)
@@ -88,7 +90,7 @@ static MONITORTITLES TitlesOf(const FOUNDMONITOR &found)
     if (!EdidSerialText(found.edid).empty())
         titles.serials.push_back(EdidSerialText(found.edid));
     if (!facts.name.empty())
-        titles.model = facts.name;
+        titles.models = {facts.name};
     return titles;
 }
 
@@ -104,7 +106,7 @@ static std::string KeyOfIdentity(const std::string &identity)
 static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::shared_ptr<WORKSHOP> &workshop,
                                    const FOUNDMONITOR &found)
 {
-    WINDOWSMONITOR monitor = {found, {}, TitlesOf(found), nullptr};
+    WINDOWSMONITOR monitor = {found, {}, TitlesOf(found), nullptr, false};
     monitor.override = OverrideFor(monitors->overrides, monitor.titles);
     const std::string key = found.hasEdid ? EdidKey(found.edid) : KeyOfIdentity(found.identity);
     monitor.worker = StartMonitorWorker(
@@ -165,9 +167,30 @@ void FindWindowsMonitors(WINDOWSMONITORS *monitors)
         monitors->monitors.push_back(StartMonitor(monitors, monitors->workshop, found));
 }
 
+// A capability string that has come meanwhile names its monitor, too.
+static void LearnModel(const WINDOWSMONITORS *monitors, WINDOWSMONITOR *monitor)
+{
+    if (monitor->knowsModel)
+        return;
+    std::string capabilities;
+    {
+        std::lock_guard lock(monitor->worker->workshop->mutex);
+        capabilities = monitor->worker->capabilities;
+    }
+    const std::string model(Trim(CapabilityItem(capabilities, "model")));
+    monitor->knowsModel = !capabilities.empty();
+    if (model.empty() ||
+        std::find(monitor->titles.models.begin(), monitor->titles.models.end(), model) != monitor->titles.models.end())
+        return;
+    monitor->titles.models.push_back(model);
+    monitor->override = OverrideFor(monitors->overrides, monitor->titles);
+}
+
 std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors)
 {
     std::lock_guard lock(monitors->mutex);
+    for (WINDOWSMONITOR &monitor : monitors->monitors)
+        LearnModel(monitors, &monitor);
     return monitors->monitors;
 }
 
@@ -290,28 +313,42 @@ bool CloseWindowsMonitors(WINDOWSMONITORS *monitors)
 
 // ---- The backend ----------------------------------------------------------------------------------------------------
 
-static bool MonitorAt(void *context, int index, WINDOWSMONITOR *monitor)
+static bool MonitorAt(WINDOWSMONITORS *monitors, int index, WINDOWSMONITOR *monitor)
 {
-    WINDOWSMONITORS *monitors = static_cast<WINDOWSMONITORS *>(context);
     std::lock_guard lock(monitors->mutex);
     if (index < 0 || index >= static_cast<int>(monitors->monitors.size()))
         return false;
-    *monitor = monitors->monitors[static_cast<size_t>(index)];
+    WINDOWSMONITOR *found = &monitors->monitors[static_cast<size_t>(index)];
+    LearnModel(monitors, found);
+    *monitor = *found;
     return true;
+}
+
+static WINDOWSMONITORS *From(void *context)
+{
+    return static_cast<WINDOWSMONITORS *>(context);
 }
 
 static int Count(void *context)
 {
-    WINDOWSMONITORS *monitors = static_cast<WINDOWSMONITORS *>(context);
-    std::lock_guard lock(monitors->mutex);
-    return static_cast<int>(monitors->monitors.size());
+    std::lock_guard lock(From(context)->mutex);
+    return static_cast<int>(From(context)->monitors.size());
 }
 
-DWORD WindowsMonitorCapabilities(const WINDOWSMONITOR &monitor, DWORD patience, std::string *text)
+DWORD WindowsMonitorCapabilities(WINDOWSMONITORS *monitors, int index, DWORD patience, WINDOWSMONITOR *monitor,
+                                 std::string *text)
 {
-    if (monitor.override.capabilities.empty())
-        return AskMonitorCapabilities(monitor.worker.get(), patience, text);
-    *text = monitor.override.capabilities;
+    if (!MonitorAt(monitors, index, monitor))
+        return ERROR_NOT_FOUND;
+    DWORD error = 0;
+    if (monitor->override.capabilities.empty()) {
+        error = AskMonitorCapabilities(monitor->worker.get(), patience, text);
+        if (!MonitorAt(monitors, index, monitor)) // once more, with what the string has told
+            return ERROR_NOT_FOUND;
+    }
+    if (monitor->override.capabilities.empty())
+        return error;
+    *text = monitor->override.capabilities;
     return 0;
 }
 
@@ -319,12 +356,13 @@ DWORD WindowsMonitorCapabilities(const WINDOWSMONITOR &monitor, DWORD patience, 
 static MONITORRESULT Name(void *context, int index, DWORD patience, char text[HOST_NAME_SIZE])
 {
     WINDOWSMONITOR monitor;
-    if (!MonitorAt(context, index, &monitor))
+    std::string capabilities;
+    if (!MonitorAt(From(context), index, &monitor))
         return MONITOR_FAILED;
-    std::string capabilities, name = monitor.override.model;
+    std::string name = monitor.override.model;
     if (name.empty()) {
-        WindowsMonitorCapabilities(monitor, patience, &capabilities);
-        name = MonitorModel(capabilities, monitor.found);
+        WindowsMonitorCapabilities(From(context), index, patience, &monitor, &capabilities);
+        name = monitor.override.model.empty() ? MonitorModel(capabilities, monitor.found) : monitor.override.model;
     }
     memset(text, 0, HOST_NAME_SIZE);
     memcpy(text, name.data(), std::min<size_t>(name.size(), HOST_NAME_SIZE));
@@ -335,7 +373,7 @@ static MONITORRESULT Capabilities(void *context, int index, DWORD patience, char
 {
     WINDOWSMONITOR monitor;
     std::string capabilities;
-    if (!MonitorAt(context, index, &monitor) || WindowsMonitorCapabilities(monitor, patience, &capabilities) != 0)
+    if (WindowsMonitorCapabilities(From(context), index, patience, &monitor, &capabilities) != 0)
         return MONITOR_FAILED;
     memset(text, 0, HOST_CAPABILITIES_SIZE);
     memcpy(text, capabilities.data(), std::min<size_t>(capabilities.size(), HOST_CAPABILITIES_SIZE - 1));
@@ -345,7 +383,7 @@ static MONITORRESULT Capabilities(void *context, int index, DWORD patience, char
 static MONITORRESULT Edid(void *context, int index, BYTE block[HOST_EDID_SIZE])
 {
     WINDOWSMONITOR monitor;
-    if (!MonitorAt(context, index, &monitor) || !monitor.found.hasEdid)
+    if (!MonitorAt(From(context), index, &monitor) || !monitor.found.hasEdid)
         return MONITOR_FAILED;
     memcpy(block, monitor.found.edid.data(), HOST_EDID_SIZE);
     return MONITOR_OK;
@@ -364,7 +402,7 @@ ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD 
 static MONITORRESULT GetVcp(void *context, int index, DWORD patience, BYTE code, WORD *value, WORD *maximum)
 {
     WINDOWSMONITOR monitor;
-    if (!MonitorAt(context, index, &monitor))
+    if (!MonitorAt(From(context), index, &monitor))
         return MONITOR_FAILED;
     const ACCESSANSWER answer = ReadWindowsMonitor(monitor, code, patience);
     if (answer.error)
@@ -377,7 +415,7 @@ static MONITORRESULT GetVcp(void *context, int index, DWORD patience, BYTE code,
 static MONITORRESULT SetVcp(void *context, int index, DWORD patience, BYTE code, WORD value)
 {
     WINDOWSMONITOR monitor;
-    if (!MonitorAt(context, index, &monitor) || monitor.override.never[code])
+    if (!MonitorAt(From(context), index, &monitor) || monitor.override.never[code])
         return MONITOR_FAILED;
     const ACCESSANSWER answer = AskMonitorWorker(monitor.worker.get(), ACCESS_WRITE, code, value, patience);
     return answer.error ? MONITOR_FAILED : MONITOR_OK;

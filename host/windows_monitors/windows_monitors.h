@@ -59,6 +59,7 @@ struct WINDOWSMONITOR {
     MONITOROVERRIDE override;
     MONITORTITLES titles;
     std::shared_ptr<MONITORWORKER> worker;
+    bool knowsModel; // the capability string has been looked at for a name that monitors.ini may use
 };
 
 // The monitors in use. Any thread.
@@ -70,8 +71,11 @@ std::string FindingTrouble(WINDOWSMONITORS *monitors);
 // The lines of monitors.ini that are left out.
 std::vector<OVERRIDEFAULT> OverrideFaults(WINDOWSMONITORS *monitors);
 
-// Reads a code as the backend does; the answer's error says why not.
-ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD patience);
+// The monitor of an index, and its capability string as the backend has it, before it is cut to what the plug-in takes.
+// The monitor comes with what monitors.ini says of the name in that string. Returns 0, or the error; without such a
+// monitor ERROR_NOT_FOUND. Any thread.
+DWORD WindowsMonitorCapabilities(WINDOWSMONITORS *monitors, int index, DWORD patience, WINDOWSMONITOR *monitor,
+                                 std::string *text);
 
-// The capability string as the backend has it, before it is cut to what the plug-in takes; 0 or the error.
-DWORD WindowsMonitorCapabilities(const WINDOWSMONITOR &monitor, DWORD patience, std::string *text);
+// Reads a code as the backend does; the answer's error says why not. Any thread.
+ACCESSANSWER ReadWindowsMonitor(const WINDOWSMONITOR &monitor, BYTE code, DWORD patience);
