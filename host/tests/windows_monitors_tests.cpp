@@ -214,9 +214,22 @@ TEST_F(WindowsMonitors, OneThatHangsHoldsNobodyUp)
     EXPECT_FALSE(Close()) << "the process has to be ended by force";
     EXPECT_EQ(OpenHandleCount(), 1u);
     ReleaseHangs();
-    for (int i = 0; i < 500 && OpenHandleCount() > 0; i++)
-        Sleep(10);
-    EXPECT_EQ(OpenHandleCount(), 0u);
+    EXPECT_TRUE(WaitForNoHandle());
+}
+
+TEST_F(WindowsMonitors, SearchThatHangsIsLeftBehindAndCleansUp)
+{
+    SetDesktop({monitor}, {OneBehind(0, {})});
+    HangSearch();
+    std::shared_ptr<MONITORSEARCH> search;
+    const FINDING finding = SearchMonitors(*FakeDriver(), FakeDisplays, 50, &search);
+    EXPECT_EQ(finding.error, OUR_ERROR_STUCK);
+    EXPECT_TRUE(finding.monitors.empty());
+    ASSERT_TRUE(WaitForHang());
+    EXPECT_TRUE(IsSearching(search.get()));
+    EXPECT_EQ(OpenHandleCount(), 1u);
+    ReleaseHangs();
+    EXPECT_TRUE(WaitForNoHandle());
 }
 
 TEST_F(WindowsMonitors, StopCutsTheWaitAndStillWrites)

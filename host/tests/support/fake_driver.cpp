@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstring>
 #include <set>
+#include <utility>
 
 #include "host/text.h"
 
@@ -16,7 +17,8 @@ static std::vector<DRIVERACCESS> s_accesses;
 static std::map<size_t, size_t> s_handles; // to the monitor; valid ones
 static std::set<size_t> s_open;            // given out and not destroyed
 static size_t s_nextHandle;                // the first handle is 0, as in Windows
-static int s_hanging;                      // accesses
+static int s_hanging;                      // accesses and searches
+static bool s_hangsSearch;                 // the next one
 static unsigned s_releases;
 
 void SetDesktop(const std::vector<DRIVERMONITOR> &monitors, const std::vector<DRIVERDISPLAY> &displays)
@@ -72,6 +74,26 @@ size_t OpenHandleCount()
     return s_open.size();
 }
 
+bool WaitForNoHandle()
+{
+    std::unique_lock lock(s_mutex);
+    return s_changed.wait_for(lock, std::chrono::seconds(5), [] { return s_open.empty(); });
+}
+
+void HangSearch()
+{
+    std::lock_guard lock(s_mutex);
+    s_hangsSearch = true;
+}
+
+static void Hang(std::unique_lock<std::mutex> &lock)
+{
+    s_hanging++;
+    s_changed.notify_all();
+    s_changed.wait(lock, [releases = s_releases] { return s_releases != releases; });
+    s_hanging--;
+}
+
 static BOOL End(DWORD error)
 {
     SetLastError(error);
@@ -102,7 +124,7 @@ static BOOL WINAPI GetCount(HMONITOR hMonitor, DWORD *count)
 
 static BOOL WINAPI GetMonitors(HMONITOR hMonitor, DWORD count, PHYSICALMONITOR *monitors)
 {
-    std::lock_guard lock(s_mutex);
+    std::unique_lock lock(s_mutex);
     const std::vector<size_t> behind = MonitorsBehind(hMonitor);
     if (behind.size() != count)
         return End(ERROR_INVALID_PARAMETER);
@@ -113,6 +135,8 @@ static BOOL WINAPI GetMonitors(HMONITOR hMonitor, DWORD count, PHYSICALMONITOR *
         s_open.insert(s_nextHandle);
         s_handles[s_nextHandle++] = behind[i];
     }
+    if (std::exchange(s_hangsSearch, false))
+        Hang(lock);
     return End(0);
 }
 
@@ -121,6 +145,7 @@ static BOOL WINAPI Destroy(HANDLE handle)
     std::lock_guard lock(s_mutex);
     s_open.erase(reinterpret_cast<size_t>(handle));
     s_handles.erase(reinterpret_cast<size_t>(handle));
+    s_changed.notify_all();
     return End(0);
 }
 
@@ -136,10 +161,7 @@ static BOOL Access(HANDLE handle, char kind, BYTE code, const FUNCTION &act)
     const DWORD start = GetTickCount();
     if (s_monitors[index].hangs > 0) {
         s_monitors[index].hangs--;
-        s_hanging++;
-        s_changed.notify_all();
-        s_changed.wait(lock, [releases = s_releases] { return s_releases != releases; });
-        s_hanging--;
+        Hang(lock);
     }
     DRIVERMONITOR &monitor = s_monitors[index];
     DWORD error = monitor.isGone ? static_cast<DWORD>(GRAPHICS_MONITOR_NO_LONGER_EXISTS) : monitor.error;

@@ -55,11 +55,17 @@ void ChangeMonitor(size_t monitor, const FUNCTION &change)
 // Waits until an access hangs, up to five seconds; whether one does.
 bool WaitForHang();
 
+// The next search for monitors finds them and then hangs.
+void HangSearch();
+
 // Lets everything go on that hangs.
 void ReleaseHangs();
 
 std::vector<DRIVERACCESS> DriverAccesses();
 size_t OpenHandleCount(); // given out and not destroyed
+
+// Waits until no handle is open any more, up to five seconds; whether that came.
+bool WaitForNoHandle();
 
 const MONITORAPI *FakeDriver();
 std::vector<DISPLAY> FakeDisplays();
