@@ -136,16 +136,22 @@
       Call IsData
       Pop $0
       ${If} $0 = 1
-      ${AndIfNot} ${FileExists} "$R4"
         ${GetParent} "$R4" $0
         CreateDirectory "$0"
-        System::Call 'kernel32::CopyFileW(w R3, w R4, i 1)'
+        System::Call 'kernel32::CopyFileW(w R3, w R4, i 1)' ; not over a file that is there
       ${EndIf}
     ${EndForEachLine}
   FunctionEnd
 !macroend
 
 ; ---- Removal ------------------------------------------------------------------------------------------------------------
+
+; A file that the plug-in writes, and its copies that are left when a write has not come to its end.
+!macro DeleteSettings FILE
+  Delete "$INSTDIR\${FILE}"
+  Delete "$INSTDIR\${FILE}.lvkeep"
+  Delete "$INSTDIR\${FILE}.lvcopy"
+!macroend
 
 !macro FunctionsForRemoval
   Function un.RemoveListedFiles
@@ -163,12 +169,13 @@
         Delete "$R4"
       ${EndIf}
     ${EndForEachLine}
-    Delete "$INSTDIR\profile.ini"
-    Delete "$INSTDIR\ontimer.ini"
+    !insertmacro DeleteSettings "profile.ini"
+    !insertmacro DeleteSettings "ontimer.ini"
     Delete "$INSTDIR\monitors.ini"
     DeleteRegKey HKCU "SOFTWARE\Norvale DEVICE,INC.\Trayhub"
     DeleteRegKey /ifempty HKCU "SOFTWARE\Norvale DEVICE,INC."
-    Delete "$LOCALAPPDATA\Lumivane 2\capabilities.ini"
+    Delete "$LOCALAPPDATA\Lumivane 2\capabilities.txt*"
+    Delete "$LOCALAPPDATA\Lumivane 2\reading *" ; marks a read that has not come to its end
     RMDir "$LOCALAPPDATA\Lumivane 2"
   FunctionEnd
 !macroend
