@@ -34,6 +34,7 @@ protected:
     {
         Close();
         ReleaseHangs();
+        EXPECT_TRUE(WaitForNoHandle()) << "a thread that was left behind would go on in the next test";
         CAPABILITYSTORE store;
         store.folder = options.storeFolder;
         ForgetCapabilities(&store);
@@ -81,6 +82,15 @@ protected:
         return backend.setVcp(backend.context, index, ACCESS_PATIENCE, code, value);
     }
 
+    // Begins a read that hangs in the driver; its result is there when the thread has ended.
+    std::thread ReadOfHanging(int index, int *value)
+    {
+        ChangeMonitor(static_cast<size_t>(index), [](DRIVERMONITOR &driver) { driver.hangs = 1; });
+        std::thread thread([=, this] { *value = Read(index, 0x10, 60 * 1000); });
+        EXPECT_TRUE(WaitForHang());
+        return thread;
+    }
+
     WINDOWSMONITOROPTIONS options;
     DRIVERMONITOR monitor;
     WINDOWSMONITORS *monitors = nullptr;
@@ -95,11 +105,12 @@ TEST_F(WindowsMonitors, AreCountedNamedAndKnownByTheirEdid)
     left.description = "Left One With Long Name";
     right.description = "Right";
     left.capabilities = right.capabilities = "(vcp(10))";
-    const std::vector<BYTE> first = EdidBytes("DEL", 0x4014, 7, "DELL U3011"), third = EdidBytes("ABC", 1, 2, "R");
+    const std::vector<BYTE> first = EdidBytes("DEL", 0x4014, 7, "DELL U3011");
+    const std::vector<BYTE> second = EdidBytes("DEL", 0x4014, 8, "DELL U3011"), third = EdidBytes("ABC", 1, 2, "R");
     // Two monitors behind the last display; Windows knows the device of one of them only by its description.
     SetDesktop({monitor, nameless, left, right},
                {OneBehind(0, first),
-                OneBehind(1, first),
+                OneBehind(1, second),
                 {{}, {}, 0xC02625E3},
                 {{2, 3}, {{"A", "Generic PnP Monitor", first}, {"B", "Right", third}}, 0}});
     Open();
@@ -195,19 +206,19 @@ TEST_F(WindowsMonitors, OneThatHangsHoldsNobodyUp)
     SetDesktop({monitor, monitor}, {OneBehind(0, {}), OneBehind(1, {})});
     Open();
     ASSERT_EQ(Name(0) + Name(1), "ABCABC");
-    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
-    EXPECT_EQ(Read(0, 0x10, 50), -1);
-    ASSERT_TRUE(WaitForHang());
+    int value = 0;
+    std::thread waiting = ReadOfHanging(0, &value);
     EXPECT_EQ(Read(1, 0x10), 30) << "the other one goes on";
     EXPECT_EQ(Read(0, 0x10, 50), -1) << "its thread is still in the driver";
     ReleaseHangs();
-    EXPECT_EQ(Read(0, 0x10), 30) << "and when the driver comes back it works again";
+    waiting.join();
+    EXPECT_EQ(value, 30) << "the driver has come back in time";
 
     // Finding anew and closing leave a hanging thread behind, which frees the handle when it comes back.
-    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
-    EXPECT_EQ(Read(0, 0x10, 50), -1);
-    ASSERT_TRUE(WaitForHang());
+    waiting = ReadOfHanging(0, &value);
     FindWindowsMonitors(monitors);
+    waiting.join();
+    EXPECT_EQ(value, -1);
     EXPECT_EQ(backend.count(backend.context), 2);
     EXPECT_EQ(Read(1, 0x10), 30);
     EXPECT_EQ(OpenHandleCount(), 3u);
@@ -237,10 +248,8 @@ TEST_F(WindowsMonitors, StopCutsTheWaitAndStillWrites)
     SetDesktop({monitor, monitor}, {OneBehind(0, {}), OneBehind(1, {})});
     Open();
     ASSERT_EQ(Name(0) + Name(1), "ABCABC");
-    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.hangs = 1; });
     int value = 0;
-    std::thread waiting([&] { value = Read(0, 0x10, 60 * 1000); });
-    EXPECT_TRUE(WaitForHang());
+    std::thread waiting = ReadOfHanging(0, &value);
     const DWORD start = GetTickCount();
     StopWindowsMonitorAccesses(monitors);
     waiting.join();
