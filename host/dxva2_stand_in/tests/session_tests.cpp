@@ -27,7 +27,7 @@ protected:
         std::string error;
         app = std::make_unique<HOSTAPP>();
         app->hInstance = GetModuleHandleW(nullptr);
-        ASSERT_TRUE(ParseOptions({"--no-tray"}, &app->options, &error)) << error;
+        ASSERT_TRUE(ParseOptions({"--fresh", "--no-tray"}, &app->options, &error)) << error;
         for (const char *left : {"\\profile.ini", "\\ontimer.ini"}) // by a test that was ended on the way
             DeleteFileW(Widen(ProgramFolder() + left).c_str());
         ASSERT_TRUE(OpenTourSettings(&error)) << error;
