@@ -1,6 +1,7 @@
 // Commands of the host: what is sent for a line of words, which reply counts, and how it reads.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "host/host_command.h"
@@ -33,7 +34,7 @@ protected:
         g_FakePlugin.onCommand = [this, script](HOSTPACKET *header) {
             EXPECT_EQ(header->dwDataSize, header->lpData->dwSize);
             CopyPacket(header, &given);
-            memcpy(HostPayload(header->lpData), script.overlay.data(), script.overlay.size());
+            std::copy(script.overlay.begin(), script.overlay.end(), HostPayload(header->lpData));
             DWORD request = header->lpData->dwRequestID + static_cast<DWORD>(script.requestOffset);
             if (script.countsBlock)
                 request = header->dwDataSize;
