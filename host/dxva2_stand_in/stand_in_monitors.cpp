@@ -43,7 +43,7 @@ static void ApplyFault(STANDINMONITOR *monitor, int fault, DWORD n)
 
 static std::shared_ptr<STANDINMONITORS> MakeMonitors(const std::vector<MONITORFILE> &files)
 {
-    const auto all = std::make_shared<STANDINMONITORS>();
+    auto all = std::make_shared<STANDINMONITORS>();
     OpenSimulation(&all->simulation);
     for (const MONITORFILE &file : files) {
         AddSimulatedMonitor(&all->simulation, file);
@@ -93,7 +93,7 @@ static std::shared_ptr<STANDINMONITORS> ReadControlFile()
     std::string error;
     if (!ReadMonitorFiles(SplitAt(Narrow(paths), ','), &files, &error))
         OutputDebugStringW(Widen(error + "\n").c_str());
-    const auto all = MakeMonitors(files);
+    auto all = MakeMonitors(files);
     for (size_t i = 0; i < all->monitors.size(); i++) {
         const std::wstring section = Widen(Format("monitor %u", static_cast<unsigned>(i + 1)));
         for (int fault = 0; fault < STANDIN_FAULT_COUNT; fault++)

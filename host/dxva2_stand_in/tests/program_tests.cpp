@@ -53,7 +53,9 @@ TEST(TrayhubOnRealMonitors, ListsWhatTheySayAndWhyTheyDoNot)
          {"3 monitors", "Monitor 1: U3011", "75 of 100", "60 input source: 01 03 04 0C 0F 11 12",
           "F2 maker's own, button-lock      0xC0262584", "Monitor 2: Generic PnP", "0xC0262583", "Monitor 3: MP76",
           "14 colour preset: 01 05 06 07 08 0B", "60 of 100"}},
-        {"[monitor 1]\ngone = 1\n[monitor 2]\ngone = 1\n[monitor 3]\ngone = 1\n", 1, {"0 monitors", "the display has no monitor"}},
+        {"[monitor 1]\ngone = 1\n[monitor 2]\ngone = 1\n[monitor 3]\ngone = 1\n",
+         1,
+         {"0 monitors", "the display has no monitor"}},
     };
     for (const auto &one : cases) {
         std::string output;

@@ -21,7 +21,7 @@ static std::string WriteMonitor(const TESTMONITOR &monitor)
 {
     wchar_t folder[MAX_PATH] = L"";
     GetTempPathW(MAX_PATH, folder);
-    const std::string path = Narrow(folder) + Format("stand-in %s.ini", monitor.model);
+    std::string path = Narrow(folder) + Format("stand-in %s.ini", monitor.model);
     std::ofstream file(path);
     file << "[monitor]\nmodel = " << monitor.model << "\n"
          << (monitor.monitorLines.find("capabilities") != std::string::npos
