@@ -10,7 +10,7 @@ static const wchar_t s_szVariable[] = L"DXVA2_STAND_IN"; // names another contro
 static const wchar_t s_szControlFile[] = L"stand_in.ini";
 static const wchar_t s_szMonitorFolder[] = L"stand_in";
 
-// The faults' names in the control file.
+// The faults' names in the control file, in the order of STANDINFAULT.
 static const wchar_t *const s_faultNames[] = {L"display", L"answers-every", L"fails",           L"hangs",
                                               L"gone",    L"gone-after",    L"no-capabilities", L"reads-as"};
 static_assert(std::size(s_faultNames) == STANDIN_FAULT_COUNT);

@@ -109,9 +109,9 @@ protected:
     int status = -1;
 };
 
-// First a monitor of which only every third access succeeds. Then one that is unplugged in the middle of a profile's
-// values: ECO mode and brightness are written, and with the contrast it is gone. Last a driver that does not come back:
-// the request that is in it fails after eight seconds, all others at once.
+// First a monitor of which only every third access succeeds. Then it is unplugged in the middle of a profile's values:
+// ECO mode and brightness are written, and with the contrast it is gone, while the other one answers nonsense for a
+// time. Last a driver that does not come back: the request that is in it fails after eight seconds, all others at once.
 TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
 {
     OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
@@ -128,7 +128,10 @@ TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
     Choose(FindPage(), IDC_COLOR_PROFILE_COMBO, 2);
     EXPECT_NE(Seen(0, 0x10), 77);
     EXPECT_EQ(Seen(0, 0x12), 50);
+    g_StandIn.set(1, STANDIN_READS_AS, 0xFFFF);
     ChooseMonitor(1);
+    EXPECT_EQ(ShownContrast(), 0xFFFFu) << "nonsense is shown as it is";
+    g_StandIn.set(1, STANDIN_READS_AS, 0);
     TypeContrast(83);
     EXPECT_EQ(Seen(1, 0x12), 83) << "the other one does what the panel says";
 
