@@ -1,0 +1,75 @@
+// What comes when the plug-in has started: the panel, commands and presses that the command line asks for.
+#include "host/start_up.h"
+
+#include "host/console.h"
+#include "host/host_window.h"
+#include "host/packet_log.h"
+#include "host/text.h"
+
+constexpr UINT START_UP_PERIOD = 200; // ms
+constexpr UINT PRESS_PERIOD = 50;     // ms
+
+static void EndOfCommandLine(HOSTAPP *app)
+{
+    if (app->options.quit)
+        EndHost(app, app->isTrouble ? 1 : 0);
+}
+
+static void RunCommands(HOSTAPP *app)
+{
+    for (const HOSTCOMMAND &command : app->options.commands) {
+        const HOSTANSWER answer = SendHostCommand(&app->router, command);
+        ConsoleLine(command.text + ": " + DescribeHostAnswer(command, answer));
+        app->isTrouble = app->isTrouble || !WentWell(command, answer);
+    }
+    app->commandTick = GetTickCount();
+    if (app->options.presses.empty())
+        EndOfCommandLine(app);
+    else
+        SetTimer(app->hWnd, TIMER_PRESS, PRESS_PERIOD, nullptr);
+}
+
+// The plug-in clears the button registers at the end of its start-up, so the first press waits until that is over.
+void OnPressTimer(HOSTAPP *app)
+{
+    const DWORD now = GetTickCount();
+    const bool hasBegun = app->presses.waits || app->presses.done > 0;
+    if (!hasBegun && !IsLinkQuiet(&app->router, QUIET_TIME) && now - app->commandTick < START_PATIENCE)
+        return;
+    if (!StepPresses(&app->presses, app->options.presses, &app->simulation, now))
+        return;
+    KillTimer(app->hWnd, TIMER_PRESS);
+    app->isTrouble = app->isTrouble || app->presses.failed;
+    EndOfCommandLine(app);
+}
+
+// Until the plug-in has found its monitors, which it tells with a notice. It goes on asking for a moment after it; the
+// commands may come between, as the user's could.
+void OnStartUpTimer(HOSTAPP *app)
+{
+    if (app->commandsDone)
+        return;
+    const bool started = HasNotice(&app->router, HOST_NOTICE_STARTED);
+    if (!started && MillisecondsSincePacket(&app->router) < START_PATIENCE)
+        return;
+    KillTimer(app->hWnd, TIMER_START_UP);
+    app->commandsDone = true;
+    if (started) {
+        LogEvent("the plug-in has started");
+        if (app->options.panel)
+            OpenPanel(app);
+        RunCommands(app);
+        return;
+    }
+    LogEvent("the plug-in has not started");
+    if (app->options.quit || !app->options.commands.empty() || !app->options.presses.empty())
+        ConsoleError("the plug-in did not report that it has found its monitors; no command was given and no button "
+                     "pressed");
+    if (app->options.quit)
+        EndHost(app, 1);
+}
+
+void AwaitStartUp(HOSTAPP *app)
+{
+    SetTimer(app->hWnd, TIMER_START_UP, START_UP_PERIOD, nullptr);
+}
