@@ -2,40 +2,22 @@
 #include "host/host_app.h"
 
 #include "host/console.h"
+#include "host/host_monitors.h"
 #include "host/host_window.h"
 #include "host/monitor_window.h"
 #include "host/packet_log.h"
+#include "host/reload.h"
 #include "host/start_up.h"
 #include "host/text.h"
 #include "host/tour/tour.h"
 #include "host/tour/tour_settings.h"
-#include "host/tray.h"
-
-static void OpenMonitors(HOSTAPP *app)
-{
-    WINDOWSMONITOROPTIONS options = DefaultWindowsMonitorOptions();
-    options.fresh = app->options.fresh;
-    app->monitors = OpenWindowsMonitors(options);
-    FindWindowsMonitors(app->monitors);
-    for (const std::string &line : SplitAt(WindowsMonitorsTroubleInEnglish(app->monitors), '\n')) {
-        ConsoleLine("trayhub: " + line);
-        LogEvent(line);
-    }
-}
-
-static MONITORBACKEND Backend(HOSTAPP *app)
-{
-    return app->monitors ? WindowsBackend(app->monitors) : SimulationBackend(&app->simulation);
-}
+#include "host/tray_upkeep.h"
 
 // What the command line names and may be wrong about. Returns false with the reason in *error.
 static bool OpenInputs(HOSTAPP *app, std::string *error)
 {
-    std::vector<MONITORFILE> files;
-    if (!ReadMonitorFiles(app->options.monitors, &files, error))
+    if (!OpenMonitors(app, error))
         return false;
-    for (const MONITORFILE &file : files)
-        AddSimulatedMonitor(&app->simulation, file);
     for (const PRESS &press : app->options.presses) {
         if (!FindPressedButton(&app->simulation, press, error)) {
             *error = "--press " + press.text + ": " + *error;
@@ -49,7 +31,7 @@ static bool OpenInputs(HOSTAPP *app, std::string *error)
     if (!LoadPlugin(app->options.plugin, &app->plugin, error))
         return false;
     if (app->options.windowsMonitors)
-        OpenMonitors(app);
+        FindMonitors(app);
     return true;
 }
 
@@ -57,16 +39,16 @@ static bool StartWindows(HOSTAPP *app)
 {
     if (!CreateHostWindow(app) || !CreateMonitorWindows(&app->simulation, app->hInstance, app->hWnd))
         return false;
-    const bool wantsTray = !app->options.noTray && app->options.tour.empty();
-    app->hasTray = wantsTray && AddTrayIcon(app->hWnd, app->hInstance);
+    StartTray(app);
+    TellTrouble(app);
     if (app->options.windows || (!app->hasTray && app->options.tour.empty()))
         ShowMonitorWindows();
     return true;
 }
 
-static bool StartPlugin(HOSTAPP *app)
+bool StartPlugin(HOSTAPP *app)
 {
-    StartRouter(&app->router, app->plugin.slots, Backend(app));
+    StartRouter(&app->router, app->plugin.slots, MonitorBackend(app));
     app->isRunning = InitPlugin(&app->plugin, app->hWnd, PLUGIN_ENDPOINT_ID);
     if (app->isRunning)
         GreetPlugin(&app->router);
@@ -88,9 +70,7 @@ int StopRunningPlugin(HOSTAPP *app)
     if (!app->isRunning)
         return 0;
     app->isRunning = false;
-    EndSimulationDelays(&app->simulation);
-    if (app->monitors)
-        StopWindowsMonitorAccesses(app->monitors);
+    EndMonitorAccesses(app);
     return StopPlugin(&app->plugin);
 }
 
@@ -99,17 +79,14 @@ int StopRunningPlugin(HOSTAPP *app)
 static void StopAll(HOSTAPP *app)
 {
     StopRunningPlugin(app);
+    StopDetection(app);
     StopRouter(&app->router);
     UnloadPlugin(&app->plugin);
     CloseTourSettings();
-    if (app->hasTray)
-        RemoveTrayIcon(app->hWnd);
+    StopTray(app);
     DestroyMonitorWindows();
     DestroyHostWindow(app);
-    CloseSimulation(&app->simulation);
-    if (app->monitors)
-        app->isDriverStuck = !CloseWindowsMonitors(app->monitors);
-    app->monitors = nullptr;
+    CloseMonitors(app);
     ClosePacketLog();
 }
 
@@ -130,6 +107,7 @@ int RunHost(HOSTAPP *app)
         return Fail(app, "the host's windows cannot be made: " + SystemErrorText(GetLastError()), 1);
     if (!app->options.tour.empty() && !PrepareTour(app, &error))
         return Fail(app, error, 1);
+    StartDetection(app);
     if (!StartPlugin(app))
         return Fail(app, app->options.plugin + ": the plug-in does not start", 1);
     if (app->options.tour.empty())

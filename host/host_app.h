@@ -5,6 +5,8 @@
 
 #include <functional>
 
+#include "host/monitor_watch.h"
+#include "host/notices.h"
 #include "host/options.h"
 #include "host/plugin_loader.h"
 #include "host/router.h"
@@ -21,11 +23,26 @@ struct HOSTAPP {
     ROUTER router;
     HWND hWnd;      // the host window: gets the plug-in's packets, never shown
     bool isRunning; // slot 0 was called and slot 15 was not
-    bool hasTray;
+    bool isEnding;  // nothing new is begun
+
+    bool wantsTray, hasTray; // there is to be an icon, and there is one
+    unsigned trayTries;      // to show it
+    NOTICES notices;
+
+    bool awaitsStartUp; // of the plug-in
+    bool panelWish;     // the panel is to open at the start-up, and
+    bool panelDeferred; // the plug-in opens it by itself then
     bool commandsDone;
     bool isTrouble; // a command was not answered or a press not taken
     PRESSRUN presses;
     DWORD commandTick; // when the commands were done
+
+    MONITORWATCH watch;
+    HDEVNOTIFY hNotify;
+    bool isReloading; // the plug-in is unloaded and the monitors are being found
+    bool reloadByHand;
+    std::vector<std::string> formerMonitors; // identities of those before the reload
+
     std::thread tour;
     int status; // the process's exit status
 };
@@ -39,8 +56,15 @@ constexpr DWORD QUIET_TIME = 500;
 // Runs the host from start to stop and returns the exit status. The console is open already.
 int RunHost(HOSTAPP *app);
 
+// Starts the router and the plug-in that is loaded. Returns false when the plug-in does not start. The window's
+// thread.
+bool StartPlugin(HOSTAPP *app);
+
 // Runs a function on the window's thread and returns when it is done. Any other thread.
 void CallOnWindow(HOSTAPP *app, const std::function<void()> &function);
+
+// The same without waiting, and from any thread; never, when the host ends before.
+void RunOnWindow(HOSTAPP *app, std::function<void()> function);
 
 // Slot 15, once; the window's thread. Returns the slot's result, or 0 when the plug-in does not run.
 int StopRunningPlugin(HOSTAPP *app);

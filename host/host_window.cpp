@@ -1,23 +1,30 @@
 // The host window: gets the plug-in's packets, the icon's and Windows' messages, and what the user chooses in the menu.
 #include "host/host_window.h"
 
+#include "host/autostart.h"
+#include "host/display_events.h"
 #include "host/monitor_window.h"
 #include "host/packet_log.h"
+#include "host/reload.h"
 #include "host/resource.h"
 #include "host/start_up.h"
 #include "host/text.h"
 #include "host/tray.h"
+#include "host/tray_upkeep.h"
 
 constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
 constexpr UINT WM_HOST_END = WM_APP + 11;  // wParam: the exit status
-
-static const wchar_t s_szClass[] = L"TrayhubHost";
+constexpr UINT WM_HOST_RUN = WM_APP + 12;  // lParam: the std::function to run and delete
 
 // ---- What the user asks for -----------------------------------------------------------------------------------------
 
 void OpenPanel(HOSTAPP *app)
 {
+    app->panelWish = app->isReloading || !HasNotice(&app->router, HOST_NOTICE_STARTED);
+    if (!app->isRunning)
+        return;
     const int result = app->plugin.slots[PLUGIN_SLOT_OPEN_PANEL](nullptr);
+    app->panelDeferred = app->panelWish && result == 1;
     LogLine("host>plugin", "slot", Format("slot=%d result=%d", PLUGIN_SLOT_OPEN_PANEL, result));
 }
 
@@ -33,9 +40,25 @@ static void OnOpenPanelByHand(HOSTAPP *app)
 
 static void OnAbout(HOSTAPP *app)
 {
+    if (!app->plugin.hModule)
+        return;
     const PLUGINTEXTS texts = GetPluginTexts(&app->plugin);
     const std::wstring text = texts.title + L"\n\n" + texts.description + L"\n\nバージョン " + texts.version;
     MessageBoxW(app->hWnd, text.c_str(), L"プラグインについて", MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
+}
+
+static void OnAutostart(HOSTAPP *app)
+{
+    const std::wstring program = ProgramPath();
+    const DWORD error = SetAutostart(program, !IsAutostartOn(program));
+    if (error)
+        MessageBoxW(app->hWnd, (L"起動時の設定を変更できません。\n" + Widen(SystemErrorText(error))).c_str(),
+                    L"Trayhub", MB_OK | MB_ICONSTOP | MB_SETFOREGROUND);
+}
+
+static void OpenMenu(HOSTAPP *app)
+{
+    OpenTrayMenu(app->hWnd, app->hInstance, {HasMonitorWindows(), CanDetect(app), IsAutostartOn(ProgramPath())});
 }
 
 static void OnCommand(HOSTAPP *app, WORD command)
@@ -47,8 +70,14 @@ static void OnCommand(HOSTAPP *app, WORD command)
     case IDM_SHOW_MONITORS:
         ShowMonitorWindows();
         break;
+    case IDM_DETECT_MONITORS:
+        DetectMonitors(app);
+        break;
     case IDM_ABOUT:
         OnAbout(app);
+        break;
+    case IDM_AUTOSTART:
+        OnAutostart(app);
         break;
     case IDM_QUIT:
         EndHost(app, 0);
@@ -61,7 +90,7 @@ static void OnCommand(HOSTAPP *app, WORD command)
 static void OnTray(HOSTAPP *app, LPARAM mouseMessage)
 {
     if (mouseMessage == WM_RBUTTONUP)
-        OpenTrayMenu(app->hWnd, app->hInstance);
+        OpenMenu(app);
     else if (mouseMessage == WM_LBUTTONDBLCLK)
         OnOpenPanelByHand(app);
 }
@@ -74,17 +103,61 @@ static void OnMonitorClosed(HOSTAPP *app)
         EndHost(app, 0);
 }
 
+static void OnTimer(HOSTAPP *app, WPARAM timer)
+{
+    switch (timer) {
+    case TIMER_START_UP:
+        OnStartUpTimer(app);
+        break;
+    case TIMER_PRESS:
+        OnPressTimer(app);
+        break;
+    case TIMER_TRAY:
+        OnTrayTimer(app);
+        break;
+    default:
+        break;
+    }
+}
+
+// The sender waits, so the panel comes after the answer.
+static LRESULT OnShow(HOSTAPP *app)
+{
+    if (app->isEnding)
+        return 0;
+    LogEvent("a second start wishes the panel");
+    PostMessageW(app->hWnd, WM_COMMAND, IDM_OPEN_PANEL, 0);
+    return 1;
+}
+
+// Windows may end the process as soon as this is over, so the plug-in stops here: in order, as at any end.
+static void OnSessionEnd(HOSTAPP *app)
+{
+    LogEvent("the session ends");
+    app->isEnding = true;
+    StopRunningPlugin(app);
+    EndHost(app, 0);
+}
+
 // ---- The window -----------------------------------------------------------------------------------------------------
+
+static void RunPosted(std::function<void()> *function)
+{
+    (*function)();
+    delete function;
+}
 
 static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
     HOSTAPP *app = reinterpret_cast<HOSTAPP *>(GetWindowLongPtrW(hWnd, GWLP_USERDATA));
     if (!app)
         return DefWindowProcW(hWnd, message, wParam, lParam);
-    if (message == TaskbarCreatedMessage() && app->hasTray) {
-        AddTrayIcon(hWnd, app->hInstance);
+    if (message == TaskbarCreatedMessage()) {
+        OnTaskbarCreated(app);
         return 0;
     }
+    if (IsDisplayEvent(message, wParam, lParam))
+        OnDisplayEvent(app);
     switch (message) {
     case WM_HOST_PACKET:
         return RouterTakePacket(&app->router, reinterpret_cast<const HOSTPACKET *>(lParam));
@@ -93,14 +166,20 @@ static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPAR
     case WM_HOST_CALL:
         (*reinterpret_cast<const std::function<void()> *>(lParam))();
         return 0;
+    case WM_HOST_SHOW:
+        return OnShow(app);
+    case WM_HOST_RUN:
+        RunPosted(reinterpret_cast<std::function<void()> *>(lParam));
+        return 0;
     case WM_HOST_END:
+        app->isEnding = true;
         PostQuitMessage(static_cast<int>(wParam));
         return 0;
     case WM_TRAY:
         OnTray(app, lParam);
         return 0;
     case WM_MONITOR_MENU:
-        OpenTrayMenu(hWnd, app->hInstance);
+        OpenMenu(app);
         return 0;
     case WM_MONITOR_CLOSED:
         OnMonitorClosed(app);
@@ -109,14 +188,13 @@ static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPAR
         OnCommand(app, LOWORD(wParam));
         return 0;
     case WM_TIMER:
-        if (wParam == TIMER_PRESS)
-            OnPressTimer(app);
-        else
-            OnStartUpTimer(app);
+        OnTimer(app, wParam);
         return 0;
+    case WM_QUERYENDSESSION:
+        return TRUE; // nothing is asked: every change is kept already
     case WM_ENDSESSION:
         if (wParam)
-            StopRunningPlugin(app);
+            OnSessionEnd(app);
         return 0;
     case WM_CLOSE:
         EndHost(app, 0);
@@ -126,16 +204,32 @@ static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPAR
     }
 }
 
+// Windows keeps messages of programs with fewer rights from one that runs as administrator. Explorer is such a one.
+// Windows before Vista keeps nothing, and has no such function.
+static void LetMessagesIn()
+{
+    typedef BOOL(WINAPI * CHANGEFILTER)(UINT, DWORD);
+    constexpr DWORD ADD = 1;
+    const FARPROC found = GetProcAddress(GetModuleHandleW(L"user32.dll"), "ChangeWindowMessageFilter");
+    const auto changeFilter = reinterpret_cast<CHANGEFILTER>(reinterpret_cast<void *>(found));
+    if (!changeFilter)
+        return;
+    for (const UINT message : {TaskbarCreatedMessage(), WM_TRAY, WM_HOST_SHOW})
+        changeFilter(message, ADD);
+}
+
 bool CreateHostWindow(HOSTAPP *app)
 {
+    LetMessagesIn();
+    const wchar_t *title = app->options.another ? HOST_WINDOW_TITLE L" (another)" : HOST_WINDOW_TITLE;
     WNDCLASSW wndClass = {};
     wndClass.lpfnWndProc = HostWndProc;
     wndClass.hInstance = app->hInstance;
     wndClass.hIcon = LoadIconW(app->hInstance, MAKEINTRESOURCEW(IDI_TRAYHUB));
-    wndClass.lpszClassName = s_szClass;
+    wndClass.lpszClassName = HOST_WINDOW_CLASS;
     if (!RegisterClassW(&wndClass))
         return false;
-    app->hWnd = CreateWindowExW(0, s_szClass, L"Trayhub", WS_OVERLAPPED, CW_USEDEFAULT, CW_USEDEFAULT, 100, 100,
+    app->hWnd = CreateWindowExW(0, HOST_WINDOW_CLASS, title, WS_OVERLAPPED, CW_USEDEFAULT, CW_USEDEFAULT, 100, 100,
                                 nullptr, nullptr, app->hInstance, nullptr);
     if (!app->hWnd)
         return false;
@@ -148,12 +242,19 @@ void DestroyHostWindow(HOSTAPP *app)
     if (app->hWnd)
         DestroyWindow(app->hWnd);
     app->hWnd = nullptr;
-    UnregisterClassW(s_szClass, app->hInstance);
+    UnregisterClassW(HOST_WINDOW_CLASS, app->hInstance);
 }
 
 void CallOnWindow(HOSTAPP *app, const std::function<void()> &function)
 {
     SendMessageW(app->hWnd, WM_HOST_CALL, 0, reinterpret_cast<LPARAM>(&function));
+}
+
+void RunOnWindow(HOSTAPP *app, std::function<void()> function)
+{
+    auto *copy = new std::function<void()>(std::move(function));
+    if (!PostMessageW(app->hWnd, WM_HOST_RUN, 0, reinterpret_cast<LPARAM>(copy)))
+        delete copy;
 }
 
 void EndHost(HOSTAPP *app, int status)

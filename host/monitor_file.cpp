@@ -291,6 +291,7 @@ bool ParseMonitorFile(const std::string &text, const std::string &path, MONITORF
 {
     *file = {};
     file->path = path;
+    file->digest = std::hash<std::string>()(text);
     PARSESTATE state = {file, {}, {}, {"NRV", 1, 1, 2003, 38, 30, {}}, {}, {}};
     int number = 0;
     bool good = true;

@@ -30,6 +30,7 @@ struct MONITORFEATURE {
 
 struct MONITORFILE {
     std::string path;
+    unsigned digest;          // of the whole text: another one for nearly every other text
     std::string model;        // up to 12 characters
     std::string capabilities; // up to 511 characters
     EDIDBLOCK edid;

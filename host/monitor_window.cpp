@@ -187,6 +187,11 @@ void ShowMonitorWindows()
         ShowWindow(hWnd, IsIconic(hWnd) ? SW_RESTORE : SW_SHOW);
 }
 
+bool HasMonitorWindows()
+{
+    return !s_windows.empty();
+}
+
 bool IsAnyMonitorWindowVisible()
 {
     for (const HWND hWnd : s_windows)

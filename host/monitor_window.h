@@ -14,6 +14,7 @@ constexpr UINT WM_MONITOR_MENU = WM_APP + 2;   // the user asks for the menu at 
 bool CreateMonitorWindows(SIMULATION *simulation, HINSTANCE hInstance, HWND owner);
 
 void ShowMonitorWindows();
+bool HasMonitorWindows();
 bool IsAnyMonitorWindowVisible();
 
 // The window of a monitor; null for a monitor that has none.

@@ -113,6 +113,10 @@ static const struct OPTIONKIND {
      nullptr, TakeReport},
     {"--fresh", nullptr, "read the monitors' capability strings anew; they are kept from run to run otherwise",
      &OPTIONS::fresh, nullptr},
+    {"--another", nullptr,
+     "run beside a trayhub that runs already, instead of having that one open its panel. It goes\n"
+     "without saying with --monitors, --plugin, --command, --press, --quit and --tour",
+     &OPTIONS::another, nullptr},
     {"--windows", nullptr,
      "show the simulated monitors' windows at the start; the program then ends when the last is closed",
      &OPTIONS::windows, nullptr},
@@ -157,6 +161,7 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
     *options = {};
     options->plugin = ProgramFolder() + "\\lvkernel.dll";
     options->windowsMonitors = true;
+    const std::string shippedPlugin = options->plugin;
     for (size_t i = 0; i < words.size(); i++) {
         const OPTIONKIND *kind = FindOption(words[i]);
         if (!kind) {
@@ -174,6 +179,10 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
         if (!kind->take(options, words[++i], error))
             return false;
     }
+    // Whoever asks for one of these means the host that is started here.
+    options->another = options->another || options->quit || options->plugin != shippedPlugin ||
+                       !options->windowsMonitors || !options->commands.empty() || !options->presses.empty() ||
+                       !options->tour.empty();
     if ((options->list || !options->report.empty()) && !options->windowsMonitors) {
         *error = "--list and --report are about the monitors that Windows has: leave --monitors out";
         return false;

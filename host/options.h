@@ -10,6 +10,7 @@
 struct OPTIONS {
     bool help;
     bool list;    // print the monitors that Windows has, and end
+    bool another; // run beside a host that runs already
     bool windows; // show the monitors' windows at the start
     bool noTray;
     bool panel; // open the plug-in's panel at the start

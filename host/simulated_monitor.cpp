@@ -52,10 +52,8 @@ void OpenSimulation(SIMULATION *simulation)
     simulation->changedContext = nullptr;
 }
 
-void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
+static void InitMonitor(SIMULATEDMONITOR *monitor, const MONITORFILE &file)
 {
-    std::lock_guard lock(simulation->mutex);
-    SIMULATEDMONITOR *monitor = &simulation->monitors.emplace_back();
     memset(monitor->features, 0, sizeof(monitor->features));
     monitor->file = file;
     monitor->codes = CapabilityCodes(file.capabilities);
@@ -73,9 +71,38 @@ void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
         ResetFeature(monitor, static_cast<BYTE>(code));
 }
 
+void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file)
+{
+    std::lock_guard lock(simulation->mutex);
+    InitMonitor(&simulation->monitors.emplace_back(), file);
+}
+
+void ReplaceSimulatedMonitors(SIMULATION *simulation, const std::vector<MONITORFILE> &files)
+{
+    std::lock_guard lock(simulation->mutex);
+    std::deque<SIMULATEDMONITOR> before;
+    before.swap(simulation->monitors);
+    for (const MONITORFILE &file : files) {
+        const auto same = std::find_if(before.begin(), before.end(), [&](const SIMULATEDMONITOR &monitor) {
+            return monitor.file.path == file.path && monitor.file.digest == file.digest;
+        });
+        if (same == before.end()) {
+            InitMonitor(&simulation->monitors.emplace_back(), file);
+        } else {
+            simulation->monitors.push_back(std::move(*same));
+            before.erase(same);
+        }
+    }
+}
+
 void EndSimulationDelays(SIMULATION *simulation)
 {
     SetEvent(simulation->hEnd);
+}
+
+void ResumeSimulationDelays(SIMULATION *simulation)
+{
+    ResetEvent(simulation->hEnd);
 }
 
 void CloseSimulation(SIMULATION *simulation)

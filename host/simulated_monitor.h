@@ -77,8 +77,14 @@ void OpenSimulation(SIMULATION *simulation);
 // does not are there with the value 0 (or the first listed value) and the maximum 255 (or the highest listed value).
 void AddSimulatedMonitor(SIMULATION *simulation, const MONITORFILE &file);
 
-// Ends every delay, now and later, so that nobody waits for a slow monitor at the stop.
+// Has these monitors in the place of all that there were. One whose description is as before, at the same path, stays
+// as it is; the others are at their factory state.
+void ReplaceSimulatedMonitors(SIMULATION *simulation, const std::vector<MONITORFILE> &files);
+
+// Ends every delay, now and later, so that nobody waits for a slow monitor at the stop; and has accesses take their
+// time again.
 void EndSimulationDelays(SIMULATION *simulation);
+void ResumeSimulationDelays(SIMULATION *simulation);
 
 // Nobody may use the simulation any more.
 void CloseSimulation(SIMULATION *simulation);

@@ -5,6 +5,7 @@
 #include "host/host_window.h"
 #include "host/packet_log.h"
 #include "host/text.h"
+#include "host/tray_upkeep.h"
 
 constexpr UINT START_UP_PERIOD = 200; // ms
 constexpr UINT PRESS_PERIOD = 50;     // ms
@@ -43,25 +44,26 @@ void OnPressTimer(HOSTAPP *app)
     EndOfCommandLine(app);
 }
 
-// Until the plug-in has found its monitors, which it tells with a notice. It goes on asking for a moment after it; the
-// commands may come between, as the user's could.
-void OnStartUpTimer(HOSTAPP *app)
+// It goes on asking for a moment after its notice; the commands may come between, as the user's could.
+static void OnStarted(HOSTAPP *app)
 {
+    LogEvent("the plug-in has started");
+    TellTrouble(app);
+    const bool isFirst = !app->commandsDone;
+    app->commandsDone = true;
+    if ((app->panelWish && !app->panelDeferred) || (isFirst && app->options.panel))
+        OpenPanel(app);
+    app->panelWish = app->panelDeferred = false;
+    if (isFirst)
+        RunCommands(app);
+}
+
+static void OnNotStarted(HOSTAPP *app)
+{
+    LogEvent("the plug-in has not started");
     if (app->commandsDone)
         return;
-    const bool started = HasNotice(&app->router, HOST_NOTICE_STARTED);
-    if (!started && MillisecondsSincePacket(&app->router) < START_PATIENCE)
-        return;
-    KillTimer(app->hWnd, TIMER_START_UP);
     app->commandsDone = true;
-    if (started) {
-        LogEvent("the plug-in has started");
-        if (app->options.panel)
-            OpenPanel(app);
-        RunCommands(app);
-        return;
-    }
-    LogEvent("the plug-in has not started");
     if (app->options.quit || !app->options.commands.empty() || !app->options.presses.empty())
         ConsoleError("the plug-in did not report that it has found its monitors; no command was given and no button "
                      "pressed");
@@ -69,7 +71,29 @@ void OnStartUpTimer(HOSTAPP *app)
         EndHost(app, 1);
 }
 
+// Until the plug-in has found its monitors, which it tells with a notice.
+void OnStartUpTimer(HOSTAPP *app)
+{
+    if (!app->awaitsStartUp)
+        return;
+    const bool started = HasNotice(&app->router, HOST_NOTICE_STARTED);
+    if (!started && MillisecondsSincePacket(&app->router) < START_PATIENCE)
+        return;
+    CancelStartUp(app);
+    if (started)
+        OnStarted(app);
+    else
+        OnNotStarted(app);
+}
+
 void AwaitStartUp(HOSTAPP *app)
 {
+    app->awaitsStartUp = true;
     SetTimer(app->hWnd, TIMER_START_UP, START_UP_PERIOD, nullptr);
+}
+
+void CancelStartUp(HOSTAPP *app)
+{
+    app->awaitsStartUp = false;
+    KillTimer(app->hWnd, TIMER_START_UP);
 }

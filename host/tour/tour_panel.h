@@ -7,10 +7,8 @@
 
 #include <string>
 
+#include "host/panel_window.h"
 #include "host/tour/tour_steps.h"
-
-// The panel; null while it is closed.
-HWND FindPanel();
 
 // The page that it shows beside its tree; null without one.
 HWND FindPage();
