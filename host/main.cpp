@@ -4,8 +4,31 @@
 #include <algorithm>
 
 #include "host/console.h"
-#include "host/host_app.h"
+#include "host/host_window.h"
+#include "host/single_instance.h"
 #include "host/windows_monitors/monitor_report.h"
+
+constexpr DWORD FIRST_PATIENCE = 10000; // ms in which an instance that is starting or ending has to come to something
+
+// Runs the host, or has the one that runs already open its panel.
+static int RunOnce(HOSTAPP *app)
+{
+    HANDLE hold = nullptr;
+    INSTANCEROLE role = INSTANCE_FIRST;
+    if (!app->options.another)
+        role = JoinInstances({HOST_MUTEX, HOST_WINDOW_CLASS, HOST_WINDOW_TITLE, WM_HOST_SHOW}, FIRST_PATIENCE, &hold);
+    if (role == INSTANCE_SECOND) {
+        ConsoleLine("trayhub runs already, and opens its panel");
+        return 0;
+    }
+    if (role == INSTANCE_STUCK) {
+        ConsoleError("trayhub runs already, but does not answer; the task manager can end it");
+        return 1;
+    }
+    const int status = RunHost(app);
+    LeaveInstances(hold);
+    return status;
+}
 
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
@@ -28,7 +51,7 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
         return ListMonitors(app.options);
     if (!app.options.report.empty())
         return WriteMonitorReport(app.options);
-    const int status = RunHost(&app);
+    const int status = RunOnce(&app);
     if (app.isDriverStuck)
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
     return status;
