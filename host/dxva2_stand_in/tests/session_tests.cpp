@@ -9,6 +9,7 @@
 
 #include "host/dxva2_stand_in/tests/stand_in_control.h"
 #include "host/host_app.h"
+#include "host/resource.h"
 #include "host/text.h"
 #include "host/tour/tour_hands.h"
 #include "host/tour/tour_panel.h"
@@ -151,4 +152,31 @@ TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
     Stop();
     EXPECT_TRUE(app->isDriverStuck) << "so that main ends the process the hard way";
     g_StandIn.set(0, STANDIN_HANGS, 0);
+}
+
+// The cable of the second one is plugged, and pulled again later: then the user does not wait for the host to notice.
+TEST_F(HostOnRealMonitors, AreTakenUpAnewWithThePanelOpen)
+{
+    OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
+    g_StandIn.set(1, STANDIN_GONE, 1);
+    Start();
+    EXPECT_EQ(Command("count"), "1 monitors");
+    OpenColorPage();
+    const HWND host = app->hWnd, panel = FindPanel();
+    g_StandIn.set(1, STANDIN_GONE, 0);
+    PostMessageW(host, WM_DISPLAYCHANGE, 0, 0);
+    EXPECT_TRUE(WaitUntil([=] { return FindPanel() && FindPanel() != panel; }, LONG_ENOUGH)) << "it comes by itself";
+    EXPECT_EQ(app->hWnd, host);
+    WaitUntilQuiet();
+    EXPECT_EQ(Command("count"), "2 monitors");
+    ChooseColorPage();
+    ChooseMonitor(1);
+    TypeContrast(31);
+    EXPECT_EQ(Seen(1, 0x12), 31);
+
+    g_StandIn.set(1, STANDIN_GONE, 1);
+    const HWND former = FindPanel();
+    PostMessageW(host, WM_COMMAND, IDM_DETECT_MONITORS, 0);
+    EXPECT_TRUE(WaitUntil([=] { return FindPanel() && FindPanel() != former; }, LONG_ENOUGH));
+    EXPECT_EQ(Command("count"), "1 monitors");
 }
