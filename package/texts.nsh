@@ -29,7 +29,7 @@ ${Text} TEXT_ABOUT_PROGRAM \
 ${Text} TEXT_MENU "Start menu entries" "スタート メニューの項目"
 ${Text} TEXT_ABOUT_MENU "Entries for Trayhub, for Trayhub with simulated monitors, and for the uninstaller." \
     "Trayhub、仮想モニタでのお試し、アンインストールの項目です。"
-${Text} TEXT_START_WITH_WINDOWS "Start with Windows" "Windows と同時に起動"
+${Text} TEXT_START_WITH_WINDOWS "Start with Windows" "Windows の起動時に開始する"
 ${Text} TEXT_ABOUT_START_WITH_WINDOWS "Trayhub starts when you sign in. Its menu can change this later." \
     "サインインすると Trayhub が起動します。あとから Trayhub のメニューでも変更できます。"
 ${Text} TEXT_RUN "Start Trayhub" "Trayhub を起動する"
