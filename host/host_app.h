@@ -43,6 +43,9 @@ struct HOSTAPP {
     bool reloadByHand;
     std::vector<std::string> formerMonitors; // identities of those before the reload
 
+    std::mutex callMutex;                    // guards calls
+    std::deque<std::function<void()>> calls; // of RunOnWindow, in order
+
     std::thread tour;
     int status; // the process's exit status
 };

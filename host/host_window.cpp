@@ -14,7 +14,7 @@
 
 constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
 constexpr UINT WM_HOST_END = WM_APP + 11;  // wParam: the exit status
-constexpr UINT WM_HOST_RUN = WM_APP + 12;  // lParam: the std::function to run and delete
+constexpr UINT WM_HOST_RUN = WM_APP + 12;  // the next of app->calls is to be run
 
 // ---- What the user asks for -----------------------------------------------------------------------------------------
 
@@ -141,10 +141,15 @@ static void OnSessionEnd(HOSTAPP *app)
 
 // ---- The window -----------------------------------------------------------------------------------------------------
 
-static void RunPosted(std::function<void()> *function)
+static void RunNextCall(HOSTAPP *app)
 {
-    (*function)();
-    delete function;
+    std::unique_lock lock(app->callMutex);
+    if (app->calls.empty())
+        return;
+    const std::function<void()> function = std::move(app->calls.front());
+    app->calls.pop_front();
+    lock.unlock();
+    function();
 }
 
 static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam)
@@ -169,7 +174,7 @@ static LRESULT CALLBACK HostWndProc(HWND hWnd, UINT message, WPARAM wParam, LPAR
     case WM_HOST_SHOW:
         return OnShow(app);
     case WM_HOST_RUN:
-        RunPosted(reinterpret_cast<std::function<void()> *>(lParam));
+        RunNextCall(app);
         return 0;
     case WM_HOST_END:
         app->isEnding = true;
@@ -252,9 +257,11 @@ void CallOnWindow(HOSTAPP *app, const std::function<void()> &function)
 
 void RunOnWindow(HOSTAPP *app, std::function<void()> function)
 {
-    auto *copy = new std::function<void()>(std::move(function));
-    if (!PostMessageW(app->hWnd, WM_HOST_RUN, 0, reinterpret_cast<LPARAM>(copy)))
-        delete copy;
+    {
+        std::lock_guard lock(app->callMutex);
+        app->calls.push_back(std::move(function));
+    }
+    PostMessageW(app->hWnd, WM_HOST_RUN, 0, 0);
 }
 
 void EndHost(HOSTAPP *app, int status)

@@ -316,18 +316,33 @@ TEST_F(HostApp, SaysWhenThePluginIsGoneAndTriesAgain)
 
 // ---- The start at log-on --------------------------------------------------------------------------------------------
 
+// Each time on a registry of its own; one that takes no lasting keys cannot be written.
 TEST_F(HostApp, SwitchesTheStartAtLogOnFromTheMenu)
 {
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\trayhub_tests host", &key), ERROR_SUCCESS);
-    RegOverridePredefKey(HKEY_CURRENT_USER, key);
-    Start();
-    Send(WM_COMMAND, IDM_AUTOSTART);
-    EXPECT_TRUE(IsAutostartOn(ProgramPath()));
-    Send(WM_COMMAND, IDM_AUTOSTART);
-    EXPECT_FALSE(IsAutostartOn(ProgramPath()));
-    Stop();
-    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-    RegCloseKey(key);
-    SHDeleteKeyW(HKEY_CURRENT_USER, L"Software\\trayhub_tests host");
+    static const wchar_t scratch[] = L"Software\\trayhub_tests host";
+    for (const DWORD options : {REG_OPTION_NON_VOLATILE, REG_OPTION_VOLATILE}) {
+        HKEY key = nullptr;
+        ASSERT_EQ(
+            RegCreateKeyExW(HKEY_CURRENT_USER, scratch, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+        RegOverridePredefKey(HKEY_CURRENT_USER, key);
+        Start();
+        if (options == REG_OPTION_NON_VOLATILE) {
+            Send(WM_COMMAND, IDM_AUTOSTART);
+            EXPECT_TRUE(IsAutostartOn(ProgramPath()));
+            Send(WM_COMMAND, IDM_AUTOSTART);
+        } else {
+            PostMessageW(app->hWnd, WM_COMMAND, IDM_AUTOSTART, 0);
+            HWND box = nullptr;
+            EXPECT_TRUE(WaitUntil([&] { return (box = FindWindowW(L"#32770", L"Trayhub")) != nullptr; }, LONG_ENOUGH));
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+            EXPECT_TRUE(WaitUntil([&] { return !IsWindow(box); }, LONG_ENOUGH));
+        }
+        EXPECT_FALSE(IsAutostartOn(ProgramPath()));
+        Stop();
+        ResetFakePlugin(); // counts its greetings anew
+        RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+        RegCloseKey(key);
+        SHDeleteKeyW(HKEY_CURRENT_USER, scratch);
+    }
 }
