@@ -280,8 +280,9 @@ TEST_F(HostApp, OpensThePanelAgainOnceThePluginHasStarted)
     SendFromPlugin(HOST_NOTICE, HOST_NOTICE_STARTED, {});
     const HWND panel = CreateWindowExW(0, L"#32770", L"Lumivane 2", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr,
                                        nullptr, nullptr);
-    CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 9, 9, panel,
-                    reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_PANEL_TREE)), nullptr, nullptr);
+    const HWND tree = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 9, 9, panel,
+                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_PANEL_TREE)), nullptr, nullptr);
+    ASSERT_NE(tree, nullptr);
     Send(WM_COMMAND, IDM_DETECT_MONITORS);
     DestroyWindow(panel);
     ASSERT_TRUE(WaitForSlots("start stop start "));
