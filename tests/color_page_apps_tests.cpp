@@ -268,26 +268,30 @@ TEST_F(ColorPageAppsTest, UpdateAndDelete)
 // A box or a choice of file is open while the page goes away, by the panel or by the stop of the plug-in.
 TEST_F(ColorPageAppsTest, PageGoesAwayBehindItsQuestion)
 {
-    const auto boxIsOpen = [] {
-        for (int round = 0; round < 500; ++round, Sleep(10))
-            if (const HWND box = FindWindowA("#32770", "Lumivane 2"); box && GetDlgItem(box, IDYES))
-                return true;
-        return false;
+    // The panel has the same caption, and may lie above or below.
+    const auto findBox = [] {
+        HWND box = nullptr;
+        while ((box = FindWindowExA(nullptr, box, "#32770", "Lumivane 2")) && !GetDlgItem(box, IDYES)) {
+        }
+        return box;
+    };
+    const auto waitForBox = [&](bool open) {
+        for (int round = 0; round < 1000 && (findBox() != nullptr) != open; ++round)
+            Sleep(10);
+        return findBox() != nullptr;
     };
     for (const bool stop : {false, true}) {
         OpenPage();
         const std::string before = Stored(0);
         SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, LB_SETCURSEL, 0, 0);
         PostMessageA(page, WM_COMMAND, IDC_COLOR_APP_DELETE, 0);
-        ASSERT_TRUE(boxIsOpen());
+        ASSERT_TRUE(waitForBox(true));
         if (stop)
             Stop();
         else
             Close();
         EXPECT_FALSE(IsWindow(page));
-        for (int round = 0; round < 300 && FindWindowA("#32770", "Lumivane 2"); ++round)
-            Sleep(10);
-        EXPECT_EQ(FindWindowA("#32770", "Lumivane 2"), nullptr);
+        EXPECT_FALSE(waitForBox(false));
         EXPECT_EQ(Stored(0), before) << "nobody said yes";
     }
 }
