@@ -140,7 +140,7 @@ void HurryPauses(bool on)
 static void WINAPI FakeSleep(DWORD milliseconds)
 {
     constexpr DWORD SHORT_PAUSE = 20;
-    const auto real = RealFunction<decltype(&Sleep)>("kernel32", "Sleep");
+    static const auto real = RealFunction<decltype(&Sleep)>("kernel32", "Sleep");
     if (milliseconds < SHORT_PAUSE)
         real(s_HurryPauses ? milliseconds / 10 : milliseconds);
     else if (s_SkipPauses)
