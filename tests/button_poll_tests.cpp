@@ -121,6 +121,7 @@ TEST_F(ButtonPollTest, TheScanEndsAtTheFirstPressAndIsAlwaysAcknowledged)
         {"refusal first", REFUSED, 1, 1, 0, {"get 0 F4", "set 0 F4 = 255"}, 0},
         {"refusal after a good read", 255, REFUSED, 2, 0, {"get 0 F4", "get 2 F4", "get 3 F4", "set 3 F4 = 255"}, 2},
     };
+    const FaultsOfThisThread aim;
     for (const auto &c : cases) {
         Report(0, c.code0);
         Report(2, c.code2);

@@ -159,6 +159,7 @@ TEST_F(EdidCheckTest, TheHostIsAskedThreeTimes)
         int failures;
         Lines asked, done;
     } cases[] = {{2, {"edid 0", "edid 1"}, Repair() + Repair()}, {3, {"edid 1"}, Repair()}};
+    const FaultsOfThisThread aim;
     for (const auto &c : cases) {
         Attach({MakeEdid("NRV-PA1\n", 0), MakeEdid("NRV-PA2\n", 0)});
         InjectFault(Fault::Event, 1, c.failures); // a request that can't be sent

@@ -72,6 +72,7 @@ TEST_F(FaultTest, AHostNameThatIsNotKnownIsNotStored)
 TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
 {
     Put("ButtonLockStatus_0", 5);
+    const FaultsOfThisThread aim;
     InjectFault(Fault::Event, 1, 2);
     SaveButtonLockStatus();
     EXPECT_EQ(Value("ButtonLockStatus_0"), 5u);

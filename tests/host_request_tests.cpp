@@ -137,6 +137,7 @@ TEST_F(HostRequestTest, TheStopEndsAWaitWithinASecond)
 
 TEST_F(HostRequestTest, NothingIsSentWithoutANumberOrAnEvent)
 {
+    const FaultsOfThisThread aim;
     for (const RequestCase &request : requests) {
         InjectFault(Fault::Event);
         EXPECT_EQ(request.call(), request.unsent) << request.logged;

@@ -89,6 +89,7 @@ TEST_F(MonitorTableTest, CountsThatAreNotWhatTheTableHolds)
 TEST_F(MonitorTableTest, AFailureLeavesOutTheRestOfThatMonitorAlone)
 {
     host.monitors = {ColorMonitor("A"), ColorMonitor("B")};
+    const FaultsOfThisThread aim;
     InjectFault(Fault::Event, 3); // count, name 0, then the capabilities of monitor 0
     EXPECT_EQ(InitMonitors(), 1);
     EXPECT_STREQ(g_Monitor[0].szModel, "A");

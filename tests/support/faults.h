@@ -51,6 +51,20 @@ private:
     void *const m_before;
 };
 
+// While it exists, faults are meant for this thread and those of the plug-in. The run-time library makes an event, too,
+// when two threads meet at a lock, so without it the host's threads could take a fault away.
+class FaultsOfThisThread {
+public:
+    FaultsOfThisThread() : m_aimed((AimAtPlugin(true), true)) {}
+    ~FaultsOfThisThread() { AimAtPlugin(false); }
+    FaultsOfThisThread(const FaultsOfThisThread &) = delete;
+    FaultsOfThisThread &operator=(const FaultsOfThisThread &) = delete;
+
+private:
+    const bool m_aimed; // before the scope below begins
+    const PluginCode m_inside;
+};
+
 // How many threads the plug-in has started that still run.
 int PluginThreads();
 
