@@ -70,29 +70,8 @@ protected:
         return answered[0].text;
     }
 
-    // The rows of the assignments: "data label|program|parameter".
-    static Lines Rows(HWND page)
-    {
-        Lines rows;
-        const HWND list = GetDlgItem(page, IDC_LAUNCHER_ASSIGNMENTS);
-        const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
-        for (int row = 0; row < count; ++row) {
-            char text[300];
-            LVITEMA item = {};
-            item.iItem = row;
-            item.mask = LVIF_PARAM;
-            SendMessageA(list, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-            std::string line = std::to_string(item.lParam);
-            for (item.iSubItem = 0; item.iSubItem < 3; ++item.iSubItem) {
-                item.pszText = text;
-                item.cchTextMax = sizeof text;
-                SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-                line += (item.iSubItem ? "|" : " ") + std::string(text);
-            }
-            rows.push_back(line);
-        }
-        return rows;
-    }
+    // The rows of the assignments: "data: label|program|parameter".
+    static Lines Rows(HWND page) { return RowsOf(page, IDC_LAUNCHER_ASSIGNMENTS, 3); }
 };
 
 } // namespace
@@ -233,20 +212,20 @@ TEST_F(LauncherPageTest, ShowsWhatIsAssigned)
     } cases[] = {
         {"all",
          Sjis("[NRV-PA1]\r\nbutton1=音量\r\nbutton2=B\r\nbutton3=C\r\nbutton4=D\r\nBUTTON5=E\r\nbutton6=POWER\r\n"),
-         {Sjis("1 音量|P1|-1"), "2 B||", "3 C|P3|-3", "4 D|P4|-4", "5 E|P5|-5", "6 POWER|P6|-6"},
+         {Sjis("1: 音量|P1|-1"), "2: B||", "3: C|P3|-3", "4: D|P4|-4", "5: E|P5|-5", "6: POWER|P6|-6"},
          {"音量", "B", "C", "D", "E", "POWER"}},
         {"one missing",
          "[NRV-PA1]\r\nbutton1=A\r\nbutton2=B\r\nbutton3=\r\nbutton4=D\r\nbutton5=E\r\nbutton6=F\r\n",
-         {"1 A|P1|-1", "2 B||", "4 D|P3|-3", "5 E|P4|-4", "6 F|P6|-6"},
+         {"1: A|P1|-1", "2: B||", "4: D|P3|-3", "5: E|P4|-4", "6: F|P6|-6"},
          {"A", "B", "", "D", "E", "F"}},
         {"three missing",
          "[NRV-PA1]\r\nbutton1=A\r\nbutton5=E\r\nbutton6=F\r\n",
-         {"1 A|P1|-1", "5 E||", "6 F|P5|-5"},
+         {"1: A|P1|-1", "5: E||", "6: F|P5|-5"},
          {"A", "", "", "", "E", "F"}},
         {"long ones",
          "[NRV-PA1]\r\nbutton1=" + fifteen + "\r\nbutton2=" + std::string(40, 'x') +
              "\r\nbutton6=" + Sjis("1234567890電源電源電源"),
-         {"1 " + fifteen + "|P1|-1", "2 xxxxxxxxxxxxxxx||", Sjis("6 1234567890電源|P5|-5")},
+         {"1: " + fifteen + "|P1|-1", "2: xxxxxxxxxxxxxxx||", Sjis("6: 1234567890電源|P5|-5")},
          {fifteen, "xxxxxxxxxxxxxxx", "", "", "", "1234567890電源"}},
         {"no section", "[NRV-PA2]\r\nbutton1=A\r\n", {}, {"", "", "", "", "", ""}},
         {"no file", "", {}, {"", "", "", "", "", ""}},

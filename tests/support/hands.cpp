@@ -111,6 +111,29 @@ std::string TextOf(HWND dialog, int control)
     return Utf8(text);
 }
 
+Lines RowsOf(HWND dialog, int list, int columns)
+{
+    Lines rows;
+    const HWND window = GetDlgItem(dialog, list);
+    const int count = static_cast<int>(SendMessageA(window, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        char text[300];
+        LVITEMA item = {};
+        item.iItem = row;
+        item.mask = LVIF_PARAM;
+        SendMessageA(window, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+        std::string line = std::to_string(item.lParam) + ": ";
+        for (item.iSubItem = 0; item.iSubItem < columns; ++item.iSubItem) {
+            item.pszText = text;
+            item.cchTextMax = sizeof text;
+            SendMessageA(window, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+            line += (item.iSubItem ? "|" : "") + std::string(text);
+        }
+        rows.push_back(line);
+    }
+    return rows;
+}
+
 bool IsEnabled(HWND dialog, int control)
 {
     return IsWindowEnabled(GetDlgItem(dialog, control)) != FALSE;

@@ -22,7 +22,8 @@ bool IsEnabled(HWND dialog, int control);
 bool IsChecked(HWND dialog, int control);
 bool IsShown(HWND dialog, int control); // by its own state, whether or not the panel's edge covers it
 Lines EntriesOf(HWND dialog, int listOrCombo);
-int SelectionOf(HWND dialog, int listOrCombo); // -1 = none
+int SelectionOf(HWND dialog, int listOrCombo);    // -1 = none
+Lines RowsOf(HWND dialog, int list, int columns); // of a list view: "DATA: text|text|..."
 
 // The tooltip that a control has; empty without one.
 std::string TipOf(HWND dialog, int control);

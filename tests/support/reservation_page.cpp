@@ -69,25 +69,7 @@ void EnterReservation(HWND page, const std::string &start, const std::string &en
 
 Lines ReservationRows(HWND page)
 {
-    Lines rows;
-    const HWND list = GetDlgItem(page, IDC_RESERVATION_LIST);
-    const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
-    for (int row = 0; row < count; ++row) {
-        char text[64];
-        LVITEMA item = {};
-        item.iItem = row;
-        item.mask = LVIF_PARAM;
-        SendMessageA(list, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-        std::string line = std::to_string(item.lParam) + ":";
-        for (item.iSubItem = 0; item.iSubItem < COLUMNS; ++item.iSubItem) {
-            item.pszText = text;
-            item.cchTextMax = sizeof text;
-            SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-            line += (item.iSubItem ? "|" : " ") + std::string(text);
-        }
-        rows.push_back(line);
-    }
-    return rows;
+    return RowsOf(page, IDC_RESERVATION_LIST, COLUMNS);
 }
 
 // ---- The file -----------------------------------------------------------------------------------------------------
