@@ -12,6 +12,8 @@
 #include "host/tray.h"
 #include "host/tray_upkeep.h"
 
+#include <initializer_list>
+
 constexpr UINT WM_HOST_CALL = WM_APP + 10; // lParam: the std::function to run
 constexpr UINT WM_HOST_END = WM_APP + 11;  // wParam: the exit status
 constexpr UINT WM_HOST_RUN = WM_APP + 12;  // the next of app->calls is to be run

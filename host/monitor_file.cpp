@@ -2,6 +2,7 @@
 #include "host/monitor_file.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "host/text.h"
 #include "kernel/host_protocol.h"

@@ -12,6 +12,7 @@
 #include "settings/registry.h"
 
 #include <cstring>
+#include <initializer_list>
 
 static void StoreText(LPCSTR format, const BUTTONPAGE *page, LPCSTR text)
 {

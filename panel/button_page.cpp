@@ -8,6 +8,8 @@
 #include "panel/text_fit.h"
 #include "panel/tooltips.h"
 
+#include <initializer_list>
+
 // A page by the name that its control identifiers have in common.
 #define BUTTON_PAGE(BUTTON, NAME, LOCK_BIT)                                                                            \
     {                                                                                                                  \

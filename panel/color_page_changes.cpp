@@ -8,6 +8,8 @@
 
 #include <commctrl.h>
 
+#include <initializer_list>
+
 constexpr DWORD MONITOR_SETTLES_MS = 200; // until the values that depend on a change can be read
 constexpr UINT VALUE_END = 0xFFFF;
 

@@ -9,6 +9,8 @@
 
 #include <commctrl.h>
 
+#include <initializer_list>
+
 LONG bUiReady = 0;
 LONG g_nColorTempMap[MAX_MONITOR][COLOR_TEMP_COUNT];
 

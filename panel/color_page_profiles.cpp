@@ -9,6 +9,8 @@
 #include "panel/resources/resource.h"
 #include "profiles/profile_store.h"
 
+#include <initializer_list>
+
 static LRESULT ProfileCombo(HWND page, UINT message, int position)
 {
     return SendDlgItemMessageA(page, IDC_COLOR_PROFILE_COMBO, message, static_cast<WPARAM>(position), 0);

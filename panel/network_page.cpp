@@ -12,6 +12,7 @@
 #include "settings/registry.h"
 
 #include <cstring>
+#include <initializer_list>
 
 HWND g_hNetworkPage = nullptr;
 

@@ -7,6 +7,7 @@
 #include "panel/resources/resource.h"
 
 #include <cstring>
+#include <initializer_list>
 
 LONG g_nPrevTvChannel = 0;
 

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
 using ARGUMENTS = std::vector<std::string>;
 

@@ -12,6 +12,8 @@
 #include "host/tour/tour_settings.h"
 #include "host/tour/tour_steps.h"
 
+#include <initializer_list>
+
 constexpr DWORD PICTURE_PATIENCE = 10000; // ms to wait for a picture
 
 STEPRESULT FailStep(TOUR *tour, const std::string &reason)

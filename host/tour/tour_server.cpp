@@ -7,6 +7,8 @@
 #include "host/tour/tour_steps.h"
 #include "panel/resources/resource.h"
 
+#include <initializer_list>
+
 constexpr int SERVER_PATIENCE = 5;            // s for one answer
 constexpr DWORD PROCESS_PATIENCE = 5000;      // ms for the program's own start and end
 constexpr size_t OUTPUT_LIMIT = 65536;        // bytes of output that are looked at
