@@ -24,7 +24,7 @@
 #include "host/text.h"
 #include "host/tour/tour_settings.h"
 #include "panel/resources/resource.h"
-#include "tests/support/resource_counts.h"
+#include "tests/support/handle_count.h"
 
 // ---- The host -------------------------------------------------------------------------------------------------------
 

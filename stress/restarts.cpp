@@ -2,6 +2,7 @@
 #include "kernel/kernel_thread.h"
 #include "stress/panel_hands.h"
 #include "stress/parts.h"
+#include "support/heap_blocks.h"
 #include "support/ini_folder.h"
 #include "support/registry_sandbox.h"
 
@@ -31,7 +32,9 @@ static void StartAndStop(const PLUGINSLOT *slots, int round)
     packet.dwDataSize = sizeof window;
     packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
     int started = 0, stopped = 0;
+    const int blocks = CountHeapBlocks();
     host.Run([&] { started = slots[PLUGIN_SLOT_INIT](&packet); });
+    Expect(CountHeapBlocks() > blocks, "the plug-in runs without a block that is counted");
     if (round % 3 != 0) {
         const HWND kernel = WaitForKernelWindow();
         SendMessageA(kernel, WM_TIMER, TIMER_START_UP, 0);
@@ -54,6 +57,7 @@ static bool RunRound(int round)
         FreeLibrary(module);
         return Expect(false, "lvkernel.dll cannot be loaded");
     }
+    Expect(CountBlocksOf(module), "its blocks cannot be counted");
     StartAndStop(table.lpFuncTable, round);
     FreeLibrary(module);
     return Expect(GetModuleHandleA("lvkernel.dll") == nullptr, "lvkernel.dll stays loaded");

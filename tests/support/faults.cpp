@@ -148,7 +148,6 @@ struct StandIn<RESULT(WINAPI *)(ARGUMENTS...)> {
 
 CAN_FAIL(Event, "kernel32", CreateEventA, 16, 0, ERROR_NO_SYSTEM_RESOURCES)
 CAN_FAIL(Library, "kernel32", LoadLibraryA, 4, 0, ERROR_MOD_NOT_FOUND)
-CAN_FAIL(Memory, "kernel32", HeapAlloc, 12, 0, ERROR_NOT_ENOUGH_MEMORY)
 CAN_FAIL(Window, "user32", CreateWindowExA, 48, 0, ERROR_NOT_ENOUGH_MEMORY)
 CAN_FAIL(Window, "user32", RegisterClassExA, 4, 0, ERROR_NOT_ENOUGH_MEMORY)
 CAN_FAIL(Dialog, "user32", CreateDialogParamA, 20, 0, ERROR_NOT_ENOUGH_MEMORY)

@@ -2,14 +2,15 @@
 // the count before".
 #pragma once
 
+#include "support/handle_count.h"
+#include "support/heap_blocks.h"
+
 #include <array>
 
-int CountHandles();    // kernel handles, once their number has settled
 int CountWindows();    // windows of all threads, with the windows inside them
 int CountGdiObjects(); // pens, brushes, fonts, bitmaps, regions, device contexts
-int CountHeapBlocks(); // allocated blocks of the process heap
 
-// All of them.
+// These, kernel handles, and blocks of the heap that our code has allocated.
 constexpr int RESOURCE_KINDS = 4;
 using RESOURCECOUNTS = std::array<int, RESOURCE_KINDS>;
 RESOURCECOUNTS CountResources();
