@@ -80,9 +80,28 @@ stop_display() {
     xvfb_pid=
 }
 
-# Keeps this prefix's Wine server up between programs, and has it start its background programs now, away from our pipes.
+# copy_prefix FOLDER: the build's Wine prefix once more. Programs and libraries are hard links, as nobody writes into them; all other
+# files are copies, or a setting made in one prefix would show in the other.
+copy_prefix() {
+    mkdir -p "$(dirname "$1")"
+    cp -al "$build/wine" "$1"
+    (cd "$build/wine" && find . -type f ! -name '*.dll' ! -name '*.exe' ! -name '*.drv' ! -name '*.sys' ! -name '*.nls' -print0 |
+        xargs -0 cp -a --parents --remove-destination -t "$1")
+    rm -f "$1/wineserver" # Debian's note of where this prefix's server has its socket
+}
+
+# in_own_network COMMAND...: in a network that holds nothing but a loopback interface of its own. Fails where this system does not let
+# us make one: a container's root without the rights for it, or a user without namespaces.
+in_own_network() {
+    local way=(--net)
+    [ "$(id -u)" = 0 ] || way+=(--map-current-user --keep-caps)
+    unshare "${way[@]}" sh -c 'ip link set lo up && exec "$@"' sh "$@"
+}
+
+# start_wine [PREFIX_COMMAND]: keeps this prefix's Wine server up between programs, and has it start its background programs now, away
+# from our pipes. The server makes all sockets of its programs: what it is started through decides their network.
 start_wine() {
-    wineserver -p >/dev/null 2>&1 </dev/null || true
+    "$@" wineserver -p >/dev/null 2>&1 </dev/null || true
     wineboot >/dev/null 2>&1 </dev/null || true
 }
 
