@@ -68,6 +68,16 @@ protected:
         ChooseColorPage();
     }
 
+    // The former one may go at any moment, so one look decides.
+    static bool WaitForAnotherPanel(HWND former)
+    {
+        const auto isThere = [=] {
+            const HWND panel = FindPanel();
+            return panel && panel != former;
+        };
+        return WaitUntil(isThere, LONG_ENOUGH);
+    }
+
     static void ChooseColorPage()
     {
         const HWND tree = GetDlgItem(FindPanel(), IDC_PANEL_TREE);
@@ -165,7 +175,7 @@ TEST_F(HostOnRealMonitors, AreTakenUpAnewWithThePanelOpen)
     const HWND host = app->hWnd, panel = FindPanel();
     g_StandIn.set(1, STANDIN_GONE, 0);
     PostMessageW(host, WM_DISPLAYCHANGE, 0, 0);
-    EXPECT_TRUE(WaitUntil([=] { return FindPanel() && FindPanel() != panel; }, LONG_ENOUGH)) << "it comes by itself";
+    EXPECT_TRUE(WaitForAnotherPanel(panel)) << "it comes by itself";
     EXPECT_EQ(app->hWnd, host);
     WaitUntilQuiet();
     EXPECT_EQ(Command("count"), "2 monitors");
@@ -177,6 +187,6 @@ TEST_F(HostOnRealMonitors, AreTakenUpAnewWithThePanelOpen)
     g_StandIn.set(1, STANDIN_GONE, 1);
     const HWND former = FindPanel();
     PostMessageW(host, WM_COMMAND, IDM_DETECT_MONITORS, 0);
-    EXPECT_TRUE(WaitUntil([=] { return FindPanel() && FindPanel() != former; }, LONG_ENOUGH));
+    EXPECT_TRUE(WaitForAnotherPanel(former));
     EXPECT_EQ(Command("count"), "1 monitors");
 }
