@@ -197,17 +197,20 @@ static bool ChangeMask(LONG operation, LONG current, LONG mask, LONG *changed)
 static void WriteButtonLock(const HOSTVCP &lock)
 {
     const LONG monitor = g_nCurMonitor;
+    if (!IsMonitorIndex(monitor))
+        return;
+    const LONG current = GetVCP(monitor, VCP_BUTTON_LOCK, nullptr);
     LONG mask;
-    if (!IsMonitorIndex(monitor) ||
-        !ChangeMask(lock.nOperation, GetVCP(monitor, VCP_BUTTON_LOCK, nullptr), lock.nMask, &mask))
+    if (!ChangeMask(lock.nOperation, current, lock.nMask, &mask))
         return;
     // Once per monitor, yet each time for the selected one: so nothing is changed while no monitor is known.
     for (LONG round = 0; round < g_nMonitor; ++round)
         ChangeButtonModes(monitor, lock);
     SetVCP(monitor, VCP_BUTTON_LOCK, static_cast<WORD>(mask));
-    char name[64];
-    wsprintfA(name, VALUE_LOCK_STATUS, monitor);
-    WriteLauncherValue(name, static_cast<DWORD>(mask));
+    if (current == -1 && lock.nOperation != HOSTVCP_SET) // the mask is made of a failed read
+        KeepLockStatus(monitor);
+    else
+        WriteLockStatus(monitor, static_cast<DWORD>(mask));
 }
 
 void WriteFeature(const HOSTPACKET *lpCommand)

@@ -170,7 +170,7 @@ void ResetLauncherSettings()
 {
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
         SetVCP(monitor, VCP_BUTTON_LOCK, 0);
-        WriteMonitorValue(VALUE_LOCK_STATUS, monitor, 0);
+        WriteLockStatus(monitor, 0);
     }
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
         for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
@@ -188,15 +188,24 @@ void ClearLauncherEnables()
                 break;
 }
 
+int WriteLockStatus(LONG nMonitor, DWORD dwMask)
+{
+    return WriteMonitorValue(VALUE_LOCK_STATUS, nMonitor, dwMask);
+}
+
+int KeepLockStatus(LONG nMonitor)
+{
+    DWORD stored;
+    if (TryReadMonitorValue(VALUE_LOCK_STATUS, nMonitor, &stored) || WasReadError())
+        return 1;
+    return WriteLockStatus(nMonitor, 0); // without one the masks of the monitors behind would not be restored either
+}
+
 void SaveButtonLockStatus()
 {
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
         const LONG mask = GetVCP(monitor, VCP_BUTTON_LOCK, nullptr);
-        DWORD stored;
-        // Stored as a mask, a failed read would lock every button at the next start.
-        if (mask == -1 && TryReadMonitorValue(VALUE_LOCK_STATUS, monitor, &stored))
-            continue;
-        if (!WriteMonitorValue(VALUE_LOCK_STATUS, monitor, static_cast<DWORD>(mask)))
+        if (!(mask == -1 ? KeepLockStatus(monitor) : WriteLockStatus(monitor, static_cast<DWORD>(mask))))
             return;
     }
 }

@@ -81,9 +81,16 @@ void ResetLauncherSettings();
 // Clears the button modes of all monitors.
 void ClearLauncherEnables();
 
-// Stores each monitor's present lock mask; ends at the first one that can't be written. A mask that can't be read
-// leaves the stored one alone.
+// Stores each monitor's present lock mask; ends at the first one that can't be written.
 void SaveButtonLockStatus();
+
+// Stores a monitor's lock mask for the next start, which writes its low 16 bits back. Result: 1, or 0 on failure.
+// Any thread.
+int WriteLockStatus(LONG nMonitor, DWORD dwMask);
+
+// In place of the above when the mask can't be read: leaves the stored one alone, and stores 0 where there is none.
+// The -1 of a failed read would lock every button at the next start. Result as above. Any thread.
+int KeepLockStatus(LONG nMonitor);
 
 // ---- The active count: launcher functions switched on, over all monitors ----
 

@@ -76,7 +76,7 @@ TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
     InjectFault(Fault::Event, 1, 2);
     SaveButtonLockStatus();
     EXPECT_EQ(Value("ButtonLockStatus_0"), 5u);
-    EXPECT_EQ(Value("ButtonLockStatus_1"), 0xFFFFFFFFu) << "there was none: without one the restoring would end there";
+    EXPECT_EQ(Value("ButtonLockStatus_1"), 0u) << "there was none: without one the restoring would end there";
 }
 
 // ---- INI files ----------------------------------------------------------------------------------------------------

@@ -299,6 +299,9 @@ TEST_F(HostCommandTest, ButtonLockAtItsLimits)
     g_nMonitor = 0;
     Command(20, lockPower);
     EXPECT_EQ(Traffic(), (Lines{"get 1 F2", "set 1 F2 = 65535"})) << "an unreadable mask is -1";
+    EXPECT_EQ(Launcher("ButtonLockStatus_1"), 0x80u) << "but not at every start from now on";
+    Command(20, Hex("02000000 03000000 F2 000000"));
+    EXPECT_EQ(Launcher("ButtonLockStatus_1"), 3u) << "a whole mask needs no other";
     EXPECT_EQ(Launcher("Launcher_1_Enable_6"), 0u) << "once per monitor: without one, never";
 }
 
