@@ -9,6 +9,7 @@
 #include "panel/lock_page.h"
 #include "panel/network_page.h"
 #include "panel/no_monitor_page.h"
+#include "panel/page_focus.h"
 #include "panel/panel_width.h"
 #include "panel/reservation_page.h"
 #include "panel/resources/resource.h"
@@ -76,6 +77,7 @@ HWND CreatePageWindow(HWND hPanel, int nTemplate, DLGPROC lpfnProc)
     OffsetRect(&place, PAGE_LEFT, 0);
     MapWindowPoints(HWND_DESKTOP, hPage, reinterpret_cast<POINT *>(&place), 2);
     MoveWindow(hPage, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
+    FollowPanelEdge(hPanel);
     ShowWindow(hPage, SW_SHOW);
     InvalidateRect(hPanel, nullptr, TRUE);
     return hPage;

@@ -1,6 +1,8 @@
 // The panel's sliding animation.
 #include "panel/panel_width.h"
 
+#include "panel/page_focus.h"
+
 constexpr int SLIDE_STEP = 8;
 constexpr DWORD SLIDE_PAUSE_MS = 1;
 
@@ -18,21 +20,28 @@ int PanelWidening(HWND hPanel)
     return (now.right - now.left) - (rcPanel.right - rcPanel.left);
 }
 
-void SetPanelWidening(HWND hPanel, int nWidening)
+static void SetWidth(HWND hPanel, int nWidening)
 {
     SetWindowPos(hPanel, nullptr, 0, 0, rcPanel.right - rcPanel.left + nWidening, rcPanel.bottom - rcPanel.top,
                  SWP_NOMOVE | SWP_NOOWNERZORDER | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void SetPanelWidening(HWND hPanel, int nWidening)
+{
+    SetWidth(hPanel, nWidening);
+    FollowPanelEdge(hPanel);
 }
 
 void SlidePanel(HWND hPanel, int nFrom, int nTo)
 {
     const int step = nTo < nFrom ? -SLIDE_STEP : SLIDE_STEP;
     for (int widening = nFrom;; widening += step) {
-        SetPanelWidening(hPanel, widening);
+        SetWidth(hPanel, widening);
         Sleep(SLIDE_PAUSE_MS);
         if (step > 0 ? widening >= nTo : widening <= nTo)
-            return;
+            break;
     }
+    FollowPanelEdge(hPanel);
 }
 
 void SlidePanelBy(HWND hPanel, int nDelta)

@@ -1,4 +1,5 @@
-// The panel's width: the base width, and what it is widened by for a page. The height never changes.
+// The panel's width: the base width, and what it is widened by for a page. The height never changes. Controls of a page
+// that the panel's edge covers are left out of the tab order.
 //
 // Kernel thread. Widths in pixels.
 #pragma once

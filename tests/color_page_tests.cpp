@@ -389,6 +389,7 @@ TEST_F(ColorPageTest, ToggleOfTheSecondHalf)
         EXPECT_EQ(Widening(), open ? 344 : 200);
         EXPECT_EQ(place(IDC_COLOR_APP_GROUP), std::pair(true, true));
         EXPECT_EQ(place(IDC_COLOR_GROUP), std::pair(open, open));
+        EXPECT_EQ(IsReachedByTab(Panel(), GetDlgItem(page, IDC_COLOR_BRIGHTNESS_EDIT)), open);
         EXPECT_EQ(IsChecked(page, IDC_COLOR_TOGGLE), open);
         EXPECT_EQ(TextOf(page, IDC_COLOR_TOGGLE), open ? "色設定画面を閉じる" : "色設定画面を開く");
         Click(page, IDC_COLOR_TOGGLE);

@@ -191,19 +191,29 @@ TEST_F(PanelTest, SecondHalfOfAnOpenPage)
         int toggle;
         const char *text;
         int widening;
+        int covered, beforeIt; // a control of the second half, and the last button before that half
     } cases[] = {
-        {TREE_APPLICATIONS, TREE_COLOR, PAGE_COLOR, IDC_COLOR_TOGGLE, "色設定画面を閉じる", 344},
-        {TREE_NETWORK, TREE_COMM_LOG, PAGE_NETWORK, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる", 328},
+        {TREE_APPLICATIONS, TREE_COLOR, PAGE_COLOR, IDC_COLOR_TOGGLE, "色設定画面を閉じる", 344,
+         IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_PROFILE_DELETE},
+        {TREE_NETWORK, TREE_COMM_LOG, PAGE_NETWORK, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる", 328, IDC_NETWORK_LOG,
+         IDC_NETWORK_APPLY},
     };
     ASSERT_TRUE(Open());
+    PutDword(HKEY_CURRENT_USER, "Lumivane2", "EnableChangeName", 1); // that button can be used
+    const auto reached = [&](HWND page, int control) { return IsReachedByTab(Panel(), GetDlgItem(page, control)); };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         Choose(TREE_ROOT);
         Choose(c.half);
         const HWND page = Page(c.page);
         EXPECT_FALSE(IsChecked(page, c.toggle));
+        EXPECT_FALSE(reached(page, c.covered));
+        EXPECT_TRUE(reached(page, c.beforeIt));
+        const HWND group = GetNextDlgGroupItem(Panel(), GetDlgItem(page, c.beforeIt), FALSE);
+        EXPECT_NE(group, GetDlgItem(page, c.covered)) << "by an arrow key";
         Choose(c.whole);
         EXPECT_EQ(Page(c.page), page) << "not created anew";
+        EXPECT_TRUE(reached(page, c.covered));
         EXPECT_EQ(Widening(), c.widening);
         EXPECT_TRUE(IsChecked(page, c.toggle));
         EXPECT_EQ(TextOf(page, c.toggle), c.text);
@@ -211,6 +221,7 @@ TEST_F(PanelTest, SecondHalfOfAnOpenPage)
         Choose(c.whole);
         EXPECT_EQ(Widening(), c.widening) << "from the base width";
         EXPECT_TRUE(IsChecked(Page(c.page), c.toggle));
+        EXPECT_TRUE(reached(Page(c.page), c.covered));
         // A page that closed itself leaves its width behind.
         Choose(c.half);
         SendMessageA(Page(c.page), WM_CLOSE, 0, 0);
@@ -231,6 +242,7 @@ TEST_F(PanelTest, AChangeOfMonitorReturnsToTheBaseWidth)
     ChooseMonitor(1);
     EXPECT_EQ(g_nCurMonitor, 1);
     EXPECT_EQ(Widening(), 0);
+    EXPECT_FALSE(IsReachedByTab(Panel(), GetDlgItem(Page(PAGE_BUTTON_LOCK), IDC_LOCK_TOGGLE_1)));
     Choose(TREE_VERSION);
     EXPECT_EQ(Page(PAGE_BUTTON_LOCK), nullptr);
 }

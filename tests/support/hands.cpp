@@ -144,6 +144,14 @@ bool IsChecked(HWND dialog, int control)
     return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
 }
 
+bool IsReachedByTab(HWND panel, HWND control)
+{
+    HWND next = nullptr;
+    for (int round = 0; round < 100 && (next != control || !next); ++round)
+        next = GetNextDlgTabItem(panel, next, FALSE);
+    return control && next == control;
+}
+
 bool IsShown(HWND dialog, int control)
 {
     return (GetWindowLongA(GetDlgItem(dialog, control), GWL_STYLE) & WS_VISIBLE) != 0;

@@ -22,6 +22,7 @@ bool IsEnabled(HWND dialog, int control);
 bool IsChecked(HWND dialog, int control);
 bool IsShown(HWND dialog, int control); // by its own state, whether or not the panel's edge covers it
 Lines EntriesOf(HWND dialog, int listOrCombo);
+bool IsReachedByTab(HWND panel, HWND control);    // from anywhere in the panel
 int SelectionOf(HWND dialog, int listOrCombo);    // -1 = none
 Lines RowsOf(HWND dialog, int list, int columns); // of a list view: "DATA: text|text|..."
 
