@@ -58,6 +58,7 @@ static void SwitchDirectLinkOff(HWND page)
     RestoreDefaultColor();
     // While it was on nothing was shown: an edit left empty would be taken for a 0 as soon as it loses the focus.
     FillColorPage(page, g_nCurMonitor);
+    SetEcoButtonImage(page);
     EnableColorPage(page);
     NotifyDirectLink(0);
 }

@@ -346,13 +346,17 @@ TEST_F(ColorPageTest, DirectLink)
     DropFiles(page, IDC_COLOR_APP_LIST, {"C:\\windows\\notepad.exe"});
     EXPECT_EQ(g_nAppProfile, 1) << "nor by a drop";
 
+    host.monitors[0].features[VCP_ECO_MODE].current = 1;
     OpenPage();
     ExpectUse(false, false);
     EXPECT_TRUE(IsChecked(page, IDC_COLOR_DIRECT_LINK));
     EXPECT_EQ(TextOf(page, IDC_COLOR_CONTRAST_EDIT), "");
     g_CurSetting[0].wContrast = 1;
+    const LRESULT ecoOff = EcoImage();
     Click(page, IDC_COLOR_DIRECT_LINK);
-    EXPECT_EQ(Requests(), "set 0 E0 = 0|set 0 10 = 60|set 0 12 = 70|set 0 14 = 11|"
+    EXPECT_TRUE(IsChecked(page, IDC_COLOR_ECO));
+    EXPECT_NE(EcoImage(), ecoOff) << "the picture goes with the check";
+    EXPECT_EQ(Requests(), "set 0 E0 = 1|set 0 10 = 60|set 0 12 = 70|set 0 14 = 11|"
                           "set 0 16 = 81|set 0 18 = 82|set 0 1A = 83|directlink 0 = 0|");
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "Lumivane2", "DirectLink"), 0u);
     EXPECT_EQ(g_CurSetting[0].wContrast, 70);
