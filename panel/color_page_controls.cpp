@@ -111,11 +111,19 @@ LONG *ColorItemMaximum(COLORITEM item)
 
 // ---- Values -------------------------------------------------------------------------------------------------------
 
+// The end of a slider's range. A maximum that was never read is 0, as that of the brightness in an ECO state that the
+// monitor has not been in: a slider without a range would write 0 with the next click on it.
+static WORD SliderEnd(LONG maximum)
+{
+    constexpr WORD USUAL_MAXIMUM = 100;
+    return maximum == 0 ? USUAL_MAXIMUM : static_cast<WORD>(maximum);
+}
+
 static void ShowValue(HWND page, int edit, int slider, WORD value, LONG maximum, BOOL redrawRange)
 {
     SetDlgItemInt(page, edit, value, FALSE);
     SendDlgItemMessageA(page, slider, TBM_SETRANGE, static_cast<WPARAM>(redrawRange),
-                        MAKELPARAM(0, static_cast<WORD>(maximum)));
+                        MAKELPARAM(0, SliderEnd(maximum)));
     SendDlgItemMessageA(page, slider, TBM_SETPOS, TRUE, value);
 }
 

@@ -54,7 +54,8 @@ void EnableColorPage(HWND hPage);
 
 // ---- Single controls. While DirectLink is on these do nothing ----
 
-// Sets edit and slider to a value; the slider's range ends at the low 16 bits of the maximum.
+// Sets edit and slider to a value; the slider's range ends at the low 16 bits of the maximum, or at 100 while that was
+// never read.
 void SetContrastItem(HWND hPage, WORD wValue);
 void SetBrightnessItem(HWND hPage, bool bEco, WORD wValue); // and the ECO button's text and check
 void SetGainItem(HWND hPage, bool bEnable, WORD wValue, LONG nMaximum, int nEdit, int nSlider);

@@ -13,6 +13,8 @@
 #include "support/shortcut.h"
 #include "support/text.h"
 
+#include <commctrl.h>
+
 namespace {
 
 // Two applications in slots 0 and 5: ECO on with preset 11, and ECO off with preset 5.
@@ -104,6 +106,8 @@ TEST_F(ColorPageAppsTest, ChoosingAppliesTheProfile)
     EXPECT_EQ(g_CurSetting[0].wBlue, 100);
     EXPECT_EQ(TextOf(page, IDC_COLOR_ECO), "輝度 ECO");
     EXPECT_EQ(TextOf(page, IDC_COLOR_BRIGHTNESS_EDIT), "80");
+    const LRESULT thumb = SendDlgItemMessageA(page, IDC_COLOR_BRIGHTNESS_SLIDER, TBM_GETPOS, 0, 0);
+    EXPECT_EQ(thumb, 80) << "although the maximum of this ECO state was never read";
     EXPECT_EQ(TextOf(page, IDC_COLOR_BLUE_EDIT), "100");
     EXPECT_EQ(SelectionOf(page, IDC_COLOR_TEMP), 3);
     EXPECT_TRUE(IsEnabled(page, IDC_COLOR_RED_SLIDER));
