@@ -30,12 +30,12 @@ void SetVCPAll(BYTE bCode, LONG nValue)
         SetVCP(monitor, bCode, static_cast<WORD>(nValue));
 }
 
-void SetSelectedOrAll(BYTE bCode, LONG nValue)
+void SetSelectedOrAll(LONG nSelected, BYTE bCode, LONG nValue)
 {
     if (g_bAllMonitors)
         SetVCPAll(bCode, nValue);
     else
-        SetVCP(g_nCurMonitor, bCode, static_cast<WORD>(nValue));
+        SetVCP(nSelected, bCode, static_cast<WORD>(nValue));
 }
 
 // ---- Colours ------------------------------------------------------------------------------------------------------
@@ -72,32 +72,32 @@ void ReadColors(const HOSTPACKET *lpCommand)
 }
 
 // Writes a value that the selected monitor's maximum limits, also where it goes to all monitors.
-static void WriteLimited(BYTE code, WORD value, LONG (&maxima)[MAX_MONITOR])
+static void WriteLimited(LONG monitor, BYTE code, WORD value, LONG (&maxima)[MAX_MONITOR])
 {
     if (value == HOSTCOLORS_KEEP)
         return;
-    const LONG monitor = g_nCurMonitor;
     LONG maximum = -1;
     GetVCP(monitor, code, &maximum);
     if (IsMonitorIndex(monitor))
         maxima[monitor] = maximum;
     // Signed, so that a maximum that could not be read, -1, is the smaller one and is written: deliberate.
-    SetSelectedOrAll(code, maximum < value ? maximum : value);
+    SetSelectedOrAll(monitor, code, maximum < value ? maximum : value);
 }
 
 void WriteColors(const HOSTPACKET *lpCommand)
 {
     const HOSTCOLORS colors = TakePayload<HOSTCOLORS>(lpCommand);
+    const LONG monitor = g_nCurMonitor; // another may be chosen while the command runs: it stays with this one
     if (colors.dwEco == 0) {
-        SetSelectedOrAll(VCP_ECO_MODE, 0);
-        WriteLimited(VCP_BRIGHTNESS, colors.wBright, g_nMaxBright);
+        SetSelectedOrAll(monitor, VCP_ECO_MODE, 0);
+        WriteLimited(monitor, VCP_BRIGHTNESS, colors.wBright, g_nMaxBright);
     } else if (colors.dwEco == 1) {
-        SetSelectedOrAll(VCP_ECO_MODE, 1);
-        WriteLimited(VCP_BRIGHTNESS, colors.wBrightEco, g_nMaxBrightEco);
+        SetSelectedOrAll(monitor, VCP_ECO_MODE, 1);
+        WriteLimited(monitor, VCP_BRIGHTNESS, colors.wBrightEco, g_nMaxBrightEco);
     }
-    WriteLimited(VCP_CONTRAST, colors.wContrast, g_nMaxContrast);
+    WriteLimited(monitor, VCP_CONTRAST, colors.wContrast, g_nMaxContrast);
     // Written also when it is all ones, unlike the other fields: deliberate.
-    SetSelectedOrAll(VCP_COLOR_PRESET, colors.wColorPreset);
+    SetSelectedOrAll(monitor, VCP_COLOR_PRESET, colors.wColorPreset);
 
     const WORD result = 0;
     AnswerCommand(lpCommand, lpCommand->lpData->dwRequestID, PLUGIN_REPLY_RESULT, &result, sizeof result);
@@ -111,31 +111,32 @@ static void AnswerFeature(const HOSTPACKET *command, const HOSTVCP &feature)
     AnswerCommand(command, command->lpData->dwRequestID, command->lpData->wCode, &feature, sizeof feature);
 }
 
-// Reads a feature into its answer fields.
-static void FillFeature(HOSTVCP *feature)
+// Reads a monitor's feature into its answer fields.
+static void FillFeature(LONG monitor, HOSTVCP *feature)
 {
     feature->nMaximum = -1;
-    feature->nValue = GetVCP(g_nCurMonitor, feature->bCode, &feature->nMaximum);
+    feature->nValue = GetVCP(monitor, feature->bCode, &feature->nMaximum);
 }
 
 void ReadFeature(const HOSTPACKET *lpCommand)
 {
     HOSTVCP feature = TakePayload<HOSTVCP>(lpCommand);
-    FillFeature(&feature);
+    FillFeature(g_nCurMonitor, &feature);
     AnswerFeature(lpCommand, feature);
 }
 
 // A feature that cannot be read is not written either.
 static void WritePlainFeature(HOSTVCP *feature)
 {
+    const LONG monitor = g_nCurMonitor;
     const LONG value = feature->nValue;
-    FillFeature(feature);
+    FillFeature(monitor, feature);
     if (feature->nValue == -1) {
         feature->nMaximum = -1;
         return;
     }
-    SetSelectedOrAll(feature->bCode, value);
-    FillFeature(feature);
+    SetSelectedOrAll(monitor, feature->bCode, value);
+    FillFeature(monitor, feature);
 }
 
 // ---- Button lock --------------------------------------------------------------------------------------------------

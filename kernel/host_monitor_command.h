@@ -14,5 +14,6 @@ void WriteFeature(const HOSTPACKET *lpCommand);
 // SetVCP on every monitor in turn, with the low 16 bits of the value. Any thread.
 void SetVCPAll(BYTE bCode, LONG nValue);
 
-// SetVCP on the selected monitor or, in the all-monitors mode, on every one. Any thread.
-void SetSelectedOrAll(BYTE bCode, LONG nValue);
+// SetVCP on the selected monitor or, in the all-monitors mode, on every one. A command of several accesses takes
+// g_nCurMonitor once and hands it to each as nSelected: another may be chosen meanwhile. Any thread.
+void SetSelectedOrAll(LONG nSelected, BYTE bCode, LONG nValue);

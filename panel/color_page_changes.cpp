@@ -13,16 +13,16 @@
 constexpr DWORD MONITOR_SETTLES_MS = 200; // until the values that depend on a change can be read
 constexpr UINT VALUE_END = 0xFFFF;
 
-void ReadColorItem(COLORITEM item)
+void ReadColorItem(LONG nMonitor, COLORITEM item)
 {
-    LONG *maximum = ColorItemMaximum(item);
-    *ColorItemValue(item) = static_cast<WORD>(GetVCP(g_nCurMonitor, ColorItemCode(item), maximum));
+    LONG *maximum = ColorItemMaximum(nMonitor, item);
+    *ColorItemValue(nMonitor, item) = static_cast<WORD>(GetVCP(nMonitor, ColorItemCode(item), maximum));
 }
 
-static void ChangeColorItem(COLORITEM item, WORD value)
+static void ChangeColorItem(LONG monitor, COLORITEM item, WORD value)
 {
-    *ColorItemValue(item) = value;
-    SetSelectedOrAll(ColorItemCode(item), value);
+    *ColorItemValue(monitor, item) = value;
+    SetSelectedOrAll(monitor, ColorItemCode(item), value);
 }
 
 // ---- Sliders and edits --------------------------------------------------------------------------------------------
@@ -32,10 +32,11 @@ void OnColorSlider(HWND hPage, HWND hSlider)
     const COLORITEM item = ColorItemOfSlider(hPage, hSlider);
     if (item == COLOR_ITEM_NONE)
         return;
+    const LONG monitor = g_nCurMonitor;
     const WORD position = static_cast<WORD>(SendMessageA(hSlider, TBM_GETPOS, 0, 0));
-    if (position == *ColorItemValue(item))
+    if (position == *ColorItemValue(monitor, item))
         return;
-    ChangeColorItem(item, position);
+    ChangeColorItem(monitor, item, position);
     SetDlgItemInt(hPage, ColorItemEdit(item), position, FALSE);
 }
 
@@ -45,7 +46,7 @@ static void OnEditLeft(HWND page, COLORITEM item)
     // The slider takes signed numbers: a very large one would send it to its beginning.
     SendDlgItemMessageA(page, ColorItemSlider(item), TBM_SETPOS, TRUE,
                         static_cast<LPARAM>(typed < VALUE_END ? typed : VALUE_END));
-    ChangeColorItem(item, static_cast<WORD>(typed));
+    ChangeColorItem(g_nCurMonitor, item, static_cast<WORD>(typed));
 }
 
 void OnColorEdit(HWND hPage, COLORITEM item, WORD wNotification)
@@ -62,12 +63,13 @@ void OnEcoButton(HWND hPage)
 {
     if (!SetEcoButtonImage(hPage))
         return;
-    DWORD *eco = &g_CurSetting[g_nCurMonitor].dwEco;
+    const LONG monitor = g_nCurMonitor;
+    DWORD *eco = &g_CurSetting[monitor].dwEco;
     *eco = *eco == 0 ? 1 : 0;
-    SetSelectedOrAll(VCP_ECO_MODE, static_cast<LONG>(*eco));
+    SetSelectedOrAll(monitor, VCP_ECO_MODE, static_cast<LONG>(*eco));
     Sleep(MONITOR_SETTLES_MS);
-    ReadColorItem(COLOR_BRIGHTNESS);
-    SetBrightnessItem(hPage, *eco != 0, *ColorItemValue(COLOR_BRIGHTNESS));
+    ReadColorItem(monitor, COLOR_BRIGHTNESS);
+    SetBrightnessItem(hPage, *eco != 0, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
     if (bUiReady)
         ResetProfileChoice(hPage);
 }
@@ -77,15 +79,16 @@ void OnColorTemp(HWND hPage)
     const LRESULT position = SendDlgItemMessageA(hPage, IDC_COLOR_TEMP, CB_GETCURSEL, 0, 0);
     if (position < 0 || position >= COLOR_TEMP_COUNT)
         return;
-    const LONG preset = g_nColorTempMap[g_nCurMonitor][position];
-    COLORSETTING *setting = &g_CurSetting[g_nCurMonitor];
+    const LONG monitor = g_nCurMonitor;
+    const LONG preset = g_nColorTempMap[monitor][position];
+    COLORSETTING *setting = &g_CurSetting[monitor];
     if (preset == setting->wColorTemp)
         return;
     setting->wColorTemp = static_cast<SHORT>(preset);
-    SetSelectedOrAll(VCP_COLOR_PRESET, preset);
+    SetSelectedOrAll(monitor, VCP_COLOR_PRESET, preset);
     Sleep(MONITOR_SETTLES_MS);
     for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-        ReadColorItem(item);
+        ReadColorItem(monitor, item);
     ShowRgbControls(hPage, preset >= COLOR_PRESET_FIRST_USER);
     ResetProfileChoice(hPage);
 }

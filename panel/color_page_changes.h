@@ -19,5 +19,5 @@ void OnEcoButton(HWND hPage);
 // A colour temperature was chosen. The monitor has other gains afterwards, which are read back.
 void OnColorTemp(HWND hPage);
 
-// Reads a setting of the selected monitor, and its maximum, into the tables.
-void ReadColorItem(COLORITEM item);
+// Reads a setting of a monitor, and its maximum, into the tables.
+void ReadColorItem(LONG nMonitor, COLORITEM item);

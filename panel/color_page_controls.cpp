@@ -97,16 +97,15 @@ BYTE ColorItemCode(COLORITEM item)
     return s_Items[item].bCode;
 }
 
-WORD *ColorItemValue(COLORITEM item)
+WORD *ColorItemValue(LONG nMonitor, COLORITEM item)
 {
-    COLORSETTING *setting = &g_CurSetting[g_nCurMonitor];
+    COLORSETTING *setting = &g_CurSetting[nMonitor];
     return &(setting->*(setting->dwEco != 0 ? s_Items[item].ecoValue : s_Items[item].value));
 }
 
-LONG *ColorItemMaximum(COLORITEM item)
+LONG *ColorItemMaximum(LONG nMonitor, COLORITEM item)
 {
-    const LONG monitor = g_nCurMonitor;
-    return &(g_CurSetting[monitor].dwEco != 0 ? s_Items[item].lpEcoMaxima : s_Items[item].lpMaxima)[monitor];
+    return &(g_CurSetting[nMonitor].dwEco != 0 ? s_Items[item].lpEcoMaxima : s_Items[item].lpMaxima)[nMonitor];
 }
 
 // ---- Values -------------------------------------------------------------------------------------------------------
@@ -171,8 +170,9 @@ void ShowRgbControls(HWND hPage, bool bShow)
     if (g_bDirectLink)
         return;
     ShowLabels(hPage, s_GainLabels, bShow);
+    const LONG monitor = g_nCurMonitor;
     for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-        SetGainItem(hPage, bShow, *ColorItemValue(item), *ColorItemMaximum(item), ColorItemEdit(item),
+        SetGainItem(hPage, bShow, *ColorItemValue(monitor, item), *ColorItemMaximum(monitor, item), ColorItemEdit(item),
                     ColorItemSlider(item));
 }
 

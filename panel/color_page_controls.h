@@ -38,9 +38,9 @@ int ColorItemEdit(COLORITEM item);
 int ColorItemSlider(COLORITEM item);
 BYTE ColorItemCode(COLORITEM item);
 
-// Where the selected monitor's value and maximum are kept; of the brightness, those of its ECO state.
-WORD *ColorItemValue(COLORITEM item);
-LONG *ColorItemMaximum(COLORITEM item);
+// Where a monitor's value and maximum are kept; of the brightness, those of its ECO state.
+WORD *ColorItemValue(LONG nMonitor, COLORITEM item);
+LONG *ColorItemMaximum(LONG nMonitor, COLORITEM item);
 
 // ---- The page as a whole ----
 

@@ -23,48 +23,48 @@ static int SelectedPosition(HWND page)
 
 // ---- Apply --------------------------------------------------------------------------------------------------------
 
-static void WriteItem(COLORITEM item, WORD value)
+static void WriteItem(LONG monitor, COLORITEM item, WORD value)
 {
-    *ColorItemValue(item) = value;
-    SetVCP(g_nCurMonitor, ColorItemCode(item), value);
+    *ColorItemValue(monitor, item) = value;
+    SetVCP(monitor, ColorItemCode(item), value);
 }
 
-static void ApplyBrightness(HWND page, const COLORSETTING *profile)
+static void ApplyBrightness(HWND page, LONG monitor, const COLORSETTING *profile)
 {
     const bool eco = profile->dwEco != 0;
-    g_CurSetting[g_nCurMonitor].dwEco = profile->dwEco;
-    SetVCP(g_nCurMonitor, VCP_ECO_MODE, static_cast<WORD>(profile->dwEco));
+    g_CurSetting[monitor].dwEco = profile->dwEco;
+    SetVCP(monitor, VCP_ECO_MODE, static_cast<WORD>(profile->dwEco));
     // The maximum of this ECO state may never have been read.
-    GetVCP(g_nCurMonitor, VCP_BRIGHTNESS, ColorItemMaximum(COLOR_BRIGHTNESS));
-    WriteItem(COLOR_BRIGHTNESS, eco ? profile->wBrightEco : profile->wBright);
-    SetBrightnessItem(page, eco, *ColorItemValue(COLOR_BRIGHTNESS));
+    GetVCP(monitor, VCP_BRIGHTNESS, ColorItemMaximum(monitor, COLOR_BRIGHTNESS));
+    WriteItem(monitor, COLOR_BRIGHTNESS, eco ? profile->wBrightEco : profile->wBright);
+    SetBrightnessItem(page, eco, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
     ShowEcoImage(page, eco);
 }
 
-static void ApplyContrast(HWND page, const COLORSETTING *profile)
+static void ApplyContrast(HWND page, LONG monitor, const COLORSETTING *profile)
 {
-    WriteItem(COLOR_CONTRAST, profile->wContrast);
+    WriteItem(monitor, COLOR_CONTRAST, profile->wContrast);
     SetContrastItem(page, profile->wContrast);
 }
 
-static void ApplyGains(const COLORSETTING *profile)
+static void ApplyGains(LONG monitor, const COLORSETTING *profile)
 {
-    WriteItem(COLOR_RED, profile->wRed);
-    WriteItem(COLOR_GREEN, profile->wGreen);
-    WriteItem(COLOR_BLUE, profile->wBlue);
+    WriteItem(monitor, COLOR_RED, profile->wRed);
+    WriteItem(monitor, COLOR_GREEN, profile->wGreen);
+    WriteItem(monitor, COLOR_BLUE, profile->wBlue);
 }
 
-static void ApplyColorTemp(HWND page, const COLORSETTING *profile)
+static void ApplyColorTemp(HWND page, LONG monitor, const COLORSETTING *profile)
 {
-    g_CurSetting[g_nCurMonitor].wColorTemp = profile->wColorTemp;
-    SetVCP(g_nCurMonitor, VCP_COLOR_PRESET, static_cast<WORD>(profile->wColorTemp));
+    g_CurSetting[monitor].wColorTemp = profile->wColorTemp;
+    SetVCP(monitor, VCP_COLOR_PRESET, static_cast<WORD>(profile->wColorTemp));
     SelectColorTemp(page, profile->wColorTemp);
     const bool user = profile->wColorTemp >= COLOR_PRESET_FIRST_USER;
     if (user)
-        ApplyGains(profile);
+        ApplyGains(monitor, profile);
     else
         for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-            ReadColorItem(item);
+            ReadColorItem(monitor, item);
     ShowRgbControls(page, user);
 }
 
@@ -74,10 +74,11 @@ void ApplySysProfile(HWND hPage, int nItemData)
         return;
     COLORSETTING profile = {};
     SettingFromProfile(&profile, &g_SysProfile[nItemData - 1]);
+    const LONG monitor = g_nCurMonitor;
     bUiReady = 0; // the edits change now, and the choice stays
-    ApplyBrightness(hPage, &profile);
-    ApplyContrast(hPage, &profile);
-    ApplyColorTemp(hPage, &profile);
+    ApplyBrightness(hPage, monitor, &profile);
+    ApplyContrast(hPage, monitor, &profile);
+    ApplyColorTemp(hPage, monitor, &profile);
     bUiReady = 1;
 }
 

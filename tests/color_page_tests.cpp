@@ -256,6 +256,13 @@ TEST_F(ColorPageTest, EcoModeAndColorTemperature)
             ExpectUse(true, c.preset >= 11);
         }
     }
+    g_bAllMonitors = 0;
+    host.plan = [](const TestRequest &) { // another monitor is chosen meanwhile
+        g_nCurMonitor = 1;
+        return Answer{};
+    };
+    Pick(page, IDC_COLOR_TEMP, 2);
+    EXPECT_EQ(Requests(), "set 0 14 = 8|" + gainsRead);
 }
 
 TEST_F(ColorPageTest, AppliesAProfileToTheSelectedMonitorOnly)

@@ -201,9 +201,15 @@ TEST_F(HostCommandTest, EachCommandOnTheSelectedMonitorAndOnAll)
         {"nothing", 40, "", "", 0, nullptr, nullptr},
         {"allow name change", 130, "", "", 2, "0100", nullptr},
     };
+    // The user chooses the third monitor as soon as a command has begun: it goes on with the second.
+    host.plan = [](const TestRequest &) {
+        g_nCurMonitor = 2;
+        return Answer{};
+    };
     for (const LONG all : {0, 1})
         for (const auto &c : cases) {
             SCOPED_TRACE(c.what);
+            g_nCurMonitor = 1;
             g_bAllMonitors = all;
             host.monitors = {ColorMonitor("A"), ColorMonitor("B"), ColorMonitor("C")};
             host.monitors[0].features[0x10].maximum = 80; // that of the selected monitor limits all
