@@ -63,7 +63,8 @@ static void ShutDown(const HOSTPACKET *command)
 static void AnswerMonitorCount(const HOSTPACKET *command)
 {
     const LONG count = g_nMonitor;
-    // The block's size in the place of the request number: deliberate, the host knows this reply by it.
+    // The block's size in the place of the request number: the host tells this reply by it, and would wait for its
+    // answer in vain otherwise.
     AnswerCommand(command, command->lpData->dwSize, PLUGIN_COMMAND_MONITOR_COUNT, &count, sizeof count);
 }
 

@@ -80,7 +80,8 @@ static void WriteLimited(LONG monitor, BYTE code, WORD value, LONG (&maxima)[MAX
     GetVCP(monitor, code, &maximum);
     if (IsMonitorIndex(monitor))
         maxima[monitor] = maximum;
-    // Signed, so that a maximum that could not be read, -1, is the smaller one and is written: deliberate.
+    // Signed, so that a maximum that could not be read, -1, is the smaller one: 65535 goes out, which names no setting,
+    // rather than a value that nobody has compared with the monitor's range.
     SetSelectedOrAll(monitor, code, maximum < value ? maximum : value);
 }
 
@@ -96,7 +97,7 @@ void WriteColors(const HOSTPACKET *lpCommand)
         WriteLimited(monitor, VCP_BRIGHTNESS, colors.wBrightEco, g_nMaxBrightEco);
     }
     WriteLimited(monitor, VCP_CONTRAST, colors.wContrast, g_nMaxContrast);
-    // Written also when it is all ones, unlike the other fields: deliberate.
+    // Written also when it is all ones, unlike the other fields: the monitor gets 65535 then, which names no preset.
     SetSelectedOrAll(monitor, VCP_COLOR_PRESET, colors.wColorPreset);
 
     const WORD result = 0;

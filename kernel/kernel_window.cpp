@@ -57,7 +57,7 @@ static void ShowStopMessage(LPCSTR text)
 }
 
 // Arms a timer that the plug-in cannot do without. On failure says so and destroys the window, but lets its creation go
-// on: creation and shutdown then run to their ends as ever.
+// on: creation and shutdown both run to their ends, and nothing is left half made.
 static void ArmNeededTimer(HWND hWnd, UINT_PTR id, UINT period, LPCSTR failure)
 {
     if (SetTimer(hWnd, id, period, nullptr))

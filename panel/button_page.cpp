@@ -22,7 +22,8 @@ static const BUTTONPAGE pages[LAUNCHER_BUTTON_COUNT] = {
     BUTTON_PAGE(2, BUTTON_2, 2),
     BUTTON_PAGE(3, BUTTON_3, 4),
     BUTTON_PAGE(4, BUTTON_4, 8),
-    // POWER's bit and not its own 16, as in every release: the masks that are stored have it so.
+    // POWER's bit and not its own 16: users' masks were stored with it, and a function that is switched off by another
+    // bit would leave this one locked.
     BUTTON_PAGE(5, BUTTON_5, 128),
     BUTTON_PAGE(LAUNCHER_BUTTON_POWER, POWER, 128),
 };

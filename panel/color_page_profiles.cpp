@@ -114,7 +114,7 @@ void OnRegisterProfile(HWND hPage)
     SetProfileData(PROFILE_SYS_SET, slot, name, name);
     ++g_nSysProfile; // before the write: its message box lets the user open this page anew, which counts afresh
     WriteSysProfile(slot);
-    ProfileCombo(hPage, CB_SETCURSEL, slot); // the entry before the new one, as ever
+    ProfileCombo(hPage, CB_SETCURSEL, slot); // the entry before the new one, which nothing has been applied from
 }
 
 void OnDeleteProfile(HWND hPage)

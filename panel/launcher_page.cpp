@@ -75,7 +75,8 @@ static BOOL SetCell(HWND hPage, int row, int column, char *text)
 }
 
 // The row is found by trial, from the one that the button has on a model with all buttons up to two above. So behind a
-// missing button the texts stand a row too low while there is a row; kept like this.
+// missing button the texts stand a row too low while there is a row; the test buttons above the list start what is
+// really assigned.
 static void ShowAssignment(HWND hPage, int button)
 {
     char program[SETTING_TEXT_SIZE];
@@ -111,7 +112,7 @@ static void Refuse(HWND hPage, LPCSTR text)
     MessageBoxA(hPage, text, PRODUCT_TITLE, MB_ICONHAND);
 }
 
-// One more than the messages say fits, and always has.
+// One more fits than the messages say: with their number, one slot could never be used.
 static bool IsListFull(HWND hPage)
 {
     return Candidates(hPage, LB_GETCOUNT, 0, nullptr) >= CANDIDATE_COUNT;

@@ -38,7 +38,8 @@ void StartDirectLink()
 {
     if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK) != 1)
         return;
-    SetProfileData(PROFILE_APP_LOAD, 0, nullptr, nullptr); // loaded already; once more, as ever
+    // Once more, in case the file was edited since the store was loaded a second ago.
+    SetProfileData(PROFILE_APP_LOAD, 0, nullptr, nullptr);
     g_bDirectLink = 1;
     NotifyDirectLink(1);
 }
@@ -66,7 +67,8 @@ static bool ShowsVideo(LONG monitor)
 }
 
 // The input looked at is that of the monitor with the slot's number, whichever monitor is written, and it is read anew
-// for each: odd, but meant so. A failed read, as of a monitor that is not there, lets the profile through.
+// for each. A failed read, as of a monitor that is not there, lets the profile through: with the input of the monitor
+// that is written, profiles that users see applied to a video picture today would not come any more.
 void ApplyAppProfile(int nSlot)
 {
     const LONG first = g_bAllMonitors ? 0 : g_nCurMonitor.load();
@@ -141,7 +143,7 @@ void ForegroundCheck(HWND hKernelWnd)
         OnAppInFront(hKernelWnd, app);
     } else {
         s_bAppHandled = false;
-        RestoreDefaultColor(); // on every tick, also when nothing has changed
+        RestoreDefaultColor(); // on every tick: a write that failed, or a change from elsewhere, lasts until the next
     }
     g_bForeIdle = 1;
 }

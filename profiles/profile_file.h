@@ -33,7 +33,8 @@ size_t FormatProfileText(const PROFILEENTRY *lpEntry, char *lpText);
 void JoinSectionLines(char *lpText, size_t cbText);
 
 // Looks a key up in a joined text. The first line that contains the key's name anywhere wins, and its value begins one
-// character after that name: a path with "red" in it is taken for that gain, as it always was.
+// character after that name: a path with "red" in it is taken for that gain. Users' files are read so; found otherwise,
+// their profiles would change colours.
 // A string is cut to cbBuffer - 1 characters and empty without such a line; a number is -1 without one.
 void GetSectionString(const char *lpText, const char *lpKey, char *lpBuffer, size_t cbBuffer);
 int32_t GetSectionInt(const char *lpText, const char *lpKey);

@@ -204,7 +204,7 @@ void InitSystemProfiles()
         UINT name;
         PROFILEENTRY values;
     } profiles[SYS_PROFILE_FIRST_USER] = {
-        // A brightness of 255 is meant: it is more than any monitor's maximum.
+        // A brightness of 255 is more than any monitor's maximum: these three ask for all that there is.
         {IDS_PROFILE_PHOTO, {"", 0, 65, 255, 0, 1, 0, 0, 0, "", ""}},
         {IDS_PROFILE_FILM, {"", 0, 65, 255, 0, 8, 0, 0, 0, "", ""}},
         {IDS_PROFILE_TELEVISION, {"", 0, 70, 255, 0, 8, 0, 0, 0, "", ""}},

@@ -229,7 +229,8 @@ static LRESULT OnCreate(HWND hWnd)
     if (!g_hServerEvent)
         g_hServerEvent = CreateEventA(nullptr, TRUE, TRUE, nullptr);
     StartListener(hWnd);
-    return -1; // refuses the window on purpose: the listener runs on, out of reach of StopServerLink
+    return -1; // refuses the window: the listener runs on, out of reach of StopServerLink, and the server is still
+               // heard
 }
 
 static LRESULT OnClose(HWND hWnd)

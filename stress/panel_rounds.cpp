@@ -50,7 +50,7 @@ void RunPanel(const WORKOPTIONS &options)
     }
     Step("end");
     ExpectNoGrowth(before);
-    // One a creation of the reservation page is required: it keeps the file from being deleted.
+    // One a creation of the reservation page: it keeps the file from being deleted.
     Expect(descriptors == rounds, std::to_string(descriptors) + " descriptors of ontimer.ini were left open");
     StopPlugin(&stage);
     Figure(std::to_string(rounds) + " panels, " + std::to_string(pages) + " pages");

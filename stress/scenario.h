@@ -36,7 +36,7 @@ struct SCENARIO {
     std::string (*missing)(STAGE *); // after an act without faults: what was not done; empty when all was
 };
 
-// Settings that a scenario may leave although they are neither as before nor as asked, because the product is to do so.
+// Settings that a scenario may leave although they are neither as before nor as asked, each with its reason.
 struct TOLERATED {
     const char *scenario;
     const char *part; // end of its name in an image

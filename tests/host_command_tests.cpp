@@ -51,7 +51,7 @@ protected:
         return result;
     }
 
-    // The header's command is another one than the block's, on purpose.
+    // The header's command is another one than the block's, which is the one that counts.
     static HOSTPACKET Packet(HOSTDATA *data) { return {sender, g_MyAddr, 0x8421, 0, data->dwSize, data, 2, 0}; }
 
     // Slot 16 on the host's thread. The block ends where the accessible memory ends, so that a byte too many faults.

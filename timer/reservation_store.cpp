@@ -25,7 +25,8 @@ int ShowReservationMessage(HWND hOwner, UINT nString, UINT nStyle)
 
 // ---- Loading ------------------------------------------------------------------------------------------------------
 
-// The descriptor is never closed, on purpose: from the first load on, nobody can delete the file while we run.
+// The descriptor is never closed: from the first load on, nobody can delete the file, and with it what is reserved,
+// while we run.
 static bool FileExists(LPCSTR path)
 {
     return _open(path, _O_RDONLY) != -1;
