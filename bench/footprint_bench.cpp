@@ -2,6 +2,7 @@
 #include "bench/bench_session.h"
 #include "bench/benchmarks.h"
 #include "bench/measure.h"
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 
 #include <psapi.h>

@@ -1,6 +1,7 @@
 // Opening the Display control panel and finding its property sheet among all windows.
 #include "kernel/display_cpl.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/platform.h"
 
@@ -82,5 +83,5 @@ void OpenDisplayCpl(HWND hKernelWnd)
     WinExec("control.exe desk.cpl", SW_SHOWNORMAL);
     s_EnumBusy = false;
     if (!SetTimer(hKernelWnd, TIMER_DISPLAY_CPL, SEARCH_PERIOD_MS, nullptr))
-        MessageBoxA(nullptr, "Fail to set timer", "MainPanelProc", MB_OK);
+        ShowBox(nullptr, "Fail to set timer", "MainPanelProc", MB_OK);
 }

@@ -1,6 +1,7 @@
 // The identity record: from the settings to the host.
 #include "kernel/identity.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/host_packet.h"
 #include "settings/registry.h"
 
@@ -30,7 +31,7 @@ int SendIdentity(const HOSTPACKET *lpCommand, DWORD dwRequestID)
     BuildIdentity(&identity);
     const REPLYRESULT result = AnswerCommand(lpCommand, dwRequestID, PLUGIN_REPLY_RECORD, &identity, sizeof identity);
     if (result == REPLYRESULT::NoHeader)
-        MessageBoxA(nullptr, "Memory Set Error", "Error", MB_OK);
+        ShowBox(nullptr, "Memory Set Error", "Error", MB_OK);
     return result == REPLYRESULT::Sent;
 }
 

@@ -27,6 +27,7 @@ extern SHAREDFLAG g_bNotJapanese; // 1 unless the system's default language is J
 int StartKernelThread(HWND hHostWnd);
 
 // Ends the thread in order (its window runs its shutdown) and waits for that without limit; messages sent to windows of
-// the calling thread are still delivered. A message box that is open on the thread is closed without an answer: its
-// caller gets neither Yes nor OK. Host's thread. Result: 1, or 0 when no thread runs.
+// the calling thread are still delivered. A message box or file dialog that is open on the thread is closed; what it
+// then returns is the system's affair and may be OK, which is why boxes go by kernel/base/texts.h and file dialogs by
+// panel/open_file.h: their callers get no answer. Host's thread. Result: 1, or 0 when no thread runs.
 int StopKernelThread();

@@ -1,6 +1,7 @@
 // Creation sequence, timers and shutdown sequence of the kernel window.
 #include "kernel/kernel_window.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/display_cpl.h"
 #include "kernel/host_protocol.h"
 #include "kernel/host_request.h"
@@ -51,27 +52,20 @@ static void InitCommonControlClasses()
     InitCommonControlsEx(&classes);
 }
 
-static void ShowStopMessage(LPCSTR text)
-{
-    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONSTOP);
-}
-
 // Arms a timer that the plug-in cannot do without. On failure says so and destroys the window, but lets its creation go
 // on: creation and shutdown both run to their ends, and nothing is left half made.
 static void ArmNeededTimer(HWND hWnd, UINT_PTR id, UINT period, LPCSTR failure)
 {
     if (SetTimer(hWnd, id, period, nullptr))
         return;
-    ShowStopMessage(failure);
+    ShowBox(nullptr, failure, PRODUCT_TITLE, MB_OK | MB_ICONSTOP);
     DestroyWindow(hWnd);
 }
 
 // The text is that of a missing monitor: to the user it comes to the same.
 static void ReportMissingPsapi(HWND hWnd)
 {
-    char text[512] = "";
-    LoadStringA(g_hInstance, IDS_NO_MONITOR, text, sizeof text);
-    ShowStopMessage(text);
+    ShowStringBox(nullptr, IDS_NO_MONITOR, PRODUCT_TITLE, MB_OK | MB_ICONSTOP);
     DestroyWindow(hWnd);
 }
 
@@ -130,15 +124,16 @@ static bool StartUp(HWND hWnd)
     return true;
 }
 
-// The user is told first; a window that does not answer does not hold us up.
+// The user is told first, so a stop that takes the word away leaves the older version alone. A window that does not
+// answer does not hold us up.
 static void CloseOlderVersion()
 {
     const HWND hOlder = FindWindowA(OLDER_VERSION_CLASS, nullptr);
     if (!hOlder)
         return;
-    char text[256] = "";
-    LoadStringA(g_hInstance, IDS_OLDER_VERSION, text, sizeof text);
-    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
+    ShowStringBox(nullptr, IDS_OLDER_VERSION, PRODUCT_TITLE, MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND);
+    if (g_bAbort)
+        return;
     DWORD_PTR result;
     SendMessageTimeoutA(hOlder, WM_CLOSE, 0, 0, SMTO_ABORTIFHUNG, CLOSE_OLDER_TIMEOUT_MS, &result);
 }

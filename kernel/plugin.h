@@ -8,9 +8,6 @@
 #include "kernel/host_protocol.h"
 #include "kernel/shared_flag.h"
 
-// Caption of most message boxes. Not the title that slot 1 reports, which has no blank.
-#define PRODUCT_TITLE "Lumivane 2"
-
 extern HINSTANCE g_hInstance; // the plug-in's own module, for every resource load
 extern SHAREDWND g_hHostWnd;  // the host's window: every packet goes there
 extern char g_szTitle[128];   // product title from the string table; empty before slot 0

@@ -1,8 +1,8 @@
 // The scan of the button registers, launching by a press, and the end of the PC by the POWER button.
 #include "launcher/button_poll.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
 #include "launcher/launch.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"
@@ -82,7 +82,7 @@ static void ShutDownMonitorsAndPc()
 
 static void AskShutdown(HWND hKernelWnd)
 {
-    if (MessageBoxA(hKernelWnd, s_szShutdownQuestion, PRODUCT_TITLE, MB_OKCANCEL | MB_ICONASTERISK) == IDOK)
+    if (ShowBox(hKernelWnd, s_szShutdownQuestion, PRODUCT_TITLE, MB_OKCANCEL | MB_ICONASTERISK) == IDOK)
         ShutDownMonitorsAndPc();
 }
 

@@ -1,7 +1,7 @@
 // Registered applications: choosing, registering, updating, deleting.
 #include "panel/color_page_apps.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_controls.h"
 #include "panel/color_page_images.h"
@@ -154,7 +154,7 @@ void OnDeleteApp(HWND hPage)
 
 static void ShowNoExe(HWND page, LPCSTR path)
 {
-    MessageBoxA(page, path, ERROR_CAPTION, MB_OK);
+    ShowBox(page, path, ERROR_CAPTION, MB_OK);
     if (IsWindow(page))
         ShowPageError(page, IDS_NO_EXE_FILE, ERROR_CAPTION);
 }

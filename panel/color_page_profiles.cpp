@@ -1,6 +1,7 @@
 // Colour profiles from the list to the monitor, and into the list.
 #include "panel/color_page_profiles.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_changes.h"

@@ -1,7 +1,7 @@
 // The launcher settings page: the candidates that buttons can be given, and what every button starts.
 #include "panel/launcher_page.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "launcher/assignments.h"
 #include "launcher/candidates.h"
 #include "launcher/launch.h"
@@ -109,7 +109,7 @@ static LRESULT Candidates(HWND hPage, UINT message, WPARAM wParam, LPCSTR text)
 
 static void Refuse(HWND hPage, LPCSTR text)
 {
-    MessageBoxA(hPage, text, PRODUCT_TITLE, MB_ICONHAND);
+    ShowBox(hPage, text, PRODUCT_TITLE, MB_ICONHAND);
 }
 
 // One more fits than the messages say: with their number, one slot could never be used.

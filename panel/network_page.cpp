@@ -1,6 +1,7 @@
 // The network page's controls. Its ports are stored and shown; the link itself always uses its own.
 #include "panel/network_page.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/identity.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/plugin.h"
@@ -17,13 +18,6 @@
 HWND g_hNetworkPage = nullptr;
 
 constexpr int LOG_WIDTH = 168; // pixels that the panel is wider with the log
-
-static int ShowMessage(HWND hPage, UINT string, UINT style)
-{
-    char text[256] = "";
-    LoadStringA(g_hInstance, string, text, sizeof text);
-    return MessageBoxA(hPage, text, PRODUCT_TITLE, style);
-}
 
 // ---- What is shown ------------------------------------------------------------------------------------------------
 
@@ -111,7 +105,7 @@ static bool ReadPort(HWND hPage, int control, WORD *port)
     BOOL isNumber = FALSE;
     const UINT number = GetDlgItemInt(hPage, control, &isNumber, FALSE);
     if (!isNumber || number > PORT_MAX) {
-        ShowMessage(hPage, IDS_PORT_INVALID, MB_OK | MB_ICONHAND);
+        ShowStringBox(hPage, IDS_PORT_INVALID, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
         SetDlgItemInt(hPage, control, *port, FALSE);
         return false;
     }
@@ -163,7 +157,7 @@ static void OnApply(HWND hPage)
 {
     int answer;
     do
-        answer = ShowMessage(hPage, IDS_ASK_NAME_CHANGE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND);
+        answer = ShowStringBox(hPage, IDS_ASK_NAME_CHANGE, PRODUCT_TITLE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND);
     while (answer != IDYES && answer != IDNO && IsWindow(hPage) && !g_bAbort);
     if (answer == IDYES)
         ChangeNames(hPage);

@@ -1,6 +1,7 @@
 // The file dialog.
 #include "panel/open_file.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "panel/resources/resource.h"
 
@@ -17,7 +18,7 @@ static void BuildFilter(FILEKIND kind, char (&filter)[FILTER_SIZE])
 {
     ZeroMemory(filter, sizeof filter);
     if (kind == FILEKIND::Program)
-        LoadStringA(g_hInstance, IDS_FILTER_PROGRAMS, filter, FILTER_NAME_SIZE);
+        LoadText(IDS_FILTER_PROGRAMS, filter, FILTER_NAME_SIZE);
     else
         lstrcpyA(filter, "すべてのファイル(*.*)");
     lstrcpyA(filter + lstrlenA(filter) + 1, kind == FILEKIND::Program ? "*.exe" : "*.*");
@@ -38,9 +39,9 @@ static BOOL ShowOpenFile(OPENFILENAMEA *dialog)
 int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle)
 {
     char filter[FILTER_SIZE];
-    char caption[128] = "";
+    char caption[128];
     BuildFilter(kind, filter);
-    LoadStringA(g_hInstance, IDS_CHOOSE_PROGRAM, caption, sizeof caption);
+    LoadText(IDS_CHOOSE_PROGRAM, caption, sizeof caption);
     lpszPath[0] = '\0';
     if (lpszTitle)
         lpszTitle[0] = '\0';
@@ -53,5 +54,11 @@ int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle)
     dialog.nMaxFileTitle = lpszTitle ? MAX_PATH : 0;
     dialog.lpstrTitle = caption;
     dialog.Flags = OFN_NONETWORKBUTTON | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
-    return ShowOpenFile(&dialog) != FALSE;
+    // A stop ends the dialog by a quit message, and the system may then report a choice, with an empty path.
+    if (!g_bAbort && ShowOpenFile(&dialog) && !g_bAbort && lpszPath[0])
+        return 1;
+    lpszPath[0] = '\0';
+    if (lpszTitle)
+        lpszTitle[0] = '\0';
+    return 0;
 }

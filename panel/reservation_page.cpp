@@ -1,6 +1,7 @@
 // The reservation page's controls. What is entered and listed goes by timer/reservation_rows.
 #include "panel/reservation_page.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "panel/page_focus.h"
@@ -218,7 +219,7 @@ static INT_PTR OnInit(HWND hPage)
 static void OnAdd(HWND hPage)
 {
     if (!AddReservation(hPage))
-        ShowReservationMessage(hPage, IDS_RESERVATION_INCOMPLETE, MB_OK | MB_ICONHAND);
+        ShowStringBox(hPage, IDS_RESERVATION_INCOMPLETE, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
     else if (g_nReservation == RESERVATION_COUNT)
         EnablePageControl(hPage, IDC_RESERVATION_ADD, FALSE);
     EnablePageControl(hPage, IDC_RESERVATION_DELETE, FALSE);

@@ -1,7 +1,7 @@
 // Which program is in front, and whose colours the monitors get for it; DirectLink at start and stop.
 #include "profiles/foreground.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "monitor/color_settings.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -115,9 +115,8 @@ int AskColorChange(HWND)
     REGENTRY entry = {SUBKEY_GENERAL, "NoAskDialog", REG_DWORD, &noAsk, sizeof noAsk};
     if (ReadSetting(&entry) && noAsk != 0)
         return 1;
-    char question[256] = "";
-    LoadStringA(g_hInstance, IDS_ASK_COLOR_CHANGE, question, sizeof question);
-    return MessageBoxA(nullptr, question, PRODUCT_TITLE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND) == IDYES;
+    return ShowStringBox(nullptr, IDS_ASK_COLOR_CHANGE, PRODUCT_TITLE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND) ==
+           IDYES;
 }
 
 // Asks once each time a registered program comes to the front: also when it is the one of last time, and only windows

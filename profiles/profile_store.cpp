@@ -1,6 +1,7 @@
 // The two profile tables, and the way of their entries to the file, the lists and the monitors' records.
 #include "profiles/profile_store.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "panel/resources/resource.h"
 #include "profiles/first_run_apps.h"
@@ -96,9 +97,7 @@ int WriteSysProfile(int nSlot)
         return 0;
     if (WriteEntry(s_Sys, nSlot))
         return 1;
-    char text[256] = "";
-    LoadStringA(g_hInstance, IDS_PROFILE_NOT_SAVED, text, sizeof text);
-    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONERROR);
+    ShowStringBox(nullptr, IDS_PROFILE_NOT_SAVED, PRODUCT_TITLE, MB_OK | MB_ICONERROR);
     return 0;
 }
 

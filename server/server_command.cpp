@@ -1,6 +1,7 @@
 // The table of server commands, and what they do.
 #include "server/server_command.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "monitor/color_settings.h"
 #include "monitor/monitor_table.h"
@@ -183,14 +184,14 @@ static void ShowServerMessage(const RECEIVED *lpReceived, const COMMANDROW *)
 {
     char text[SERVER_MESSAGE_SIZE];
     ParseServerMessage(text, sizeof text, lpReceived->lpData, lpReceived->cbData);
-    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK);
+    ShowBox(nullptr, text, PRODUCT_TITLE, MB_OK);
 }
 
 static void ShowUnknownCommand(const RECEIVED *lpReceived, const COMMANDROW *)
 {
     char text[64];
     wsprintfA(text, "Unknown command(%d) was found\n", lpReceived->command.bCommand);
-    MessageBoxA(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
+    ShowBox(nullptr, text, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
 }
 
 // ---- Table --------------------------------------------------------------------------------------------------------

@@ -253,12 +253,7 @@ TEST_F(PowerButtonTest, ThePollGoesOnWhileTheQuestionIsOnScreen)
     ASSERT_TRUE(Run());
     Press(128);
     PostMessageA(g_hKernelWnd, WM_TIMER, TIMER_BUTTON_POLL, 0);
-    HWND box = nullptr;
-    for (int round = 0; !box && round < 1000; ++round) {
-        Sleep(10);
-        box = FindWindowA("#32770", "Lumivane 2");
-    }
-    ASSERT_NE(box, nullptr);
+    ASSERT_NE(WaitForDialog("Lumivane 2"), nullptr);
     Press(16);
     Tick(TIMER_BUTTON_POLL);
     EXPECT_EQ(TakeRecordedCalls(), Started("exe_0_5"));

@@ -272,30 +272,18 @@ TEST_F(ColorPageAppsTest, UpdateAndDelete)
 // A box or a choice of file is open while the page goes away, by the panel or by the stop of the plug-in.
 TEST_F(ColorPageAppsTest, PageGoesAwayBehindItsQuestion)
 {
-    // The panel has the same caption, and may lie above or below.
-    const auto findBox = [] {
-        HWND box = nullptr;
-        while ((box = FindWindowExA(nullptr, box, "#32770", "Lumivane 2")) && !GetDlgItem(box, IDYES)) {
-        }
-        return box;
-    };
-    const auto waitForBox = [&](bool open) {
-        for (int round = 0; round < 1000 && (findBox() != nullptr) != open; ++round)
-            Sleep(10);
-        return findBox() != nullptr;
-    };
     for (const bool stop : {false, true}) {
         OpenPage();
         const std::string before = Stored(0);
         SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, LB_SETCURSEL, 0, 0);
         PostMessageA(page, WM_COMMAND, IDC_COLOR_APP_DELETE, 0);
-        ASSERT_TRUE(waitForBox(true));
+        ASSERT_NE(WaitForDialog("Lumivane 2"), nullptr);
         if (stop)
             Stop();
         else
             Close();
         EXPECT_FALSE(IsWindow(page));
-        EXPECT_FALSE(waitForBox(false));
+        EXPECT_EQ(FindDialog("Lumivane 2"), nullptr);
         EXPECT_EQ(Stored(0), before) << "nobody said yes";
     }
 }

@@ -140,12 +140,7 @@ TEST_F(ForegroundTest, TicksBehindAnOpenQuestionAreSkipped)
     ASSERT_TRUE(one.BringToFront());
     host.TakeLog();
     std::thread first([&] { Tick(TIMER_FOREGROUND); });
-    HWND box = nullptr;
-    for (int round = 0; round < 1000 && !(box && IsWindowVisible(box)); ++round) {
-        Sleep(10);
-        box = FindWindowA("#32770", "Lumivane 2");
-    }
-    EXPECT_NE(box, nullptr);
+    EXPECT_NE(WaitForDialog("Lumivane 2"), nullptr);
     EXPECT_EQ(Check(), Lines{}) << "the box's own message loop delivers it";
     EXPECT_EQ(g_bForeIdle, 0);
     BoxAnswerer answerer("Lumivane 2", IDYES);
@@ -247,12 +242,9 @@ TEST_F(ForegroundTest, AStopTakesAwayTheOpenQuestion)
     Register(0, program.KnownPath());
     ASSERT_TRUE(program.BringToFront());
     PostMessageA(g_hKernelWnd, WM_TIMER, TIMER_FOREGROUND, 0);
-    const auto question = [] { return FindWindowA("#32770", "Lumivane 2"); };
-    for (int round = 0; round < 1000 && !question(); ++round)
-        Sleep(10);
-    ASSERT_NE(question(), nullptr);
+    ASSERT_NE(WaitForDialog("Lumivane 2"), nullptr);
     EXPECT_EQ(Stop(), 1);
-    EXPECT_EQ(question(), nullptr);
+    EXPECT_EQ(FindDialog("Lumivane 2"), nullptr);
     EXPECT_EQ(host.TakeLog(),
               (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0", "edid 0", "edid 1", "notice 3"}))
         << "shut down in order, and nothing applied";

@@ -1,5 +1,5 @@
 // The launcher settings page: candidates, assignments and test buttons.
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "support/box_answerer.h"
 #include "support/launcher_session.h"
 #include "support/replaced_imports.h"

@@ -342,20 +342,6 @@ TEST_F(SchedulerTest, PassedReservationsOfAFileThatWasNeverLoaded)
     EXPECT_EQ(host.TakeLog(), Lines{});
 }
 
-TEST_F(SchedulerTest, AQuestionClosedByTheStopHasNoAnswer)
-{
-    LoadFile(Section(0, "2006/06/10 19:00", "2006/06/10 21:00", "3"));
-    const std::string before = IniFolder::Read("ontimer.ini");
-    SetMinute("2006/06/10 20:00");
-    PostQuitMessage(0); // as the stop does
-    EXPECT_EQ(CheckPassedReservations(nullptr), 1);
-    EXPECT_EQ(IniFolder::Read("ontimer.ini"), before);
-    EXPECT_EQ(g_nReservation, 1);
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    }
-}
-
 // ---- By the kernel window's timer ---------------------------------------------------------------------------------
 
 TEST_F(ReservationTimerTest, TheTimerChecksWhatIsLoaded)

@@ -207,12 +207,7 @@ TEST_F(ServerLinkTest, TheStopEndsWhateverTheListenerWaitsIn)
     } cases[] = {
         {"a datagram", SERVER_ECO_ON, [this] { return host.WaitFor("set 0 E0 = 1"); }},
         {"a silent server", SERVER_SET_ALL, [this] { return server.HoldConnection(); }},
-        {"a message box", 7,
-         [] {
-             for (int round = 0; round < 1000 && !FindWindowA("#32770", "Lumivane 2"); ++round)
-                 Sleep(10);
-             return FindWindowA("#32770", "Lumivane 2") != nullptr;
-         }},
+        {"a message box", 7, [] { return WaitForDialog("Lumivane 2") != nullptr; }},
     };
     for (const auto &c : cases) {
         StartLink();
@@ -220,7 +215,7 @@ TEST_F(ServerLinkTest, TheStopEndsWhateverTheListenerWaitsIn)
         ASSERT_TRUE(c.isWaiting()) << c.what;
         EXPECT_LT(TimeOf([this] { Stop(); }), 3000u) << c.what;
         EXPECT_TRUE(WaitForPort(false)) << c.what;
-        EXPECT_EQ(FindWindowA("#32770", "Lumivane 2"), nullptr);
+        EXPECT_EQ(FindDialog("Lumivane 2"), nullptr);
     }
 }
 

@@ -1,7 +1,7 @@
 // Entry and list of the reservation page.
 #include "timer/reservation_rows.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -106,7 +106,7 @@ static void ShowRefusal(HWND hPage, REFUSAL refusal)
         {IDS_RESERVATION_END_TAKEN, MB_ICONHAND},        // REFUSAL_END_TAKEN
         {IDS_RESERVATION_BEFORE_AN_END, MB_ICONHAND},    // REFUSAL_BEFORE_AN_END
     };
-    ShowReservationMessage(hPage, messages[refusal].nString, MB_OK | messages[refusal].nIcon);
+    ShowStringBox(hPage, messages[refusal].nString, PRODUCT_TITLE, MB_OK | messages[refusal].nIcon);
 }
 
 int AddReservation(HWND hPage)
@@ -161,7 +161,7 @@ void DeleteReservationRow(HWND hPage, int n, int nRow, LPCSTR lpszErrorText)
 {
     EmptyReservationSection(g_szOnTimerIni, n);
     if (!SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_DELETEITEM, static_cast<WPARAM>(nRow), 0))
-        MessageBoxA(hPage, lpszErrorText, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
+        ShowBox(hPage, lpszErrorText, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
     FreeReservationSlot(n);
 }
 

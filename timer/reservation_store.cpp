@@ -1,7 +1,7 @@
 // Reservations in "ontimer.ini" and in memory.
 #include "timer/reservation_store.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/texts.h"
 #include "panel/resources/resource.h"
 #include "settings/ini.h"
 
@@ -15,13 +15,6 @@ char g_szOnTimerIni[MAX_PATH] = "";
 LONG nChangeMsg = CHANGE_AT_ONCE;
 
 #define STARTED_MARKER "開始" // key "time" of a started reservation; sorts behind every clock time
-
-int ShowReservationMessage(HWND hOwner, UINT nString, UINT nStyle)
-{
-    char text[512] = "";
-    LoadStringA(g_hInstance, nString, text, sizeof text);
-    return MessageBoxA(hOwner, text, PRODUCT_TITLE, nStyle);
-}
 
 // ---- Loading ------------------------------------------------------------------------------------------------------
 
@@ -61,7 +54,7 @@ int SaveReservation(int n)
     if (WriteIniSection(g_szOnTimerIni, slot->szSection, text))
         return 1;
     // The text speaks of profiles; users know it for every failed save.
-    ShowReservationMessage(nullptr, IDS_PROFILE_NOT_SAVED, MB_OK | MB_ICONHAND);
+    ShowStringBox(nullptr, IDS_PROFILE_NOT_SAVED, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
     return 0;
 }
 

@@ -46,6 +46,3 @@ void DeleteReservation(int n);
 // slot and count.
 void EmptyReservationSection(LPCSTR lpszPath, int n);
 void FreeReservationSlot(int n);
-
-// Message box with a text of the string table and the product title. hOwner may be null. Result: that of the box.
-int ShowReservationMessage(HWND hOwner, UINT nString, UINT nStyle);

@@ -1,8 +1,8 @@
 // The checks of every second, and the check when the panel opens.
 #include "timer/scheduler.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -163,11 +163,11 @@ static bool HasPassed(LPCSTR date, LPCSTR time, LPCSTR now)
 
 static int ReportEnded(HWND hOwner, int n, const PASSEDTEXTS *texts)
 {
-    char format[256] = "";
-    LoadStringA(g_hInstance, IDS_PASSED_ENDED, format, sizeof format);
+    char format[256];
+    LoadText(IDS_PASSED_ENDED, format, sizeof format);
     char text[512];
     wsprintfA(text, format, n, texts->szDate, texts->szTime, texts->szEndDate, texts->szEndTime);
-    return MessageBoxA(hOwner, text, PRODUCT_TITLE, MB_OK | MB_ICONINFORMATION);
+    return ShowBox(hOwner, text, PRODUCT_TITLE, MB_OK | MB_ICONINFORMATION);
 }
 
 // Makes the section start now. Its date stays: today goes under a key of its own, which nothing reads. The table takes
@@ -183,7 +183,7 @@ static void StartNow(LPCSTR path, int n, const CLOCKTEXTS *clock)
 // A box that the stop of the plug-in has closed is no answer: the question is asked again at the next opening.
 static void AskAboutMissedStart(HWND hOwner, LPCSTR path, int n, const CLOCKTEXTS *clock)
 {
-    switch (ShowReservationMessage(hOwner, IDS_PASSED_START, MB_YESNO | MB_ICONQUESTION)) {
+    switch (ShowStringBox(hOwner, IDS_PASSED_START, PRODUCT_TITLE, MB_YESNO | MB_ICONQUESTION)) {
     case IDYES:
         StartNow(path, n, clock);
         break;

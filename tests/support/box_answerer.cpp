@@ -3,6 +3,48 @@
 
 #include <algorithm>
 
+static std::string TextOf(HWND window)
+{
+    char text[1024] = "";
+    GetWindowTextA(window, text, sizeof text);
+    return text;
+}
+
+static std::vector<int> ButtonsOf(HWND box)
+{
+    std::vector<int> buttons;
+    for (int id = IDOK; id <= IDNO; ++id)
+        if (GetDlgItem(box, id) && IsWindowVisible(GetDlgItem(box, id)))
+            buttons.push_back(id);
+    return buttons;
+}
+
+static bool IsOwnDialog(HWND window)
+{
+    DWORD process = 0;
+    char className[32] = "";
+    GetWindowThreadProcessId(window, &process);
+    GetClassNameA(window, className, sizeof className);
+    return process == GetCurrentProcessId() && !strcmp(className, "#32770") && IsWindowVisible(window);
+}
+
+HWND FindDialog(const std::string &caption)
+{
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, "#32770", caption.c_str())) &&
+           !(IsOwnDialog(window) && !ButtonsOf(window).empty())) {
+    }
+    return window;
+}
+
+HWND WaitForDialog(const std::string &caption)
+{
+    HWND dialog = nullptr;
+    for (int round = 0; !(dialog = FindDialog(caption)) && round < 1000; ++round)
+        Sleep(10);
+    return dialog;
+}
+
 BoxAnswerer::BoxAnswerer(std::string caption, int button)
     : m_caption(std::move(caption)), m_button(button), m_stop(CreateEventA(nullptr, TRUE, FALSE, nullptr)),
       m_thread([this] { Watch(); })
@@ -40,22 +82,10 @@ void BoxAnswerer::Watch()
 
 BOOL CALLBACK BoxAnswerer::OnWindow(HWND window, LPARAM self)
 {
-    DWORD process = 0;
-    char className[32] = "";
-    GetWindowThreadProcessId(window, &process);
-    GetClassNameA(window, className, sizeof className);
     // Item 0xFFFF is the text of a message box; other dialogs have none.
-    if (process == GetCurrentProcessId() && !strcmp(className, "#32770") && IsWindowVisible(window) &&
-        GetDlgItem(window, 0xFFFF))
+    if (IsOwnDialog(window) && GetDlgItem(window, 0xFFFF))
         reinterpret_cast<BoxAnswerer *>(self)->Answer(window);
     return TRUE;
-}
-
-static std::string TextOf(HWND window)
-{
-    char text[1024] = "";
-    GetWindowTextA(window, text, sizeof text);
-    return text;
 }
 
 static char IconOf(HWND box)
@@ -81,11 +111,8 @@ void BoxAnswerer::Answer(HWND box)
 {
     if (TextOf(box) != m_caption || std::count(m_answered.begin(), m_answered.end(), box))
         return;
-    AnsweredBox answered = {
-        m_caption, TextOf(GetDlgItem(box, 0xFFFF)), {}, IconOf(box), GetWindow(box, GW_OWNER) != nullptr};
-    for (int id = IDOK; id <= IDNO; ++id)
-        if (GetDlgItem(box, id) && IsWindowVisible(GetDlgItem(box, id)))
-            answered.buttons.push_back(id);
+    const AnsweredBox answered = {m_caption, TextOf(GetDlgItem(box, 0xFFFF)), ButtonsOf(box), IconOf(box),
+                                  GetWindow(box, GW_OWNER) != nullptr};
     m_answered.push_back(box);
     {
         const std::lock_guard lock(m_lock);

@@ -16,6 +16,11 @@ struct AnsweredBox {
     bool owned;               // the box has an owner window
 };
 
+// The message box or file dialog of this process with this caption that is on screen; null without one. The panel and
+// its prompt are neither. WaitForDialog waits for it to come: null after ten seconds.
+HWND FindDialog(const std::string &caption);
+HWND WaitForDialog(const std::string &caption);
+
 // While it exists, each message box of this process with the given caption gets the given button pressed.
 class BoxAnswerer {
 public:

@@ -70,6 +70,7 @@ void ResetPluginState()
     HurryPauses(false);
     SetExitWindowsResults({});
     AnswerFileDialog("");
+    ShowRealFileDialog(false);
     ReleaseClock();
     TakeRecordedCalls();
 }

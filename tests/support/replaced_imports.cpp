@@ -67,8 +67,18 @@ void AnswerFileDialog(const std::string &path, DWORD error, std::function<void()
     s_FileDialogLook = std::move(look);
 }
 
+static std::atomic<bool> s_RealFileDialog = false;
+
+void ShowRealFileDialog(bool on)
+{
+    LoadLibraryA("comdlg32"); // nothing else does, with its imports replaced
+    s_RealFileDialog = on;
+}
+
 static BOOL WINAPI FakeGetOpenFileName(OPENFILENAMEA *dialog)
 {
+    if (s_RealFileDialog)
+        return RealFunction<decltype(&GetOpenFileNameA)>("comdlg32", "GetOpenFileNameA")(dialog);
     std::string filter;
     for (const char *end = dialog->lpstrFilter; *end; end += strlen(end) + 1)
         filter += end + std::string("/");

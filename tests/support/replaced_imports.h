@@ -29,6 +29,9 @@ HWND ShellExecuteOwner();
 //   "GetOpenFileName STRUCTSIZE|FILTER|MAXFILE|TITLE|FLAGS", zeros in the filter as "/", flags hexadecimal.
 void AnswerFileDialog(const std::string &path, DWORD error = 0, std::function<void()> look = {});
 
+// While on, the real file dialog is shown instead.
+void ShowRealFileDialog(bool on);
+
 // What ExitWindowsEx returns: the given results in turn, then TRUE. `look` is called inside each call, on its thread.
 // Any thread.
 void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look = {});
