@@ -7,8 +7,8 @@
 
 // A pending deferral, on the heap.
 struct WAITERBLOCK {
-    SHAREDFLAG bStop;
-    HWND hWnd; // whom to tell
+    HANDLE hStop; // event: the deferral is over
+    HWND hWnd;    // whom to tell
     HANDLE hThread;
     DWORD dwThreadId;
 };
@@ -26,15 +26,26 @@ static WAITERBLOCK **FindWaiter(const WAITERBLOCK *waiter)
     return nullptr;
 }
 
-// Touches its own block and g_bStarted alone.
+// Touches its own block and g_bStarted alone. Looks once a second whether the start-up is done, but ends with hStop at
+// once, since whoever ends the deferral waits for this thread.
 static DWORD WINAPI WaiterThreadProc(void *parameter)
 {
     const WAITERBLOCK *block = static_cast<const WAITERBLOCK *>(parameter);
-    while (!block->bStop && !g_bStarted)
-        Sleep(WAITER_PAUSE_MS);
-    const DWORD exitCode = block->bStop ? 1 : 0;
+    DWORD stopped = WAIT_TIMEOUT;
+    while (stopped == WAIT_TIMEOUT && !g_bStarted)
+        stopped = WaitForSingleObject(block->hStop, WAITER_PAUSE_MS);
+    const DWORD exitCode = stopped == WAIT_TIMEOUT ? 0 : 1;
     PostMessageA(block->hWnd, WM_KERNEL_PANEL_DEFERRED, 0, reinterpret_cast<LPARAM>(block));
     return exitCode;
+}
+
+static void FreeWaiter(WAITERBLOCK *block)
+{
+    if (block->hThread)
+        CloseHandle(block->hThread);
+    if (block->hStop)
+        CloseHandle(block->hStop);
+    HeapFree(GetProcessHeap(), 0, block);
 }
 
 static int DeferPanel(HWND hKernelWnd)
@@ -46,9 +57,11 @@ static int DeferPanel(HWND hKernelWnd)
     if (!block)
         return 0;
     block->hWnd = hKernelWnd;
-    block->hThread = CreateThread(nullptr, 0, WaiterThreadProc, block, 0, &block->dwThreadId);
+    block->hStop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    if (block->hStop)
+        block->hThread = CreateThread(nullptr, 0, WaiterThreadProc, block, 0, &block->dwThreadId);
     if (!block->hThread) {
-        HeapFree(GetProcessHeap(), 0, block);
+        FreeWaiter(block);
         return 0;
     }
     *place = block;
@@ -59,10 +72,9 @@ static void EndWaiter(WAITERBLOCK **place)
 {
     WAITERBLOCK *block = *place;
     *place = nullptr;
-    block->bStop = 1;
+    SetEvent(block->hStop);
     WaitForSingleObject(block->hThread, INFINITE);
-    CloseHandle(block->hThread);
-    HeapFree(GetProcessHeap(), 0, block);
+    FreeWaiter(block);
 }
 
 LRESULT OpenOrDeferPanel(HWND hKernelWnd)
@@ -82,9 +94,6 @@ LRESULT EndPanelDeferral(HWND hKernelWnd, LPARAM block)
 
 void CancelDeferredPanels()
 {
-    for (WAITERBLOCK *waiter : s_Waiters)
-        if (waiter)
-            waiter->bStop = 1;
     for (WAITERBLOCK *&place : s_Waiters)
         if (place)
             EndWaiter(&place);

@@ -14,5 +14,5 @@ LRESULT OpenOrDeferPanel(HWND hKernelWnd);
 // message's second parameter; one that is no pending deferral is ignored. Result: 1.
 LRESULT EndPanelDeferral(HWND hKernelWnd, LPARAM block);
 
-// Ends all pending deferrals without opening anything; waits up to a second for their threads.
+// Ends all pending deferrals without opening anything; waits for their threads, which end at once.
 void CancelDeferredPanels();

@@ -74,14 +74,21 @@ TEST_F(KernelWindowTest, TheStartUpTimerFiresByItselfAndOnce)
 TEST_F(KernelWindowTest, WithoutAMonitor)
 {
     host.monitors.clear();
-    ASSERT_TRUE(Start());
-    StartUp();
-    EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count"}));
-    EXPECT_EQ(g_bNoMonitor, 1);
-    EXPECT_EQ(g_bStarted, 0);
-    EXPECT_EQ(PluginOpenPanel(nullptr), 1) << "deferred, for as long as it takes";
-    Stop();
-    EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "notice 3"}));
+    DWORD shortest = INFINITE; // of three stops: a machine that is busy elsewhere must not count
+    for (int round = 0; round < 3; ++round) {
+        g_bAbort = 0;
+        ASSERT_TRUE(Start());
+        StartUp();
+        EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count"}));
+        EXPECT_EQ(g_bNoMonitor, 1);
+        EXPECT_EQ(g_bStarted, 0);
+        EXPECT_EQ(PluginOpenPanel(nullptr), 1) << "deferred, for as long as it takes";
+        const DWORD start = GetTickCount();
+        Stop();
+        shortest = std::min(shortest, GetTickCount() - start);
+        EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "notice 3"}));
+    }
+    EXPECT_LT(shortest, 700u) << "the waiter looks once a second, but the stop does not wait for that";
 }
 
 TEST_F(KernelWindowTest, ThePanelIsAskedForAgainOnceStarted)
