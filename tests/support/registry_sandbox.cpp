@@ -25,6 +25,9 @@ static void DeleteTree(HKEY root, const std::string &path)
 static HKEY MakeScratch(DWORD owner, const char *part)
 {
     HKEY key;
+    // A run that was killed leaves its keys to the next process of its number.
+    if (owner == GetCurrentProcessId())
+        DeleteTree(HKEY_CURRENT_USER, ScratchPath(owner, part));
     // Not volatile: the product makes lasting keys below it.
     if (RegCreateKeyA(HKEY_CURRENT_USER, ScratchPath(owner, part).c_str(), &key) != ERROR_SUCCESS)
         throw std::runtime_error("no scratch key");
