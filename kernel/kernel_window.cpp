@@ -148,9 +148,11 @@ static void FirstPass(HWND hWnd)
     CloseOlderVersion();
 }
 
-// Ends come before starts, so that one reservation can follow another in the same minute.
+// Ends come before starts, so that one reservation can follow another in the same minute. The prompt is looked at also
+// when there is no reservation: the last one may have been deleted under it.
 static void CheckReservations()
 {
+    CheckReservePrompt();
     if (g_nReservation == 0)
         return;
     CheckReservationEnd();

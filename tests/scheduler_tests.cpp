@@ -122,6 +122,7 @@ TEST_F(SchedulerTest, TheEndMinuteWhileTheQuestionIsOpen)
         SetMinute("2006/06/10 20:00");
         Tick();
         const HWND prompt = g_hReservePrompt;
+        SetFocus(GetDlgItem(prompt, IDC_PROMPT_SWITCH));
         AdvanceClock(1);
         EXPECT_EQ(Tick(), Lines{}) << "no input is written";
         EXPECT_EQ(PromptShown(), NoticeShown());
@@ -135,7 +136,14 @@ TEST_F(SchedulerTest, TheEndMinuteWhileTheQuestionIsOpen)
         EXPECT_EQ(PromptShown(), QuestionShown());
         AdvanceClock(1);
         Tick();
-        EXPECT_EQ(Press(IDC_PROMPT_OK), Lines{});
+        EXPECT_EQ(PromptShown(), NoticeShown());
+        // Space presses what is seen, and Alt+F4 is OK here.
+        if (onPage)
+            for (const UINT key : {WM_KEYDOWN, WM_KEYUP})
+                SendMessageA(GetFocus(), key, VK_SPACE, 0);
+        else
+            SendMessageA(prompt, WM_CLOSE, 0, 0);
+        EXPECT_EQ(host.TakeLog(), Lines{});
         EXPECT_EQ(g_hReservePrompt, nullptr);
         EXPECT_EQ(SectionLines(1).size(), onPage ? 1u : 8u);
     }
@@ -176,15 +184,41 @@ TEST_F(SchedulerTest, TwoInTheSameMinute)
 
 TEST_F(SchedulerTest, AQuestionOutlivesItsReservation)
 {
-    for (const int button : {IDC_PROMPT_SWITCH, IDC_PROMPT_DELETE}) {
-        LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "ビデオ") +
-                 Section(1, "2006/06/11 20:00", "2006/06/11 21:00", "ビデオ"));
+    const std::string asked = Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "ビデオ");
+    const std::string other = Section(1, "2006/06/11 20:00", "2006/06/11 21:00", "ビデオ");
+    const auto ask = [&] {
+        LoadFile(asked + other);
         nChangeMsg = CHANGE_ASK_FIRST;
         SetMinute("2006/06/10 20:00");
         Tick();
-        DeleteReservation(0); // on the page, which is then closed
-        Press(button);
-        EXPECT_EQ(SectionLines(0), Lines{"[Timer0]"}) << "nothing is written to a section that is gone";
+        EXPECT_EQ(PromptShown(), QuestionShown());
+    };
+    for (const bool reused : {false, true})
+        for (const int button : {IDC_PROMPT_SWITCH, IDC_PROMPT_DELETE, IDCANCEL}) {
+            SCOPED_TRACE(testing::Message() << button << (reused ? " with another one in the slot" : ""));
+            ask();
+            DeleteReservation(0); // on the page, which is then closed
+            std::optional<ReservationPage> panel;
+            if (reused) {
+                IniFolder::Write("ontimer.ini", Section(0, "2006/06/12 20:00", "2006/06/12 21:00", "3") + other);
+                panel.emplace().BeThePanel(true);
+            }
+            const std::string before = IniFolder::Read("ontimer.ini");
+            EXPECT_EQ(Press(button), Lines{});
+            EXPECT_EQ(IniFolder::Read("ontimer.ini"), before);
+            EXPECT_EQ(g_nReservation, reused ? 2 : 1);
+            CloseReservePrompt();
+        }
+    // It goes within the second, also when the question of the panel's opening has deleted what it asks about.
+    for (const bool byThePanel : {false, true}) {
+        ask();
+        BoxAnswerer answerer("Lumivane 2", IDNO);
+        if (byThePanel)
+            CheckPassedReservations(nullptr);
+        else
+            DeleteReservation(0);
+        EXPECT_EQ(Tick(), Lines{});
+        EXPECT_EQ(g_hReservePrompt, nullptr);
         EXPECT_EQ(g_nReservation, 1) << "the other one is still looked after";
     }
 }
@@ -365,6 +399,13 @@ TEST_F(ReservationTimerTest, TheTimerChecksWhatIsLoaded)
     nChangeMsg = CHANGE_ASK_FIRST;
     Tick(TIMER_RESERVATION);
     EXPECT_EQ(host.TakeLog(), (Lines{"set 0 60 = 3", "get 0 60"})) << "one ends, then the other starts";
+    EXPECT_TRUE(IsWindowVisible(g_hReservePrompt));
+    DeleteReservation(1);
+    Tick(TIMER_RESERVATION);
+    EXPECT_EQ(g_hReservePrompt, nullptr) << "the last one is gone, and its question with it";
+    IniFolder::Write("ontimer.ini", file);
+    g_nReservation = LoadReservations(g_Reservation, "ontimer.ini");
+    Tick(TIMER_RESERVATION);
     EXPECT_TRUE(IsWindowVisible(g_hReservePrompt));
     Stop();
     EXPECT_EQ(g_hReservePrompt, nullptr) << "the prompt goes with the plug-in";

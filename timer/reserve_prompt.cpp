@@ -1,6 +1,7 @@
 // The prompt of a reservation that has fallen due.
 #include "timer/reserve_prompt.h"
 
+#include "kernel/base/texts.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/plugin.h"
 #include "panel/resources/images.h"
@@ -8,6 +9,8 @@
 #include "timer/reservation_input.h"
 #include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
+
+#include <cstring>
 
 // The window, what it asks about, and which of its faces it shows.
 HWND g_hReservePrompt = nullptr;
@@ -17,6 +20,7 @@ LONG g_nPromptChannel = 0;
 LONG g_nPromptInput = 0;
 char g_szPrevInput[INPUT_LABEL_SIZE] = "";
 static bool s_QuestionOpen = false;
+static RESERVATION s_Asked; // the reservation as it was when the question was shown
 
 void SetPromptReservation(LONG nSlot, LONG nMonitor, LONG nChannel, LONG nInput, LPCSTR lpszLabel)
 {
@@ -31,26 +35,45 @@ void SetPromptReservation(LONG nSlot, LONG nMonitor, LONG nChannel, LONG nInput,
 
 static void SetPromptText(HWND hDlg, UINT string)
 {
-    char text[256] = "";
-    LoadStringA(g_hInstance, string, text, sizeof text);
+    char text[256];
+    LoadText(string, text, sizeof text);
     SetDlgItemTextA(hDlg, IDC_PROMPT_TEXT, text);
+}
+
+// A button that is only hidden keeps the focus, and Space would still press it.
+static void ShowButton(HWND hDlg, int button, bool shown)
+{
+    const HWND hButton = GetDlgItem(hDlg, button);
+    ShowWindow(hButton, shown ? SW_SHOW : SW_HIDE);
+    EnableWindow(hButton, shown);
+}
+
+static void FocusFace(HWND hDlg)
+{
+    SetFocus(GetDlgItem(hDlg, s_QuestionOpen ? IDC_PROMPT_SWITCH : IDC_PROMPT_OK));
 }
 
 static void ShowFace(HWND hDlg, bool question)
 {
+    const bool focused = IsChild(hDlg, GetFocus());
     s_QuestionOpen = question;
     SetPromptText(hDlg, question ? IDS_PROMPT_QUESTION : IDS_PROMPT_DELETED);
-    ShowWindow(GetDlgItem(hDlg, IDC_PROMPT_SWITCH), question ? SW_SHOW : SW_HIDE);
-    ShowWindow(GetDlgItem(hDlg, IDC_PROMPT_DELETE), question ? SW_SHOW : SW_HIDE);
-    ShowWindow(GetDlgItem(hDlg, IDC_PROMPT_OK), question ? SW_HIDE : SW_SHOW);
+    ShowButton(hDlg, IDC_PROMPT_SWITCH, question);
+    ShowButton(hDlg, IDC_PROMPT_DELETE, question);
+    ShowButton(hDlg, IDC_PROMPT_OK, !question);
+    if (focused)
+        FocusFace(hDlg);
 }
 
 // ---- What its messages do -----------------------------------------------------------------------------------------
 
-// The reservation may have been deleted on its page while the question was open.
+// Whether the slot still holds what was asked about: it may have been deleted on its page, and another one entered.
 static bool IsReservationThere()
 {
-    return g_Reservation[g_nPromptIndex].szSection[0] != '\0';
+    const RESERVATION *slot = &g_Reservation[g_nPromptIndex];
+    return slot->szSection[0] && strcmp(slot->szDate, s_Asked.szDate) == 0 &&
+           strcmp(slot->szTime, s_Asked.szTime) == 0 && strcmp(slot->szEndDate, s_Asked.szEndDate) == 0 &&
+           strcmp(slot->szEndTime, s_Asked.szEndTime) == 0;
 }
 
 static void OnInit(HWND hDlg)
@@ -69,7 +92,9 @@ static void OnDestroy()
 
 static void OnSwitch(HWND hDlg)
 {
-    SwitchInput(g_nPromptCrt, g_nPromptChannel, static_cast<WORD>(g_nPromptInput), 0);
+    if (IsReservationThere())
+        SwitchInput(g_nPromptCrt, g_nPromptChannel, static_cast<WORD>(g_nPromptInput), 0);
+    // Once more: the host may have asked for the panel meanwhile, and a question there has deleted it.
     if (IsReservationThere()) {
         StoreReservationChannel(g_nPromptIndex, g_szPrevInput);
         MarkReservationStarted(g_nPromptIndex);
@@ -77,21 +102,38 @@ static void OnSwitch(HWND hDlg)
     DestroyWindow(hDlg);
 }
 
-static void OnDelete(HWND hDlg)
+// With the panel open it goes by the page's list: on another page the reservation stays, for the check of passed ones.
+static void DeleteAsked()
 {
+    if (!IsReservationThere())
+        return;
     if (g_hPanelDlg)
         DeleteReservationAndRestore(g_hReservationPage, g_nPromptIndex, 0, 0);
-    else if (IsReservationThere())
+    else
         DeleteReservation(g_nPromptIndex);
+}
+
+static void OnDelete(HWND hDlg)
+{
+    DeleteAsked();
     DestroyWindow(hDlg);
 }
 
 // Deletes by way of the page's list alone: without the page the reservation stays, for the check of passed ones.
 static void OnCancel(HWND hDlg)
 {
-    DeleteReservationAndRestore(g_hReservationPage, g_nPromptIndex, 0, 0);
+    if (IsReservationThere())
+        DeleteReservationAndRestore(g_hReservationPage, g_nPromptIndex, 0, 0);
     nChangeMsg = CHANGE_ASK_FIRST;
     ShowFace(hDlg, false);
+}
+
+// Alt+F4 is no answer to the question, and OK on the notice. Left to the dialog manager it would come back as IDCANCEL
+// and delete the reservation.
+static void OnClose(HWND hDlg)
+{
+    if (!s_QuestionOpen)
+        DestroyWindow(hDlg);
 }
 
 static INT_PTR OnCommand(HWND hDlg, WORD control)
@@ -121,8 +163,14 @@ INT_PTR CALLBACK ReservePromptProc(HWND hDlg, UINT message, WPARAM wParam, LPARA
         return TRUE;
     case WM_COMMAND:
         return OnCommand(hDlg, LOWORD(wParam));
+    case WM_ACTIVATE:
+        // Left to the dialog manager the focus would go back to a button that the other face had.
+        if (LOWORD(wParam) == WA_INACTIVE)
+            return FALSE;
+        FocusFace(hDlg);
+        return TRUE;
     case WM_CLOSE:
-        // Alt+F4 is no answer. Left to the dialog manager it would come back as IDCANCEL and delete the reservation.
+        OnClose(hDlg);
         return TRUE;
     case WM_DESTROY:
         OnDestroy();
@@ -135,6 +183,7 @@ INT_PTR CALLBACK ReservePromptProc(HWND hDlg, UINT message, WPARAM wParam, LPARA
 
 int ShowReservePrompt(HWND hParent)
 {
+    s_Asked = g_Reservation[g_nPromptIndex];
     if (g_hReservePrompt) {
         ShowFace(g_hReservePrompt, true);
         return 1;
@@ -151,6 +200,17 @@ int ShowReservePrompt(HWND hParent)
 int IsReserveQuestionOpen()
 {
     return s_QuestionOpen ? 1 : 0;
+}
+
+int IsPromptAbout(int n)
+{
+    return s_QuestionOpen && g_nPromptIndex == n && IsReservationThere();
+}
+
+void CheckReservePrompt()
+{
+    if (s_QuestionOpen && !IsReservationThere())
+        CloseReservePrompt();
 }
 
 void CancelReservePrompt()

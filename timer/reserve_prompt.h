@@ -1,7 +1,9 @@
 // The window that asks at a reservation's start minute whether to switch (dialog 132).
 //
 // It shows the question with its two buttons; once the end minute has come, the notice that the reservation is deleted,
-// with OK. It asks about one reservation at a time and keeps its own copy of what it needs of it. Kernel thread.
+// with OK. It asks about one reservation at a time and keeps its own copy of what it needs of it: its slot may be freed
+// and used again meanwhile, and an answer acts on no other reservation than the one that was asked about. Kernel
+// thread.
 #pragma once
 
 #include <windows.h>
@@ -18,13 +20,20 @@ extern char g_szPrevInput[32]; // label of the input that was shown when the res
 // Sets these five together.
 void SetPromptReservation(LONG nSlot, LONG nMonitor, LONG nChannel, LONG nInput, LPCSTR lpszLabel);
 
-// Shows the question: in the window that is there, or in a new one whose owner is hParent (null: none). The question is
-// then open, until it is answered, its end minute comes or the window goes; nChangeMsg follows. Result: 1, or 0 when no
-// window could be created.
+// Shows the question about the reservation that was set: in the window that is there, or in a new one whose owner is
+// hParent (null: none). The question is then open, until it is answered, its end minute comes or the window goes;
+// nChangeMsg follows. Result: 1, or 0 when no window could be created.
 int ShowReservePrompt(HWND hParent);
 
 // Result: 1 while the question waits for its answer; 0 without a prompt and while the notice is shown.
 int IsReserveQuestionOpen();
+
+// Whether the question is about the reservation that slot n now holds. Result: 1 or 0.
+int IsPromptAbout(int n);
+
+// Takes the question off the screen when its reservation is gone: deleted, changed in its file, or started already. For
+// every second.
+void CheckReservePrompt();
 
 // Tells the prompt that its end minute has come: the question becomes the notice.
 void CancelReservePrompt();

@@ -13,6 +13,8 @@
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
 
+#include <cstring>
+
 constexpr DWORD DIRECT_SWITCH_PAUSE_MS = 500;
 
 struct CLOCKTEXTS {
@@ -170,6 +172,15 @@ static int ReportEnded(HWND hOwner, int n, const PASSEDTEXTS *texts)
     return ShowBox(hOwner, text, PRODUCT_TITLE, MB_OK | MB_ICONINFORMATION);
 }
 
+// Whether a section still says what the user was told: behind the box it may have ended, or its prompt been answered.
+static bool IsUnchanged(LPCSTR path, int n, const PASSEDTEXTS *told)
+{
+    PASSEDTEXTS texts;
+    ReadTexts(path, n, &texts);
+    return strcmp(texts.szDate, told->szDate) == 0 && strcmp(texts.szTime, told->szTime) == 0 &&
+           strcmp(texts.szEndDate, told->szEndDate) == 0 && strcmp(texts.szEndTime, told->szEndTime) == 0;
+}
+
 // Makes the section start now. Its date stays: today goes under a key of its own, which nothing reads. The table takes
 // no notice until the page loads it again.
 static void StartNow(LPCSTR path, int n, const CLOCKTEXTS *clock)
@@ -180,17 +191,24 @@ static void StartNow(LPCSTR path, int n, const CLOCKTEXTS *clock)
     WriteIniKey(path, section, "time", clock->szTime);
 }
 
-// A box that the stop of the plug-in has closed is no answer: the question is asked again at the next opening.
-static void AskAboutMissedStart(HWND hOwner, LPCSTR path, int n, const CLOCKTEXTS *clock)
+// Without an answer the section stays, and the question is asked again at the next opening.
+static void AskAboutMissedStart(HWND hOwner, LPCSTR path, int n, const PASSEDTEXTS *texts, const CLOCKTEXTS *clock)
 {
-    switch (ShowStringBox(hOwner, IDS_PASSED_START, PRODUCT_TITLE, MB_YESNO | MB_ICONQUESTION)) {
+    const int answer = ShowStringBox(hOwner, IDS_PASSED_START, PRODUCT_TITLE, MB_YESNO | MB_ICONQUESTION);
+    if (!IsUnchanged(path, n, texts))
+        return;
+    switch (answer) {
     case IDYES:
         StartNow(path, n, clock);
         break;
     case IDNO:
-        // The slot stays as it is until the page loads the table; only the count goes down.
+        // The slot stays as it is until the page loads the table; only the count goes down. But where the prompt asks
+        // about it, too, the user has answered both, and must not be asked a third time.
         EmptyReservationSection(path, n);
-        --g_nReservation;
+        if (IsPromptAbout(n))
+            FreeReservationSlot(n);
+        else
+            --g_nReservation;
         break;
     }
 }
@@ -200,10 +218,12 @@ static void CheckPassedReservation(HWND hOwner, LPCSTR path, int n, const CLOCKT
     PASSEDTEXTS texts;
     ReadTexts(path, n, &texts);
     if (HasPassed(texts.szEndDate, texts.szEndTime, clock->szNow) && ReportEnded(hOwner, n, &texts) == IDOK) {
+        if (!IsUnchanged(path, n, &texts))
+            return;
         EmptyReservationSection(path, n);
         FreeReservationSlot(n);
     } else if (HasPassed(texts.szDate, texts.szTime, clock->szNow)) {
-        AskAboutMissedStart(hOwner, path, n, clock);
+        AskAboutMissedStart(hOwner, path, n, &texts, clock);
     }
 }
 

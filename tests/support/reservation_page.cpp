@@ -183,6 +183,7 @@ int ReservationTest::Add(const std::string &start, const std::string &end, const
 
 Lines ReservationTest::Tick()
 {
+    CheckReservePrompt();
     CheckReservationEnd();
     CheckReservationStart();
     return host.TakeLog();
