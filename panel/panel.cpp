@@ -21,6 +21,8 @@
 
 #define HELP_FILE "lumvanap.chm"
 
+static bool s_Opening = false; // the panel is being made, and may be asking its questions
+
 // ---- Monitor list -------------------------------------------------------------------------------------------------
 
 // The string with the name of an input (VCP 0x60 value). Result: its identifier; 0 for an input without a name here.
@@ -111,13 +113,11 @@ static INT_PTR OnInitNormal(HWND hPanel)
     SendDlgItemMessageA(hPanel, IDC_PANEL_MONITOR, CB_SETCURSEL, static_cast<WPARAM>(g_nCurMonitor), 0);
     BuildPageTree(hPanel);
     TakePanelSize(hPanel);
-    return CheckPassedReservations(hPanel) && InitPanelToolTips(hPanel);
+    return CheckPassedReservations(hPanel) && IsWindow(hPanel) && InitPanelToolTips(hPanel);
 }
 
 static INT_PTR OnInit(HWND hPanel)
 {
-    // Known already now: the questions below dispatch messages, and one of these may ask for the panel again.
-    g_hPanelDlg = hPanel;
     return g_bNoMonitor ? OnInitNoMonitor(hPanel) : OnInitNormal(hPanel);
 }
 
@@ -166,8 +166,14 @@ int ShowPanel(HWND hOwner)
         SetForegroundWindow(g_hPanelDlg);
         return 0;
     }
+    if (s_Opening)
+        return 0;
+    // The questions of the opening dispatch messages. To a reservation that ends then the panel is not open yet: it has
+    // no page whose list could show the end. Nor is one open that was closed behind its questions.
+    s_Opening = true;
     const HWND hPanel = CreateDialogParamA(g_hInstance, MAKEINTRESOURCEA(IDD_PANEL), hOwner, PanelDlgProc, 0);
-    if (!hPanel)
+    s_Opening = false;
+    if (!hPanel || !IsWindow(hPanel))
         return 0;
     g_hPanelDlg = hPanel;
     ShowWindow(hPanel, SW_SHOW);

@@ -7,8 +7,12 @@
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
+#include "support/box_answerer.h"
+#include "support/clock.h"
 #include "support/panel_session.h"
 #include "support/replaced_imports.h"
+#include "support/reservation_page.h"
+#include "timer/reservation_store.h"
 
 #include <algorithm>
 #include <functional>
@@ -33,6 +37,17 @@ Lines WithLauncher(Lines lines, const Lines &buttons)
     const auto lock = std::find(lines.begin(), lines.end(), "  ボタンロック");
     lines.insert(lock + 1, launcher.begin(), launcher.end());
     return lines;
+}
+
+// Whether something comes about within ten seconds.
+bool Comes(const std::function<bool()> &what)
+{
+    for (int round = 0; round < 1000; ++round) {
+        if (what())
+            return true;
+        Sleep(10);
+    }
+    return false;
 }
 
 const Lines allButtons = {"B1", "B2", "B3", "B4", "B5", "POWER"};
@@ -67,6 +82,45 @@ TEST_F(PanelTest, OpensAsSoonAsStarted)
     for (int round = 0; !Panel() && round < 500; ++round)
         Sleep(10);
     EXPECT_NE(Panel(), nullptr);
+}
+
+// The panel asks about missed reservations before it shows. Meanwhile it is not open, nor can it be opened twice.
+TEST_F(PanelTest, TimeGoesOnWhileItAsksAtItsOpening)
+{
+    const struct Files {
+        ~Files() { CloseReservationFiles(); } // or a failure leaves its questions to the next test
+    } files;
+    SetClock(2006, 6, 10, 20, 0);
+    const std::string file = Section(0, "2006/06/10 19:50", "2006/06/10 20:01", "ビデオ") +
+                             Section(1, "2006/06/11 20:00", "2006/06/11 21:00", "ビデオ");
+    IniFolder::Write("ontimer.ini", file);
+    ASSERT_TRUE(Start());
+    StartUp();
+    KillTimer(g_hKernelWnd, TIMER_RESERVATION);
+    g_nReservation = LoadReservations(g_Reservation, "ontimer.ini");
+    PostMessageA(g_hKernelWnd, WM_KERNEL_OPEN_PANEL, 0, 0);
+    HWND question = WaitForDialog("Lumivane 2");
+    ASSERT_NE(question, nullptr);
+    DWORD_PTR opened = 1;
+    ASSERT_NE(SendMessageTimeoutA(g_hKernelWnd, WM_KERNEL_OPEN_PANEL, 0, 0, SMTO_NORMAL, 10000, &opened), 0);
+    EXPECT_EQ(opened, 0u);
+
+    // Closed behind its question it can be opened again, and asks again.
+    SendMessageA(GetWindow(question, GW_OWNER), WM_CLOSE, 0, 0);
+    ASSERT_TRUE(Comes([&] { return !IsWindow(question); }));
+    ASSERT_TRUE(Comes([] {
+        PostMessageA(g_hKernelWnd, WM_KERNEL_OPEN_PANEL, 0, 0);
+        return FindDialog("Lumivane 2") != nullptr;
+    }));
+
+    host.TakeLog();
+    AdvanceClock(1);
+    Tick(TIMER_RESERVATION);
+    EXPECT_EQ(host.TakeLog(), Lines{"set 0 60 = 5"}) << "the end minute puts the input back";
+    EXPECT_EQ(SectionLines(0), Lines{"[Timer0]"});
+    BoxAnswerer answerer("Lumivane 2", IDNO);
+    ASSERT_TRUE(Comes([&] { return Panel() && IsWindowVisible(Panel()); }));
+    EXPECT_EQ(g_nReservation, 1) << "no answer deletes what has gone by itself, and the other one stays";
 }
 
 TEST_F(PanelTest, ListsMonitorsWithTheirInputs)
@@ -322,17 +376,6 @@ std::string MoveToItem(HWND tree, TREEITEM item)
     memcpy(&place, &handle, sizeof handle);
     SendMessageA(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
     return MoveTo(tree, (place.left + place.right) / 2, (place.top + place.bottom) / 2);
-}
-
-// Whether something comes about within ten seconds.
-bool Comes(const std::function<bool()> &what)
-{
-    for (int round = 0; round < 1000; ++round) {
-        if (what())
-            return true;
-        Sleep(10);
-    }
-    return false;
 }
 
 } // namespace
