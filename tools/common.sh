@@ -15,6 +15,19 @@ die() {
     exit 1
 }
 
+# missing_packages LIST...: the packages of these lists that are not installed here, a line each. A line of a list is a package, and
+# behind it, where not every Debian has it, the releases that do.
+missing_packages() {
+    local package release
+    release=$(. /etc/os-release && echo "${VERSION_ID:-}")
+    awk -v release="$release" '
+        { sub(/#.*/, "") }
+        NF == 1 { print $1 }
+        { for (n = 2; n <= NF; n++) if ($n == release) print $1 }' "$@" | while read -r package; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
+    done
+}
+
 # logged LOG COMMAND...: runs a command with its output in a file. While it takes long, says every 15 seconds how far it is: the
 # last line of that output. Its status is the command's.
 logged() {
