@@ -7,16 +7,13 @@
 #include "kernel/packet_check.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"
+#include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"
 #include "settings/registry.h"
 
 #include <cstring>
 
 constexpr int SHUTDOWN_TRIES = 3;
-
-// Last parameter of SC_MONITORPOWER.
-constexpr LPARAM MONITOR_POWER_OFF = 2;
-constexpr LPARAM MONITOR_POWER_ON = -1;
 
 static void AnswerResult(const HOSTPACKET *command, bool done)
 {
@@ -34,7 +31,7 @@ static void AnswerEmptyRecord(const HOSTPACKET *command)
 
 static void SwitchMonitorPower(const HOSTPACKET *command, LPARAM state)
 {
-    AnswerResult(command, SendMessageA(HWND_BROADCAST, WM_SYSCOMMAND, SC_MONITORPOWER, state) == 0);
+    AnswerResult(command, BroadcastMonitorPower(state) == 0);
 }
 
 static void PowerOff(const HOSTPACKET *command)

@@ -4,6 +4,7 @@
 #include "kernel/base/texts.h"
 #include "kernel/plugin.h"
 #include "monitor/color_settings.h"
+#include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -33,9 +34,6 @@ struct COMMANDROW {
 
 constexpr size_t REPLY_TEXT_SIZE = 128;
 constexpr size_t SERVER_MESSAGE_SIZE = 256;
-constexpr LPARAM MONITOR_POWER_OFF = 2; // of SC_MONITORPOWER
-constexpr LPARAM MONITOR_POWER_ON = -1;
-constexpr UINT BROADCAST_TIMEOUT_MS = 5000; // for a window that hangs
 
 // The connection that carried the last version reply.
 static std::atomic<SOCKET> s_sockVersion = INVALID_SOCKET;
@@ -136,9 +134,7 @@ static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
 
 static void SwitchPower(const RECEIVED *, const COMMANDROW *lpRow)
 {
-    DWORD_PTR result;
-    SendMessageTimeoutA(HWND_BROADCAST, WM_SYSCOMMAND, SC_MONITORPOWER, lpRow->nValue, SMTO_ABORTIFHUNG,
-                        BROADCAST_TIMEOUT_MS, &result);
+    BroadcastMonitorPower(lpRow->nValue);
 }
 
 // ---- Client -------------------------------------------------------------------------------------------------------

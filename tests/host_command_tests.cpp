@@ -325,11 +325,28 @@ TEST_F(HostCommandTest, MonitorPowerIsBroadcast)
     });
     // What a broadcast returns is the system's affair; the reply is 1 when that is 0.
     const Bytes result = {static_cast<BYTE>(SendMessageA(HWND_BROADCAST, WM_NULL, 0, 0) == 0), 0};
+
+    // A window that hangs, until the first command is through or ten seconds have passed.
+    const HANDLE hangs = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    const HANDLE through = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    bool inTime = false;
+    std::thread other([&] {
+        const HWND hung = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        SetEvent(hangs);
+        inTime = WaitForSingleObject(through, 10000) == WAIT_OBJECT_0;
+        DestroyWindow(hung);
+    });
+    WaitForSingleObject(hangs, INFINITE);
     s_Power.clear();
     for (const WORD code : {PLUGIN_COMMAND_POWER_OFF, PLUGIN_COMMAND_POWER_ON}) {
         EXPECT_EQ(Command(code), 1);
         ExpectReply(2, result);
+        SetEvent(through);
     }
+    other.join();
+    EXPECT_TRUE(inTime) << "the host waits for nobody's window";
+    CloseHandle(hangs);
+    CloseHandle(through);
     const std::vector<std::pair<WPARAM, LPARAM>> expected = {{SC_MONITORPOWER, 2}, {SC_MONITORPOWER, -1}};
     EXPECT_EQ(s_Power, expected);
     host.Run([&] { DestroyWindow(window); });
