@@ -159,7 +159,9 @@ void HandleHostCommand(WORD wCommand, const HOSTPACKET *lpPacket)
 int PluginCommand(void *lpPacket)
 {
     const HOSTPACKET *packet = static_cast<const HOSTPACKET *>(lpPacket);
-    if (!packet || !IsWholeBlock(packet->lpData, packet->dwDataSize))
+    // The two sizes are compared whatever they say: a block that claims to hold nothing is one of no command, not a
+    // wrong one.
+    if (!packet || !packet->lpData || packet->lpData->dwSize != packet->dwDataSize)
         return 0;
     // A block without a whole head has no command number.
     if (HoldsPayload(packet->dwDataSize, 0))

@@ -134,9 +134,12 @@ LRESULT CALLBACK PowerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 TEST_F(HostCommandTest, WhatIsRefusedAndWhatIsIgnored)
 {
     auto *head = reinterpret_cast<HOSTDATA *>(m_page + pageSize - 8); // without its command number
-    head->dwSize = 8;
-    HOSTPACKET packet = Packet(head);
-    EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, &packet), 1);
+    HOSTPACKET packet = {};
+    for (const DWORD size : {0, 3, 8}) {
+        head->dwSize = size;
+        packet = Packet(head);
+        EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, &packet), 1) << size;
+    }
     packet.lpData = nullptr;
     EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, &packet), 0);
     EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, nullptr), 0);
