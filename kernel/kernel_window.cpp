@@ -104,12 +104,16 @@ static void StartButtonPoll(HWND hWnd)
 }
 
 // Finds the monitors and brings them and the settings together. False when there is no monitor: then nothing more is
-// done now, and the plug-in stays as it is until it is stopped.
+// done now, and the plug-in stays as it is until it is stopped. False also once it is being stopped: a count that the
+// stop has cut off is no other number of monitors, for which the user's launcher functions and locks would be reset.
 static bool StartUp(HWND hWnd)
 {
     KillTimer(hWnd, TIMER_START_UP);
     SendNotice(HOST_NOTICE_STARTING);
-    if (!InitMonitors() && g_nMonitor == 0) {
+    const int found = InitMonitors();
+    if (g_bAbort)
+        return false;
+    if (!found && g_nMonitor == 0) {
         g_bNoMonitor = 1;
         return false;
     }
@@ -119,6 +123,8 @@ static bool StartUp(HWND hWnd)
     CheckLauncherReset();
     InitLauncherSettings();
     RestoreButtonLockStatus();
+    if (g_bAbort)
+        return false;
     StartDirectLink();
     StartButtonPoll(hWnd);
     return true;

@@ -21,7 +21,7 @@ static const char s_szShutdownQuestion[] =
 
 void ClearButtonRegisters()
 {
-    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
+    for (LONG monitor = 0; monitor < g_nMonitor && !g_bAbort; ++monitor)
         if (CapabilityHas(monitor, CAPABILITY_BUTTON_REGISTER))
             SetVCP(monitor, VCP_BUTTON_PRESSED, BUTTON_PRESSED_NONE);
 }

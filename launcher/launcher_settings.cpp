@@ -2,6 +2,7 @@
 #include "launcher/launcher_settings.h"
 
 #include "kernel/kernel_thread.h"
+#include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "settings/ini.h"
@@ -113,7 +114,7 @@ void ToggleLockBit(LONG nMonitor, BYTE bBit)
 
 int ReadButtonLocks()
 {
-    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
+    for (LONG monitor = 0; monitor < g_nMonitor && !g_bAbort; ++monitor)
         GetVCP(monitor, VCP_BUTTON_LOCK, nullptr);
     return 1;
 }
@@ -146,7 +147,7 @@ LONG InitLauncherSettings()
 LONG RestoreButtonLockStatus()
 {
     DWORD mask = 0;
-    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
+    for (LONG monitor = 0; monitor < g_nMonitor && !g_bAbort; ++monitor) {
         if (!TryReadMonitorValue(VALUE_LOCK_STATUS, monitor, &mask))
             break;
         SetVCP(monitor, VCP_BUTTON_LOCK, static_cast<WORD>(mask));
@@ -169,7 +170,8 @@ void WriteEndFlag()
 void ResetLauncherSettings()
 {
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {
-        SetVCP(monitor, VCP_BUTTON_LOCK, 0);
+        if (!g_bAbort)
+            SetVCP(monitor, VCP_BUTTON_LOCK, 0);
         WriteLockStatus(monitor, 0);
     }
     for (LONG monitor = 0; monitor < g_nMonitor; ++monitor) {

@@ -52,6 +52,8 @@ void ToggleLockBit(LONG nMonitor, BYTE bBit);
 
 // ---- Start and end of a run, in the order of the calls ----
 
+// A stop ends what these still have to tell the monitors: at its own end the plug-in releases the locks anyway.
+
 // Reads the lock mask of every monitor and forgets it. Result: 1, also without a monitor.
 int ReadButtonLocks();
 
@@ -75,7 +77,8 @@ void WriteEndFlag();
 
 // ---- What these are made of ----
 
-// Clears all locks, button modes, POWER switches and the active count; assignments and candidates stay.
+// Clears all locks, button modes, POWER switches and the active count; assignments and candidates stay. The settings
+// are cleared in whole also while the plug-in stops: the next start finds an orderly end and would not do it again.
 void ResetLauncherSettings();
 
 // Clears the button modes of all monitors.

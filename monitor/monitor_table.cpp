@@ -43,7 +43,7 @@ static void InitMonitor(LONG nMonitor)
 
     // Cleared here: the host's answers leave them alone when they do not come.
     char name[HOST_NAME_SIZE] = {};
-    if (!HostGetMonitorName(nMonitor, name))
+    if (!HostGetMonitorName(nMonitor, name) || g_bAbort)
         return;
     memcpy(entry->szModel, name, sizeof name);
 
@@ -63,7 +63,7 @@ int InitMonitors()
         return 0;
     if (g_nMonitor > MAX_MONITOR)
         g_nMonitor = MAX_MONITOR;
-    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
+    for (LONG monitor = 0; monitor < g_nMonitor && !g_bAbort; ++monitor)
         InitMonitor(monitor);
     ReadCurrentSettings(0);
     return 1;

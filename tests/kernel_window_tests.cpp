@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+using namespace std::string_literals;
+
 namespace {
 
 class KernelWindowTest : public PluginTest {
@@ -69,6 +71,48 @@ TEST_F(KernelWindowTest, TheStartUpTimerFiresByItselfAndOnce)
     Sleep(1500); // a second tick would come within this time
     const Lines log = host.TakeLog();
     EXPECT_EQ(std::count(log.begin(), log.end(), "notice 8"), 1);
+}
+
+TEST_F(KernelWindowTest, AStopEndsTheStartUpAtTheAccessThatItMeets)
+{
+    const struct {
+        const char *last; // the stop comes while this is under way
+        Answer::Kind answer;
+        DWORD endFlag; // of the run before: 1 = not in order, the launcher is reset
+    } cases[] = {
+        {"count", Answer::Never, 0},           {"name 0", Answer::Inline, 0},
+        {"capabilities 0", Answer::Inline, 0}, {"get 0 F2", Answer::Inline, 0},
+        {"set 0 F2 = 0", Answer::Inline, 1},   {"set 0 F2 = 5", Answer::Inline, 0},
+        {"set 0 F4 = 255", Answer::Inline, 0},
+    };
+    IniFolder::Write("lvcap.ini", "[NRV-PA1]\r\nCapability=F4\r\n[NRV-PA2]\r\nCapability=F4\r\n");
+    const auto value = [](const char *name) { return DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", name); };
+    for (const auto &c : cases) {
+        const std::pair<const char *, DWORD> before[] = {
+            {"InitFlag", 1},           {"MaxMonitor", 2},          {"EndFlag", c.endFlag},
+            {"dwLTimer", 1},           {"Launcher_1_Enable_1", 2}, {"PowerSwitch_1", 1},
+            {"ButtonLockStatus_0", 5}, {"ButtonLockStatus_1", 6},
+        };
+        for (const auto &[name, stored] : before)
+            PutDword(HKEY_CURRENT_USER, "LumvanLauncher", name, stored);
+        g_bAbort = 0;
+        host.TakeLog();
+        host.plan = [&](const TestRequest &) {
+            if (host.Log().back() != c.last)
+                return Answer{};
+            g_bAbort = 1;
+            return Answer{c.answer};
+        };
+        ASSERT_TRUE(Start());
+        StartUp();
+        EXPECT_EQ(host.TakeLog().back(), c.last);
+        host.plan = [](const TestRequest &) { return Answer{}; };
+        Stop();
+        for (const auto &[name, stored] : before) {
+            const bool reset = c.endFlag == 1 && name != "InitFlag"s && name != "MaxMonitor"s;
+            EXPECT_EQ(value(name), reset ? 0 : stored) << name << " at " << c.last;
+        }
+    }
 }
 
 TEST_F(KernelWindowTest, WithoutAMonitor)
