@@ -229,8 +229,11 @@ int StepLauncherCount(int bUp)
 
 void UpdateLauncherPoll(int bUp)
 {
-    StepLauncherCount(bUp);
+    if (!StepLauncherCount(bUp))
+        return;
     const DWORD count = GetLauncherCount();
+    if (WasReadError()) // taken for 0, it would end the poll for the functions that are on
+        return;
     if (count == 1)
         SetTimer(g_hKernelWnd, TIMER_BUTTON_POLL, BUTTON_POLL_PERIOD_MS, nullptr);
     else if (count == 0)

@@ -105,7 +105,8 @@ int StepLauncherCount(int bUp);
 
 constexpr UINT BUTTON_POLL_PERIOD_MS = 2000;
 
-// The same, and starts the button poll when the count has become 1, ends it when it has become 0.
+// The same, and starts the button poll when the count has become 1, ends it when it has become 0. Where the step is not
+// written, or the count cannot be read again, the poll goes on or rests as before.
 void UpdateLauncherPoll(int bUp);
 
 // ---- Button labels ----

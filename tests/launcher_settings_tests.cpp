@@ -4,6 +4,7 @@
 #include "kernel/kernel_thread.h"
 #include "monitor/monitor_table.h"
 #include "settings/registry.h"
+#include "support/faults.h"
 #include "support/plugin_session.h"
 
 namespace {
@@ -137,6 +138,15 @@ TEST_F(LauncherSettingsTest, TheActiveCountRunsThePoll)
         UpdateLauncherPoll(step.up);
         EXPECT_EQ(GetLauncherCount(), step.count);
         EXPECT_EQ(polling(), step.polls) << "at " << step.count;
+    }
+    // A count that cannot be read, at once (two calls a root) or behind the step's four, ends no poll.
+    for (const int nth : {1, 5}) {
+        Put("dwLTimer", 2);
+        InjectFault(Fault::Registry, nth, 4);
+        UpdateLauncherPoll(0);
+        InjectFault(Fault::None);
+        EXPECT_EQ(GetLauncherCount(), nth == 1 ? 2u : 1u);
+        EXPECT_TRUE(polling()) << nth;
     }
     DestroyWindow(window);
     g_hKernelWnd = nullptr;
