@@ -20,6 +20,7 @@ static KERNELTHREADCTX *g_lpKernelThread = nullptr;
 
 constexpr LANGID LANGUAGE_JAPANESE = 1041;
 constexpr DWORD LOOP_PAUSE_MS = 10; // bounds both the reaction to bStop and the idle load
+constexpr DWORD JOIN_ROUND_MS = 50;
 constexpr DWORD EXIT_FAILED = static_cast<DWORD>(-1);
 
 // ---- Window -------------------------------------------------------------------------------------------------------
@@ -109,8 +110,25 @@ static DWORD WINAPI KernelThreadProc(void *parameter)
     return exitCode;
 }
 
+bool IsKernelThreadRunning()
+{
+    return g_lpKernelThread && WaitForSingleObject(g_lpKernelThread->hThread, 0) == WAIT_TIMEOUT;
+}
+
+static void ForgetKernelThread()
+{
+    CloseHandle(g_lpKernelThread->hThread);
+    HeapFree(GetProcessHeap(), 0, g_lpKernelThread);
+    g_lpKernelThread = nullptr;
+}
+
 int StartKernelThread(HWND hHostWnd)
 {
+    // Nobody could end the first thread any more, and the host would unload its code under it.
+    if (IsKernelThreadRunning())
+        return 0;
+    if (g_lpKernelThread)
+        ForgetKernelThread();
     void *memory = HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(KERNELTHREADCTX));
     g_lpKernelThread = static_cast<KERNELTHREADCTX *>(memory);
     if (!g_lpKernelThread)
@@ -125,14 +143,24 @@ int StartKernelThread(HWND hHostWnd)
     return 0;
 }
 
-// Waits for a thread and still serves it: its shutdown sends packets to the host's window, which may belong to the very
-// thread that waits here.
-static void JoinWhileServingSentMessages(HANDLE hThread)
+// Ends the loop of a message box, which does not know the flag: the box closes, unanswered, and whatever box stands
+// behind it. Posted anew until the thread has ended: it may have no queue yet to post to, or may open another box.
+static void PostQuit(const KERNELTHREADCTX *context)
+{
+    PostThreadMessageA(context->dwThreadId, WM_QUIT, 0, 0);
+}
+
+// Waits for the thread and still serves it: its shutdown sends packets to the host's window, which may belong to the
+// very thread that waits here.
+static void JoinWhileServingSentMessages(const KERNELTHREADCTX *context)
 {
     MSG message;
-    while (MsgWaitForMultipleObjects(1, &hThread, FALSE, INFINITE, QS_SENDMESSAGE) == WAIT_OBJECT_0 + 1)
+    while (WaitForSingleObject(context->hThread, 0) == WAIT_TIMEOUT) {
+        PostQuit(context);
+        if (MsgWaitForMultipleObjects(1, &context->hThread, FALSE, JOIN_ROUND_MS, QS_SENDMESSAGE) == WAIT_FAILED)
+            Sleep(JOIN_ROUND_MS);
         PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE); // delivers what was sent, leaves what was posted
-    WaitForSingleObject(hThread, INFINITE);                 // over, unless the wait above failed
+    }
 }
 
 int StopKernelThread()
@@ -140,11 +168,7 @@ int StopKernelThread()
     if (!g_lpKernelThread)
         return 0;
     g_lpKernelThread->bStop = 1;
-    // The loop of a message box does not know the flag. This ends it, unanswered, and whatever box stands behind it.
-    PostThreadMessageA(g_lpKernelThread->dwThreadId, WM_QUIT, 0, 0);
-    JoinWhileServingSentMessages(g_lpKernelThread->hThread);
-    CloseHandle(g_lpKernelThread->hThread);
-    HeapFree(GetProcessHeap(), 0, g_lpKernelThread);
-    g_lpKernelThread = nullptr;
+    JoinWhileServingSentMessages(g_lpKernelThread);
+    ForgetKernelThread();
     return 1;
 }

@@ -60,6 +60,9 @@ int PluginInit(void *lpPacket)
     HOSTPACKET *packet = static_cast<HOSTPACKET *>(lpPacket);
     if (!packet || packet->dwDataSize < sizeof(HWND) || !packet->lpData)
         return 0;
+    // Refused before anything changes: the thread that runs goes on with the window that it knows.
+    if (IsKernelThreadRunning())
+        return 0;
     // This block is no HOSTDATA: its first word is the window.
     g_hHostWnd = *reinterpret_cast<const HWND *>(packet->lpData);
     packet->dst.bClass = ENDPOINT_CLASS;

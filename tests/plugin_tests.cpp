@@ -79,6 +79,43 @@ TEST_F(PluginTest, InitReportsAThreadThatCannotBeStarted)
     EXPECT_EQ(StopKernelThread(), 0);
 }
 
+TEST_F(PluginTest, OneThreadAtATime)
+{
+    host.monitors = {ColorMonitor("A")};
+    ASSERT_TRUE(Start());
+    const HWND kernel = g_hKernelWnd;
+    HWND another = GetDesktopWindow();
+    HOSTPACKET packet = {};
+    packet.dst.wID = 9;
+    packet.dwDataSize = 4;
+    packet.lpData = reinterpret_cast<HOSTDATA *>(&another);
+    EXPECT_EQ(PluginInit(&packet), 0);
+    EXPECT_EQ(g_hHostWnd, host.Window());
+    EXPECT_EQ(g_MyAddr.wID, 7);
+    EXPECT_EQ(PluginThreads(), 1);
+    Stop();
+    EXPECT_FALSE(IsWindow(kernel)) << "the thread that runs is the one that is ended";
+
+    // A thread that has ended by itself is in nobody's way.
+    InjectFault(Fault::Window);
+    ASSERT_EQ(StartKernelThread(host.Window()), 1);
+    while (IsKernelThreadRunning())
+        Sleep(1);
+    EXPECT_EQ(StartKernelThread(host.Window()), 1);
+    EXPECT_EQ(StopKernelThread(), 1);
+}
+
+TEST_F(PluginTest, TheStopClosesABoxThatIsNotYetThere)
+{
+    // The thread has no queue at first, and shows two boxes, one behind the other, before its window is there.
+    for (int round = 0; round < 3; ++round) {
+        InjectFault(Fault::Timer, 2, 2);
+        ASSERT_EQ(StartKernelThread(host.Window()), 1);
+        EXPECT_EQ(StopKernelThread(), 1);
+        InjectFault(Fault::None);
+    }
+}
+
 TEST_F(PluginTest, KernelWindowIsHiddenAndFoundByItsClass)
 {
     ASSERT_TRUE(Start());
