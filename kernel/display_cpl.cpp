@@ -36,6 +36,7 @@ static void InstanceFileNT(HWND hWnd, HMODULE hInstance, char (&path)[MAX_PATH])
         return;
     if (g_lpfnGetModuleFileNameExA && !g_lpfnGetModuleFileNameExA(hProcess, hInstance, path, sizeof path))
         path[0] = '\0';
+    path[sizeof path - 1] = '\0'; // a path that was cut may come without
     CloseHandle(hProcess);
 }
 
