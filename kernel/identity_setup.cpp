@@ -23,10 +23,11 @@ static bool GetHostName(char (&name)[HOST_IDENTITY_NAME_SIZE])
 }
 
 // Without a host name nothing is stored: an empty name would stay for good, while a missing one is looked up each time.
+// False when the name cannot be written.
 static bool StoreHostName()
 {
     char name[HOST_IDENTITY_NAME_SIZE] = "";
-    return GetHostName(name) && WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name);
+    return !GetHostName(name) || WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name);
 }
 
 // GetComputerNameExA, which early versions of both families lack.

@@ -64,9 +64,14 @@ TEST_F(FaultTest, ARegistryThatCannotBeReadIsNoFirstRun)
 
 TEST_F(FaultTest, AHostNameThatIsNotKnownIsNotStored)
 {
+    HKEY key;
+    RegCreateKeyA(HKEY_LOCAL_MACHINE, "System\\CurrentControlSet\\Services\\Tcpip\\Parameters", &key);
+    RegSetValueExA(key, "Domain", 0, REG_SZ, reinterpret_cast<const BYTE *>("office.example"), 15);
+    RegCloseKey(key);
     InjectFault(Fault::Socket, 1, 2);
     SetupIdentity();
     EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_USER_NAME), std::nullopt);
+    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_GROUP_NAME), "office.example") << "that is known";
 }
 
 TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
