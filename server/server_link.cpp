@@ -46,12 +46,15 @@ static DWORD LookUpAddress(LPCSTR lpszHost)
     return address;
 }
 
-// Reads a name into a buffer whose rest is zero, since all of it is sent. False when there is none.
+// Reads a name with whatever the value has behind it, since the server gets the buffer whole; what the value does not
+// fill is zero. False when there is none.
 static bool ReadName(LPCSTR lpszValue, char (&szName)[SERVER_NAME_SIZE])
 {
     char stored[SERVER_NAME_SIZE] = "";
-    if (!ReadSettingText(SUBKEY_GENERAL, lpszValue, stored, sizeof stored))
+    REGENTRY entry = {SUBKEY_GENERAL, lpszValue, REG_SZ, stored, sizeof stored};
+    if (!ReadSetting(&entry) || entry.dwType != REG_SZ)
         return false;
+    stored[sizeof stored - 1] = '\0'; // a value that fills the buffer need not end with its zero
     memcpy(szName, stored, sizeof szName);
     return true;
 }

@@ -18,7 +18,7 @@ constexpr size_t SERVER_DATAGRAM_SIZE = 256;  // what a client receives of a dat
 constexpr size_t SERVER_COMMAND_LENGTH = 18;  // what it reads of that
 constexpr size_t SERVER_MESSAGE_OFFSET = 400; // text of SERVER_MESSAGE, zero-terminated: beyond what is received
 constexpr size_t SERVER_ANSWER_SIZE = 128;    // what it receives at most of the answer to a request for settings
-constexpr size_t SERVER_NAME_SIZE = 64;       // data of an identity reply: the user name, zero-terminated
+constexpr size_t SERVER_NAME_SIZE = 64;       // data of an identity reply: the user name, a zero, and anything
 
 // Server to client, UDP.
 struct SERVERCMD {

@@ -11,6 +11,8 @@
 
 #include <random>
 
+using namespace std::string_literals;
+
 namespace {
 
 // A test starts the link by itself.
@@ -134,11 +136,12 @@ TEST_F(ServerLinkTest, NamesComeFromTheSettings)
     gethostname(hostName, sizeof hostName);
     const struct {
         std::optional<std::string> stored;
-        std::string user;
+        std::string user; // and what is sent behind its zero
         std::string group;
     } cases[] = {
         {std::nullopt, std::string(hostName).substr(0, 16), Ansi("-- 指定なし --")},
         {"sato", "sato", "sato"},
+        {"sato\0left"s, "sato\0left"s, "sato"},
         {"", "", ""},
         {std::string(63, 'n'), std::string(63, 'n'), std::string(63, 'n')},
         {std::string(64, 'n'), std::string(hostName).substr(0, 16), Ansi("-- 指定なし --")},
