@@ -1,4 +1,4 @@
-// The server's answer to the request for all settings, laid over those that a monitor has.
+// The server's answer to the request for all settings, read into a record.
 #include "fuzz/fuzz.h"
 #include "server/server_datagram.h"
 
@@ -18,7 +18,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         SERVERCOLORS colors;
         uint64_t behind;
     } record = {0x1122334455667788, before, 0x8877665544332211};
-    OverlayServerColors(&record.colors, answer.empty() ? "" : static_cast<const void *>(answer.data()), answer.size());
+    const void *bytesSent = answer.empty() ? "" : static_cast<const void *>(answer.data());
+    const size_t filled = ReadServerColors(&record.colors, bytesSent, answer.size());
+    FUZZ_CHECK(filled <= answer.size() && (filled == answer.size() || filled == sizeof before));
     FUZZ_CHECK(record.front == 0x1122334455667788 && record.behind == 0x8877665544332211);
 
     // Byte by byte either the answer's or, behind its end, what was there.

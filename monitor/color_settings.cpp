@@ -4,6 +4,8 @@
 #include "kernel/plugin.h"
 #include "monitor/vcp.h"
 
+#include <cstddef>
+
 // A value of 16 bits with the maximum that is kept beside it.
 struct COLORVALUE {
     BYTE bCode;
@@ -48,17 +50,30 @@ void ReadCurrentSettings(LONG nMonitor)
     }
 }
 
-void ApplyColorSettings(LONG nMonitor, const COLORSETTING *lpSetting)
+void ApplyColorFields(LONG nMonitor, const COLORSETTING *lpSetting, size_t cbSetting)
 {
-    if (nMonitor == -1)
+#define IS_THERE(FIELD) (offsetof(COLORSETTING, FIELD) + sizeof lpSetting->FIELD <= cbSetting)
+    // The record begins with the ECO mode; the gains stand in front of the preset, which decides over them.
+    if (nMonitor == -1 || !IS_THERE(dwEco))
         return;
+    const bool eco = lpSetting->dwEco != 0;
     SetVCP(nMonitor, VCP_ECO_MODE, static_cast<WORD>(lpSetting->dwEco));
-    SetVCP(nMonitor, VCP_BRIGHTNESS, lpSetting->dwEco != 0 ? lpSetting->wBrightEco : lpSetting->wBright);
-    SetVCP(nMonitor, VCP_CONTRAST, lpSetting->wContrast);
+    if (eco ? IS_THERE(wBrightEco) : IS_THERE(wBright))
+        SetVCP(nMonitor, VCP_BRIGHTNESS, eco ? lpSetting->wBrightEco : lpSetting->wBright);
+    if (IS_THERE(wContrast))
+        SetVCP(nMonitor, VCP_CONTRAST, lpSetting->wContrast);
+    if (!IS_THERE(wColorTemp))
+        return;
     SetVCP(nMonitor, VCP_COLOR_PRESET, static_cast<WORD>(lpSetting->wColorTemp));
     if (lpSetting->wColorTemp < COLOR_PRESET_FIRST_USER)
         return;
     SetVCP(nMonitor, VCP_RED_GAIN, lpSetting->wRed);
     SetVCP(nMonitor, VCP_GREEN_GAIN, lpSetting->wGreen);
     SetVCP(nMonitor, VCP_BLUE_GAIN, lpSetting->wBlue);
+#undef IS_THERE
+}
+
+void ApplyColorSettings(LONG nMonitor, const COLORSETTING *lpSetting)
+{
+    ApplyColorFields(nMonitor, lpSetting, sizeof *lpSetting);
 }

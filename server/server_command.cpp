@@ -111,8 +111,8 @@ static void WriteRowFeature(const RECEIVED *, const COMMANDROW *lpRow)
     WriteFeature(lpRow->bVcpCode, static_cast<DWORD>(lpRow->nValue));
 }
 
-// Asks the server for the settings and writes what came over those that the monitor has. They are written also when
-// nothing came; the cached settings stay as they are.
+// Asks the server for the settings and writes those that came; the cached settings stay as they are. Of an answer that
+// ends early the user's monitor keeps the rest: what is cached of it may be old, or was never read.
 static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
 {
     static_assert(sizeof(SERVERCOLORS) == sizeof(COLORSETTING), "the server sends the record of the monitor table");
@@ -124,12 +124,11 @@ static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
     const LONG monitor = g_nCurMonitor;
     if (!IsMonitorIndex(monitor))
         return;
-    COLORSETTING setting = g_CurSetting[monitor];
-    SERVERCOLORS colors;
-    memcpy(&colors, &setting, sizeof colors);
-    OverlayServerColors(&colors, answer, received);
+    SERVERCOLORS colors = {};
+    const size_t filled = ReadServerColors(&colors, answer, received);
+    COLORSETTING setting;
     memcpy(&setting, &colors, sizeof setting);
-    ApplyColorSettings(monitor, &setting);
+    ApplyColorFields(monitor, &setting, filled);
 }
 
 static void SwitchPower(const RECEIVED *, const COMMANDROW *lpRow)

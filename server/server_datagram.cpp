@@ -35,9 +35,11 @@ void ParseServerMessage(char *lpszText, size_t cbText, const void *lpData, size_
     lpszText[length] = '\0';
 }
 
-void OverlayServerColors(SERVERCOLORS *lpColors, const void *lpAnswer, size_t cbAnswer)
+size_t ReadServerColors(SERVERCOLORS *lpColors, const void *lpAnswer, size_t cbAnswer)
 {
-    memcpy(lpColors, lpAnswer, Smaller(cbAnswer, sizeof *lpColors));
+    const size_t filled = Smaller(cbAnswer, sizeof *lpColors);
+    memcpy(lpColors, lpAnswer, filled);
+    return filled;
 }
 
 size_t BuildServerReply(void *lpBuffer, size_t cbBuffer, const SERVERREPLY *lpHeader, const void *lpData)

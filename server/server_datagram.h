@@ -15,9 +15,9 @@ bool IsForClient(const SERVERCMD *lpCommand, uint32_t dwMyAddr);
 // when the buffer ends before the text begins. cbText: 1 or more.
 void ParseServerMessage(char *lpszText, size_t cbText, const void *lpData, size_t cbData);
 
-// Lays an answer to SERVER_SET_ALL over a record: a short one changes the fields that it reaches, what a long one has
-// beyond the record is dropped.
-void OverlayServerColors(SERVERCOLORS *lpColors, const void *lpAnswer, size_t cbAnswer);
+// Reads an answer to SERVER_SET_ALL into a record. A short one fills its beginning and leaves the rest alone; what a
+// long one has beyond the record is dropped. Result: how many bytes it fills, 0 to all.
+size_t ReadServerColors(SERVERCOLORS *lpColors, const void *lpAnswer, size_t cbAnswer);
 
 // Forms a message to the server: head, then lpHeader->dwLength bytes of data (none when lpData is null).
 // Result: its length; 0, with nothing written, when it does not fit into cbBuffer bytes.

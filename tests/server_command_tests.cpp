@@ -219,24 +219,31 @@ TEST_F(ServerTest, WrittenFeaturesAreKeptInTheCachedSettings)
 TEST_F(ServerTest, SettingsThatTheServerSends)
 {
     const COLORSETTING before = {0, 31, 0x0142, 33, 34, 35, 36, 11, 0};
-    const SERVERCOLORS sent = {1, 11, 22, 3, 4, 5, 6, 10, 0xFFFF};
-    const std::string bytes(reinterpret_cast<const char *>(&sent), sizeof sent);
-    const Lines unchanged = {"set 0 E0 = 0",  "set 0 10 = 322", "set 0 12 = 33", "set 0 14 = 11",
-                             "set 0 16 = 34", "set 0 18 = 35",  "set 0 1A = 36"};
-    const Lines all = {"set 0 E0 = 1", "set 0 10 = 11", "set 0 12 = 3", "set 0 14 = 10"};
-    Lines part = unchanged;
-    part[0] = "set 0 E0 = 1";
-    part[1] = "set 0 10 = 11";
+    const auto bytes = [](DWORD eco, int16_t preset, size_t length) {
+        const SERVERCOLORS sent = {eco, 11, 22, 3, 4, 5, 6, preset, 0xFFFF};
+        return std::string(reinterpret_cast<const char *>(&sent), sizeof sent).substr(0, length);
+    };
+    // A record for ECO mode with a user preset, and how much of it each length reaches.
+    const Lines all = {"set 0 E0 = 1", "set 0 10 = 11", "set 0 12 = 3", "set 0 14 = 11",
+                       "set 0 16 = 4", "set 0 18 = 5",  "set 0 1A = 6"};
+    const auto first = [&all](size_t count) { return Lines(all.begin(), all.begin() + static_cast<int>(count)); };
     const struct {
         std::string what;
         std::optional<std::string> answer;
         Lines written;
     } cases[] = {
-        {"accepts and closes", std::nullopt, unchanged},
-        {"sends nothing", "", unchanged},
-        {"sends 7 bytes", bytes.substr(0, 7), part},
-        {"sends the record", bytes, all},
-        {"sends too much", bytes + std::string(108, 'x'), all},
+        {"accepts and closes", std::nullopt, {}},
+        {"sends nothing", "", {}},
+        {"ends in the ECO mode", bytes(1, 11, 3), {}},
+        {"ends in the brightness", bytes(1, 11, 5), first(1)},
+        {"ends in the other brightness", bytes(1, 11, 7), first(2)},
+        {"ends in the brightness without ECO mode", bytes(0, 11, 7), {"set 0 E0 = 0"}},
+        {"ends in the preset", bytes(1, 11, 17), first(3)},
+        {"sends all but the filling", bytes(1, 11, 18), all},
+        {"sends a record without gains",
+         bytes(0, 10, 20),
+         {"set 0 E0 = 0", "set 0 10 = 22", "set 0 12 = 3", "set 0 14 = 10"}},
+        {"sends too much", bytes(1, 11, 20) + std::string(108, 'x'), all},
     };
     g_CurSetting[0] = before;
     for (const auto &c : cases) {
@@ -246,8 +253,8 @@ TEST_F(ServerTest, SettingsThatTheServerSends)
         EXPECT_EQ(memcmp(&g_CurSetting[0], &before, sizeof before), 0) << c.what;
     }
     server.StopListening();
-    ASSERT_TRUE(SendUntilLogged(Datagram(18), unchanged.back())) << "carried out, though there is nobody to ask";
-    Lines written = host.TakeLog();
-    written.resize(unchanged.size());
-    EXPECT_EQ(written, unchanged);
+    server.Send(Datagram(18));
+    ASSERT_TRUE(SendUntilLogged(Datagram(SERVER_ECO_ON), "set 0 E0 = 1")) << "carried out behind it";
+    for (const std::string &line : host.TakeLog())
+        EXPECT_EQ(line, "set 0 E0 = 1") << "there is nobody to ask, so nothing is written";
 }
