@@ -146,11 +146,10 @@
 
 ; ---- Removal ------------------------------------------------------------------------------------------------------------
 
-; A file that the plug-in writes, and its copies that are left when a write has not come to its end.
+; A file that the plug-in writes, and its copy that is left when a write has not come to its end.
 !macro DeleteSettings FILE
   Delete "$INSTDIR\${FILE}"
   Delete "$INSTDIR\${FILE}.lvkeep"
-  Delete "$INSTDIR\${FILE}.lvcopy"
 !macroend
 
 !macro FunctionsForRemoval

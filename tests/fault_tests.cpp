@@ -5,6 +5,7 @@
 #include "monitor/vcp.h"
 #include "panel/tooltips.h"
 #include "settings/ini.h"
+#include "settings/ini_copy.h"
 #include "settings/registry.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
@@ -27,9 +28,22 @@ protected:
 
 const char file[] = "profile.ini";
 
-std::string PathOf(const char *suffix)
+std::string IniPath()
 {
-    return IniFolder::Path(file + std::string(suffix));
+    return IniFolder::Path(file);
+}
+
+// Dates a file so many seconds from now.
+void AgeFile(const std::string &path, int seconds)
+{
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER time = {{now.dwLowDateTime, now.dwHighDateTime}};
+    time.QuadPart += static_cast<ULONGLONG>(seconds) * 10000000;
+    const FILETIME then = {time.LowPart, time.HighPart};
+    const HANDLE opened = CreateFileA(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_TRUE(SetFileTime(opened, nullptr, nullptr, &then));
+    CloseHandle(opened);
 }
 
 } // namespace
@@ -86,46 +100,84 @@ TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
 
 // ---- INI files ----------------------------------------------------------------------------------------------------
 
-TEST_F(FaultTest, AnIniFileSurvivesAnEndInTheMiddleOfAWrite)
+TEST_F(FaultTest, AnIniFileIsPutBackWhereItIsDamagedAlone)
 {
-    const std::string path = PathOf("");
-    const std::string before = "[A]\r\nname=1\r\n";
+    const std::string path = IniPath(), before = "[A]\r\nname=1\r\nred=2\r\n\r\n[B]\r\nname=3\r\n";
+    constexpr int soon = 1, muchLater = 100; // seconds behind the copy
     const struct {
         const char *what;
-        const char *ini, *copy; // as the end has left them; null = not there
-        std::string repaired;
+        std::optional<std::string> left; // by an end in a write to section A; without it the file is gone
+        int written;
+        bool putBack;
     } cases[] = {
-        {"in the copying", before.c_str(), nullptr, before},
-        {"in the write", "[A", before.c_str(), before},
-        {"before the write", before.c_str(), before.c_str(), before},
-        {"with an empty file", "", before.c_str(), before},
+        {"before the write", before, soon, false},
+        {"behind it", "[A]\r\nname=4\r\nred=2\r\n[B]\r\nname= 3\r\n", soon, false},
+        {"behind a deletion", "[A]\r\n[B]\r\nname=3\r\n", soon, false},
+        {"at its beginning", "", soon, true},
+        {"in the first name", "[", soon, true},
+        {"in the section", "[A]\r\nname=4\r\n", soon, true},
+        {"in the section, with what follows", "[A]\r\nna\r\n[B]\r\nname=3\r\n", soon, true},
+        {"behind the section", "[A]\r\nname=4\r\nred=2\r\n", soon, true},
+        {"in another", "[A]\r\nname=4\r\nred=2\r\n[B]\r\nna", soon, true},
+        {"while what follows is moved", "[A]\r\nname=4\r\nred=2\r\n[B]\r\nname=3\r\n3\r\n", soon, true},
+        {"and a user wrote since", "[A]\r\nname=4\r\n", muchLater, false},
+        {"and a user deleted it since", std::nullopt, 0, false},
     };
     for (const auto &c : cases) {
-        IniFolder::Write(file, c.ini);
-        IniFolder::Write("profile.ini.lvcopy", "[half a copy");
-        if (c.copy)
-            IniFolder::Write("profile.ini.lvkeep", c.copy);
+        IniFolder::Write(file, before);
+        CloseHandle(TakeIniCopy(path.c_str(), "A")); // as an end of the process does
+        IniFolder::Remove(file);
+        if (c.left) {
+            IniFolder::Write(file, *c.left);
+            AgeFile(path, c.written);
+        }
         RepairIniFile(path.c_str());
-        EXPECT_EQ(IniFolder::Read(file), c.repaired) << c.what;
+        EXPECT_EQ(IniFolder::Read(file), c.putBack ? before : c.left.value_or("")) << c.what;
         EXPECT_FALSE(IniFolder::Exists("profile.ini.lvkeep")) << c.what;
-        EXPECT_EQ(WriteIniKey(path.c_str(), "A", "name", "2"), 1);
-        EXPECT_EQ(IniFolder::Read(file), "[A]\r\nname=2\r\n") << c.what;
-        EXPECT_FALSE(IniFolder::Exists("profile.ini.lvkeep") || IniFolder::Exists("profile.ini.lvcopy")) << c.what;
     }
+    // A copy that its writer had not finished says nothing.
+    IniFolder::Write(file, "[A");
+    IniFolder::Write("profile.ini.lvkeep", before);
+    EXPECT_EQ(WriteIniKey(path.c_str(), "B", "name", "5"), 1);
+    EXPECT_EQ(IniFolder::Read(file).find("[B]"), IniFolder::Read(file).rfind("[B]"));
+    EXPECT_EQ(IniFolder::Read(file).find("red"), std::string::npos);
+    EXPECT_FALSE(IniFolder::Exists("profile.ini.lvkeep"));
 }
 
-TEST_F(FaultTest, AWriteNeedsNoCopyAndLeavesNone)
+TEST_F(FaultTest, AnotherProgramsWriteIsNotRepaired)
 {
-    const std::string path = PathOf("");
-    for (int nth = 1; nth <= 6; ++nth) {
-        IniFolder::Write(file, "[A]\r\nname=1\r\n");
+    const std::string path = IniPath(), before = "[A]\r\nname=1\r\n";
+    IniFolder::Write(file, before);
+    const HANDLE copy = TakeIniCopy(path.c_str(), "A"); // the other program, in the middle of its write
+    IniFolder::Write(file, "[A");
+    RepairIniFile(path.c_str());
+    EXPECT_EQ(IniFolder::Read(file), "[A");
+    // One that does not come to an end, or a scanner, holds up nobody's write for good.
+    EXPECT_EQ(WriteIniKey(path.c_str(), "B", "name", "2"), 1);
+    EXPECT_NE(IniFolder::Read(file).find("[B]"), std::string::npos);
+    IniFolder::Write(file, before);
+    EndIniCopy(copy, path.c_str(), true);
+    EXPECT_FALSE(IniFolder::Exists("profile.ini.lvkeep"));
+}
+
+TEST_F(FaultTest, AWriteNeedsNoCopyAndNoneUndoesALaterWrite)
+{
+    const std::string path = IniPath();
+    for (int nth = 1; nth <= 10; ++nth) {
+        const std::string before = "[A]\r\nname=1\r\n[B]\r\nname=1\r\n";
+        IniFolder::Write(file, before);
         InjectFault(Fault::File, nth);
         const int written = WriteIniSection(path.c_str(), "A", "name=2\r\n\0");
         InjectFault(Fault::None);
+        EXPECT_EQ(IniFolder::Read("profile.ini.lvkeep"), "") << nth << ": one that could not be deleted is empty";
+        // By another program, which needs no copy.
+        EXPECT_TRUE(WritePrivateProfileStringA("B", "name", nullptr, path.c_str()));
         RepairIniFile(path.c_str());
         char name[16] = "";
         GetPrivateProfileStringA("A", "name", "", name, sizeof name, path.c_str());
         EXPECT_STREQ(name, written ? "2" : "1") << nth;
+        GetPrivateProfileStringA("B", "name", "", name, sizeof name, path.c_str());
+        EXPECT_STREQ(name, "") << nth;
     }
 }
 

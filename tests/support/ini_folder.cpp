@@ -16,7 +16,7 @@ static void DropCache(const std::string &path)
 static void RemoveAll()
 {
     for (const std::string name : s_Names)
-        for (const char *suffix : {"", ".lvkeep", ".lvcopy"}) // what an end in the middle of a write leaves
+        for (const char *suffix : {"", ".lvkeep"}) // what an end in the middle of a write leaves
             IniFolder::Remove(name + suffix);
 }
 
