@@ -16,7 +16,8 @@ extern SHAREDFLAG g_bAbort;   // 1 from the beginning of slot 15: every wait for
 // The slots of this module, for the table and for callers in the same process. All run on the host's thread.
 
 // Slot 0. Packet: destination identifier = ours, data block = 4 bytes with the host's window. Completes the packet's
-// destination address. Result: 1 when the kernel thread was started; 0 when not, or when the block is too short.
+// destination address. Result: 1 when the kernel thread was started; 0 when not, when the block is too short, and, with
+// nothing changed, while the thread runs.
 int PluginInit(void *lpPacket);
 
 // Slot 1. Points the packet's data block at a PLUGININFO. Result: 1.
