@@ -3,6 +3,7 @@
 
 #include "kernel/base/texts.h"
 #include "kernel/kernel_thread.h"
+#include "kernel/plugin.h"
 #include "launcher/launch.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"

@@ -22,16 +22,14 @@ void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName);
 // with the name of the section that is being written.
 //
 // - The writer has the copy open and shares it with nobody. So two programs in one folder write one after the other,
-// and
-//   neither takes the other's write for one that was cut off. Whoever cannot get the copy within half a second, because
-//   a virus scanner holds it, writes without one.
+//   and neither takes the other's write for one that was cut off. Whoever cannot get the copy within half a second,
+//   because a virus scanner holds it, writes without one.
 // - Behind the write the copy is emptied and deleted. Emptying cannot be refused, since nobody else has it open; a copy
 //   that cannot be deleted stays empty, and puts nothing back.
 // - A sealed copy that can be opened was therefore left by an end in the middle of a write. It is put back when the
-// file
-//   shows that it is damaged: when it lacks or adds anything outside of that section, or has lost lines in it. A file
+//   file shows that it is damaged: it lacks or adds anything outside of that section, or has lost lines in it. A file
 //   on which the write was finished, or had not begun, stays as it is; so does one that was written more than a minute
-//   behind its copy, by a user or a backup program, and one that is gone.
+//   after its copy, by a user or a backup program, and one that is gone.
 // - The copy stays until the file can be read and is whole. Each write begins with this repair, too.
 //
 // Not covered: an end while the last section of the file gets its first lines may leave it with some of them, and on a
