@@ -1,6 +1,7 @@
 // The colour page: what it shows, direct changes, profiles and its switches.
 #include "panel/color_page_controls.h"
 
+#include "kernel/kernel_thread.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
@@ -341,6 +342,7 @@ TEST_F(ColorPageTest, DirectLink)
     ExpectUse(true, true);
     Ask(IDC_COLOR_APP_LIST, LB_SETCURSEL, 0);
     Click(page, IDC_COLOR_DIRECT_LINK);
+    KillTimer(g_hKernelWnd, TIMER_FOREGROUND); // or the program in front would be looked at, and set, between two lines
     EXPECT_EQ(Requests(), "directlink 0 = 1|");
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "Lumivane2", "DirectLink"), 1u);
     EXPECT_EQ(SelectionOf(page, IDC_COLOR_APP_LIST), -1);
