@@ -169,6 +169,7 @@ TEST_F(PanelTest, TreeOfEachKindOfMonitor)
         c.change(host.monitors[0]);
         g_bAbort = 0;
         ResetPluginState();
+        HoldTimer(TIMER_START_UP); // which that lets go
         g_hHostWnd = host.Window();
         host.Introduce();
         ASSERT_TRUE(Open());
