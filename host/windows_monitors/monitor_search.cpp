@@ -4,8 +4,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
+#include "host/detached_thread.h"
 #include "host/windows_monitors/access_error.h"
 
 struct MONITORSEARCH {
@@ -34,7 +34,10 @@ FINDING SearchMonitors(const MONITORAPI &api, LISTDISPLAYS listDisplays, DWORD p
 {
     const auto started = std::make_shared<MONITORSEARCH>();
     *search = started;
-    std::thread([started, api, listDisplays] { Search(started, api, listDisplays); }).detach();
+    if (!StartDetachedThread([started, api, listDisplays] { Search(started, api, listDisplays); })) {
+        started->done = true;
+        return {{}, ERROR_NOT_ENOUGH_MEMORY, "looking for monitors: " + AccessErrorText(ERROR_NOT_ENOUGH_MEMORY)};
+    }
     std::unique_lock lock(started->mutex);
     if (started->changed.wait_for(lock, std::chrono::milliseconds(patience), [&] { return started->done; }))
         return started->finding;

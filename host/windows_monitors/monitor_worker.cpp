@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <thread>
 
+#include "host/detached_thread.h"
 #include "host/monitor_backend.h"
 
 typedef std::unique_lock<std::mutex> LOCK;
@@ -222,7 +222,8 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
             worker->capabilitiesError = OUR_ERROR_SKIPPED;
         }
     }
-    std::thread([worker] { WorkerLoop(worker); }).detach();
+    if (!StartDetachedThread([worker] { WorkerLoop(worker); })) // then every access fails at once
+        worker->ended = true;
     return worker;
 }
 
@@ -261,7 +262,7 @@ static DWORD WaitUntil(MONITORWORKER *worker, LOCK &lock, DWORD start, DWORD pat
     for (;;) {
         if (done())
             return 0;
-        if (workshop->closing)
+        if (workshop->closing || worker->ended)
             return OUR_ERROR_STOPPED;
         if (IsStuck(worker))
             return OUR_ERROR_STUCK;
