@@ -2,7 +2,7 @@
 // bare calls, too, and does for them what it does for a request, so that the two differ in the plug-in's share alone.
 #pragma once
 
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 
 #include <functional>
 #include <mutex>

@@ -2,7 +2,7 @@
 #include "bench/bench_session.h"
 
 #include "bench/measure.h"
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "profiles/foreground.h"

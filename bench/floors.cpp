@@ -2,7 +2,7 @@
 #include "bench/floors.h"
 
 #include "bench/measure.h"
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 
 #include <mutex>
 

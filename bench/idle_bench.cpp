@@ -4,7 +4,6 @@
 #include "bench/benchmarks.h"
 #include "bench/floors.h"
 #include "bench/measure.h"
-#include "kernel/kernel_thread.h"
 #include "profiles/foreground.h"
 #include "timer/reservation_store.h"
 

@@ -1,6 +1,6 @@
 // The benchmark program: options, the run, and the form of its output. tools/bench runs it as it should be run.
 #include "bench/benchmarks.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 
 #include <windows.h>
 

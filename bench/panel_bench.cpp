@@ -4,7 +4,7 @@
 #include "bench/benchmarks.h"
 #include "bench/floors.h"
 #include "bench/measure.h"
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "panel/page_tree.h"
 #include "panel/pages.h"

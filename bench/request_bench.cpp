@@ -2,7 +2,7 @@
 #include "bench/bench_session.h"
 #include "bench/benchmarks.h"
 #include "bench/measure.h"
-#include "kernel/host_request.h"
+#include "kernel/link/host_request.h"
 #include "monitor/vcp.h"
 
 constexpr int ROUNDS = 41;

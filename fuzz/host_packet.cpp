@@ -1,7 +1,7 @@
 // A block of the host, as a reply (slot 2) and as a command (slot 16), with a size by its header that is true: the
 // plug-in lives in the host's process and has no other measure.
 #include "fuzz/fuzz.h"
-#include "kernel/packet_check.h"
+#include "kernel/link/packet_check.h"
 
 constexpr uint32_t LIMIT = 2000;
 

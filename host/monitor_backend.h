@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 enum MONITORRESULT {
     MONITOR_OK,      // done; the out-parameters are filled

@@ -5,7 +5,7 @@
 #include <initializer_list>
 
 #include "host/text.h"
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 constexpr size_t MONITOR_FILE_LIMIT = 64 * 1024;
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 // No block of either direction is larger; what claims to be is malformed.
 constexpr DWORD PACKET_DATA_LIMIT = 4096;

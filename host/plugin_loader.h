@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 struct PLUGIN {
     HMODULE hModule;

@@ -1,9 +1,9 @@
 // Opening the Display control panel and finding its property sheet among all windows.
 #include "kernel/display_cpl.h"
 
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/platform.h"
 
 #include <commctrl.h>
 #include <prsht.h>

@@ -2,9 +2,9 @@
 #include "kernel/host_command.h"
 
 #include "kernel/host_monitor_command.h"
-#include "kernel/host_packet.h"
 #include "kernel/identity.h"
-#include "kernel/packet_check.h"
+#include "kernel/link/host_packet.h"
+#include "kernel/link/packet_check.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"
 #include "monitor/monitor_power.h"

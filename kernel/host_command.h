@@ -3,7 +3,7 @@
 // Host's thread. A command returns when it is carried out and its reply is sent.
 #pragma once
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 // Slot 16. Result: 1, also for a command that is ignored; 0 for a packet without a block or with sizes that disagree.
 int PluginCommand(void *lpPacket);

@@ -1,7 +1,7 @@
 // The host's commands on a monitor: colour settings, VCP features, the lock of its front-panel buttons.
 #include "kernel/host_monitor_command.h"
 
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"

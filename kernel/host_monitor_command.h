@@ -4,7 +4,7 @@
 // Host's thread.
 #pragma once
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 void ReadColors(const HOSTPACKET *lpCommand);
 void WriteColors(const HOSTPACKET *lpCommand);

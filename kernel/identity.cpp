@@ -2,7 +2,7 @@
 #include "kernel/identity.h"
 
 #include "kernel/base/texts.h"
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 #include "settings/registry.h"
 
 #include <cstring>

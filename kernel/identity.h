@@ -1,7 +1,7 @@
 // The record that tells a management server who this PC is, as the settings have it now.
 #pragma once
 
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 // Fills a record from the settings; whatever is absent, too long or of another type is zero. Any thread.
 void BuildIdentity(HOSTIDENTITY *lpIdentity);

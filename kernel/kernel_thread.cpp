@@ -1,8 +1,8 @@
 // Start, message loop and stop of the kernel thread, and the window classes that it registers.
 #include "kernel/kernel_thread.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/kernel_window.h"
-#include "kernel/plugin.h"
 #include "server/server_link.h"
 
 // The thread's control block, on the heap while it runs.
@@ -13,9 +13,6 @@ struct KERNELTHREADCTX {
     DWORD dwThreadId;
 };
 
-SHAREDWND g_hKernelWnd = nullptr;
-HWND g_hPanelDlg = nullptr;
-SHAREDFLAG g_bNotJapanese = 1;
 static KERNELTHREADCTX *g_lpKernelThread = nullptr;
 
 constexpr LANGID LANGUAGE_JAPANESE = 1041;

@@ -1,15 +1,14 @@
 // Creation sequence, timers and shutdown sequence of the kernel window.
 #include "kernel/kernel_window.h"
 
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "kernel/display_cpl.h"
-#include "kernel/host_protocol.h"
-#include "kernel/host_request.h"
 #include "kernel/identity_setup.h"
-#include "kernel/kernel_thread.h"
+#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_request.h"
 #include "kernel/panel_opening.h"
-#include "kernel/platform.h"
-#include "kernel/plugin.h"
 #include "launcher/button_poll.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/edid_check.h"
@@ -25,8 +24,6 @@
 
 #include <commctrl.h>
 
-SHAREDFLAG g_bStarted = 0;
-SHAREDFLAG g_bNoMonitor = 0;
 LONG g_nRetry = 0;
 static bool s_FirstPass = false; // the first-pass step is still to come
 

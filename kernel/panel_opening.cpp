@@ -1,8 +1,7 @@
 // The panel's opening and its deferral.
 #include "kernel/panel_opening.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
+#include "kernel/base/plugin_state.h"
 #include "panel/panel.h"
 
 // A pending deferral, on the heap.

@@ -1,17 +1,14 @@
 // The export and the slots that start, describe and stop the plug-in.
 #include "kernel/plugin.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/host_command.h"
-#include "kernel/host_packet.h"
 #include "kernel/identity.h"
 #include "kernel/kernel_thread.h"
+#include "kernel/link/host_packet.h"
 #include "panel/resources/resource.h"
 
-// Module, host and stop flag.
-HINSTANCE g_hInstance = nullptr;
-SHAREDWND g_hHostWnd = nullptr;
 char g_szTitle[128] = "";
-SHAREDFLAG g_bAbort = 0;
 
 static const char szDescription[] = "マウス操作でモニタの設定を変更できるアプリケーションです。\r\n"
                                     "アプリケーションごとの色設定呼び出し、画面切り替えタイマー、\r\n"

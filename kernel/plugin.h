@@ -1,17 +1,13 @@
-// The plug-in as the host sees it: attach handler, export, slot table, and the state that slot 0 sets up.
+// The plug-in as the host sees it: attach handler, export and slot table.
 //
 // Call order of the slots: 0 once, after GetPluginFunc; then 2, 3, 10 and 16 as needed; 15 once; then the library may
 // be unloaded. 1 and the unused slots may be called at any time. There is no way back from 15 to 0: load the library
 // afresh.
 #pragma once
 
-#include "kernel/host_protocol.h"
-#include "kernel/shared_flag.h"
+#include "kernel/link/host_protocol.h"
 
-extern HINSTANCE g_hInstance; // the plug-in's own module, for every resource load
-extern SHAREDWND g_hHostWnd;  // the host's window: every packet goes there
-extern char g_szTitle[128];   // product title from the string table; empty before slot 0
-extern SHAREDFLAG g_bAbort;   // 1 from the beginning of slot 15: every wait for the host ends within about a second
+extern char g_szTitle[128]; // product title from the string table; empty before slot 0
 
 // The slots of this module, for the table and for callers in the same process. All run on the host's thread.
 

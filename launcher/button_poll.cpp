@@ -1,9 +1,8 @@
 // The scan of the button registers, launching by a press, and the end of the PC by the POWER button.
 #include "launcher/button_poll.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
 #include "launcher/launch.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"

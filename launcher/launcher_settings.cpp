@@ -1,8 +1,7 @@
 // Launcher values in the registry, and the book-keeping of locks over a run.
 #include "launcher/launcher_settings.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "settings/ini.h"

@@ -1,7 +1,7 @@
 // Shutting the PC down, on both platform families.
 #include "launcher/shutdown.h"
 
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 
 // The Windows 95 family knows no privileges. Where this fails, the shutdown itself is refused and says so.
 static void EnableShutdownPrivilege()

@@ -1,7 +1,7 @@
 // Colour settings between a monitor and a record.
 #include "monitor/color_settings.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 
 #include <cstddef>

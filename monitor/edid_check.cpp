@@ -1,8 +1,8 @@
 // The way of the check over all monitors, and the repair.
 #include "monitor/edid_check.h"
 
-#include "kernel/host_request.h"
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
+#include "kernel/link/host_request.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/edid_header.h"
 #include "monitor/i2c.h"

@@ -1,9 +1,9 @@
 // Enumeration of the monitors at start-up, and the override file of their capabilities.
 #include "monitor/monitor_table.h"
 
-#include "kernel/host_protocol.h"
-#include "kernel/host_request.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
+#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_request.h"
 #include "monitor/color_settings.h"
 #include "settings/ini.h"
 

@@ -5,7 +5,7 @@
 // g_CurSetting and the maxima change.
 #pragma once
 
-#include "kernel/shared_flag.h"
+#include "kernel/base/shared_flag.h"
 #include "monitor/capabilities.h"
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 // VCP access: the convention for a missing monitor in front of the host's requests.
 #include "monitor/vcp.h"
 
-#include "kernel/host_request.h"
+#include "kernel/link/host_request.h"
 
 constexpr LONG NO_MONITOR = -1;
 

@@ -1,7 +1,6 @@
 // The colour page's dialog procedure, its opening, and its three switches: DirectLink, all monitors, second half.
 #include "panel/color_page.h"
 
-#include "kernel/plugin.h"
 #include "monitor/color_settings.h"
 #include "panel/color_page_apps.h"
 #include "panel/color_page_changes.h"

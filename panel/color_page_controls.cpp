@@ -1,7 +1,7 @@
 // The controls of the colour page, by tables: which belong together, and how they look in each state.
 #include "panel/color_page_controls.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/color_presets.h"

@@ -1,8 +1,8 @@
 // Colour profiles from the list to the monitor, and into the list.
 #include "panel/color_page_profiles.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/plugin.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_changes.h"
 #include "panel/color_page_images.h"

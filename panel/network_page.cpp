@@ -1,10 +1,9 @@
 // The network page's controls. Its ports are stored and shown; the link itself always uses its own.
 #include "panel/network_page.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "kernel/identity.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
 #include "panel/page_focus.h"
 #include "panel/panel_width.h"
 #include "panel/resources/resource.h"

@@ -1,8 +1,8 @@
 // The file dialog.
 #include "panel/open_file.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/plugin.h"
 #include "panel/resources/resource.h"
 
 #include <cderr.h>

@@ -1,8 +1,7 @@
 // Creation and destruction of pages, and the widths at which the panel shows them.
 #include "panel/pages.h"
 
-#include "kernel/kernel_window.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "panel/button_page.h"
 #include "panel/color_page.h"
 #include "panel/launcher_page.h"

@@ -1,9 +1,7 @@
 // The panel dialog's own controls; its tree and its pages have files of their own.
 #include "panel/panel.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/no_monitor_page.h"

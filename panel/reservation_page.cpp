@@ -1,8 +1,8 @@
 // The reservation page's controls. What is entered and listed goes by timer/reservation_rows.
 #include "panel/reservation_page.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "panel/page_focus.h"
 #include "panel/resources/resource.h"

@@ -1,7 +1,7 @@
 // Tooltips and images of the panel and its pages.
 #include "panel/tooltips.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"

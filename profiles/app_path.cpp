@@ -1,7 +1,7 @@
 // Programs by their windows, on both platform families, and by their shortcuts.
 #include "profiles/app_path.h"
 
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 #include "profiles/profile_store.h"
 
 #include <objbase.h>

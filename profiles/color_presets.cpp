@@ -1,7 +1,6 @@
 // The preset names in both languages.
 #include "profiles/color_presets.h"
-
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 
 struct PRESETNAME {
     LPCSTR lpszJapanese;

@@ -1,7 +1,7 @@
 // The colour profile that follows the program in front ("DirectLink").
 #pragma once
 
-#include "kernel/shared_flag.h"
+#include "kernel/base/shared_flag.h"
 
 extern SHAREDFLAG g_bDirectLink;  // 1 while the colour profile follows the foreground program
 extern SHAREDFLAG g_bAllMonitors; // 1 while colour operations go to every monitor instead of the selected one

@@ -1,8 +1,8 @@
 // The two profile tables, and the way of their entries to the file, the lists and the monitors' records.
 #include "profiles/profile_store.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/plugin.h"
 #include "panel/resources/resource.h"
 #include "profiles/first_run_apps.h"
 #include "settings/ini.h"

@@ -1,8 +1,8 @@
 // The table of server commands, and what they do.
 #include "server/server_command.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/plugin.h"
 #include "monitor/color_settings.h"
 #include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"

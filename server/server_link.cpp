@@ -1,7 +1,7 @@
 // Start, receive loop and end of the listeners.
 #include "server/server_link.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "panel/resources/resource.h"
 #include "server/server_command.h"
 #include "settings/registry.h"

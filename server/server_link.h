@@ -5,7 +5,7 @@
 // its own creation, so there is never one to stop.
 #pragma once
 
-#include "kernel/shared_flag.h"
+#include "kernel/base/shared_flag.h"
 #include "server/server_protocol.h"
 
 #include <windows.h>

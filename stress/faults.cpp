@@ -1,7 +1,7 @@
 // Faults: each scenario is played once to count the calls that can fail, then once for every one of these calls, which
 // fails then, and once for each kind with all of its calls failing. After each the plug-in must work as before.
-#include "kernel/host_packet.h"
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
+#include "kernel/link/host_packet.h"
 #include "stress/parts.h"
 #include "stress/scenario.h"
 #include "stress/settings_image.h"

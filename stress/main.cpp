@@ -1,5 +1,5 @@
 // lvkernel_stress: drives the plug-in's code through faults, load and time, and says whether it came through them.
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "stress/supervisor.h"
 #include "support/resource_counts.h"
 

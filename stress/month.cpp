@@ -1,6 +1,6 @@
 // A month of an office PC in quick motion: the clock is set, the timers tick when the program says so. Every evening
 // has reservations, programs come to the front all day, buttons are pressed.
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

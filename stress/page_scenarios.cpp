@@ -1,7 +1,7 @@
 // Clicks on the pages.
 #include "stress/page_scenarios.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

@@ -1,7 +1,7 @@
 // The panel as a user goes through it.
 #include "stress/panel_hands.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "launcher/button_poll.h"
 #include "monitor/vcp.h"

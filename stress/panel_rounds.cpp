@@ -1,5 +1,5 @@
 // The panel opened, every page shown, and closed, until a leak of a single object a time could not be missed.
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "stress/panel_hands.h"
 #include "stress/parts.h"
 #include "stress/scenario.h"

@@ -1,6 +1,6 @@
 // Three threads that read features at the same time, from a host that answers as hosts do on bad days. Each request is
 // one of its kind, so an answer that belongs to another is seen.
-#include "kernel/host_request.h"
+#include "kernel/link/host_request.h"
 #include "stress/parts.h"
 #include "support/plugin_run.h"
 

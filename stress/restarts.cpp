@@ -1,5 +1,6 @@
 // The plug-in as it ships, loaded, started, stopped and unloaded again and again by a host that comes and goes with it.
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
+#include "kernel/kernel_window.h"
 #include "stress/panel_hands.h"
 #include "stress/parts.h"
 #include "support/heap_blocks.h"

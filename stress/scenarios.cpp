@@ -1,10 +1,9 @@
 // The acts: start and stop, colours, profiles, reservations, buttons, server commands, the panel.
 #include "stress/scenario.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/host_command.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
-#include "kernel/plugin.h"
+#include "kernel/link/host_protocol.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"

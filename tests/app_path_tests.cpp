@@ -1,7 +1,7 @@
 // Paths of programs: by window, by shortcut, and as they are registered.
 #include "profiles/app_path.h"
 
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 #include "profiles/profile_store.h"
 #include "support/front_programs.h"
 #include "support/plugin_session.h"

@@ -1,8 +1,8 @@
 // The poll of the front-panel buttons: scan, acknowledgement, launching, and the POWER button.
 #include "launcher/button_poll.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
 #include "settings/registry.h"

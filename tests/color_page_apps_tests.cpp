@@ -1,7 +1,6 @@
 // The colour page's registered applications.
 #include "panel/color_page_apps.h"
 
-#include "kernel/kernel_thread.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

@@ -1,7 +1,7 @@
 // The colour page: what it shows, direct changes, profiles and its switches.
 #include "panel/color_page_controls.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"

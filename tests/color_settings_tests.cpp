@@ -1,7 +1,7 @@
 // Colour settings between monitors and records.
 #include "monitor/color_settings.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "support/plugin_session.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // The EDID check at stop, down to the bus.
 #include "monitor/edid_check.h"
 
-#include "kernel/platform.h"
-#include "kernel/plugin.h"
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/i2c.h"
 #include "monitor/monitor_table.h"

@@ -1,6 +1,5 @@
 // Whole evenings: a reservation entered, started and ended over the minutes of a set clock; what the monitor receives,
 // and what file, table and screen show after each step.
-#include "kernel/kernel_thread.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"

@@ -1,8 +1,8 @@
 // The profile that follows the program in front, with real programs in front.
 #include "profiles/foreground.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "profiles/profile_store.h"
 #include "support/box_answerer.h"
 #include "support/front_programs.h"

@@ -1,5 +1,5 @@
 // Request numbers, and what slot 2 does with packets that answer nobody.
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 
 #include "support/plugin_session.h"
 

@@ -1,9 +1,9 @@
 // Start-up, timers, deferred opening and shutdown of the kernel window.
 #include "kernel/kernel_window.h"
 
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/display_cpl.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/platform.h"
 #include "kernel/plugin.h"
 #include "profiles/foreground.h"
 #include "support/box_answerer.h"

@@ -1,7 +1,7 @@
 // Launcher and lock settings over the starts and ends of runs.
 #include "launcher/launcher_settings.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "settings/registry.h"
 #include "support/faults.h"

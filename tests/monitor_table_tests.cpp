@@ -1,7 +1,7 @@
 // Enumeration of the monitors.
 #include "monitor/monitor_table.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"

@@ -1,8 +1,7 @@
 // The panel: opening, monitor list, tree, widths and pages.
 #include "panel/panel.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"

@@ -1,8 +1,8 @@
 // The slots, and the life of the kernel thread behind them.
 #include "kernel/plugin.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
 #include "support/text.h"

@@ -1,7 +1,7 @@
 // The profile store with its real file, and with the two lists of a page.
 #include "profiles/profile_store.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "panel/resources/resource.h"
 #include "profiles/color_presets.h"
 #include "support/box_answerer.h"

@@ -1,5 +1,5 @@
 // The reservation page in the panel: what it offers, its list with its buttons, and the choice to be asked first.
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
 #include "settings/registry.h"

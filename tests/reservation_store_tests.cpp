@@ -1,7 +1,6 @@
 // The file of reservations, the table, and the page's entry and list.
 #include "timer/reservation_store.h"
 
-#include "kernel/kernel_thread.h"
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"

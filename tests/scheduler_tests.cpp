@@ -1,8 +1,7 @@
 // What is special about starts, ends, prompts and passed reservations.
 #include "timer/scheduler.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"

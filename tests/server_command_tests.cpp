@@ -1,7 +1,6 @@
 // What each command of the management server does, over real sockets.
 #include "server/server_command.h"
 
-#include "kernel/kernel_thread.h"
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
 #include "server/server_link.h"

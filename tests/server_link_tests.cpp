@@ -1,7 +1,7 @@
 // The listener: its life, and what it makes of datagrams of any kind.
 #include "server/server_link.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "support/box_answerer.h"
 #include "support/replaced_imports.h"
 #include "support/server_session.h"

@@ -1,7 +1,7 @@
 // Shutting the PC down, as this program's platform family does it.
 #include "launcher/shutdown.h"
 
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
 

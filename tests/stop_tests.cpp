@@ -1,6 +1,5 @@
 // A stop of the plug-in while the user is being asked something: nobody has answered, and nothing follows from it.
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/vcp.h"
 #include "support/box_answerer.h"

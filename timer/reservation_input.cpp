@@ -1,7 +1,7 @@
 // Labels, choices and the VCP sequence of an input switch.
 #include "timer/reservation_input.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

@@ -1,9 +1,8 @@
 // The prompt of a reservation that has fallen due.
 #include "timer/reserve_prompt.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"
 #include "timer/reservation_input.h"

@@ -1,8 +1,8 @@
 // The checks of every second, and the check when the panel opens.
 #include "timer/scheduler.h"
 
+#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/kernel_thread.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

@@ -9,7 +9,7 @@
 #include "host/monitor_file.h"
 #include "host/options.h"
 #include "host/text.h"
-#include "kernel/host_protocol.h"
+#include "kernel/link/host_protocol.h"
 
 static const char s_good[] = "\xEF\xBB\xBF; a comment\r\n"
                              "[monitor]\r\n"

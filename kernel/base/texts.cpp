@@ -1,7 +1,6 @@
 // The only place where a message box is shown.
 #include "kernel/base/texts.h"
-
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 
 constexpr int BOX_TEXT_SIZE = 512;
 

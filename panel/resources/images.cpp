@@ -1,7 +1,7 @@
 // Bitmaps on controls.
 #include "panel/resources/images.h"
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "panel/resources/resource.h"
 
 static HANDLE s_Images[IDB_LAST - IDB_FIRST + 1]; // loaded so far; kept for good, as LR_SHARED says

@@ -1,7 +1,7 @@
 // Copies, starts and ends programs, and moves windows of other processes to the front.
 #include "support/front_programs.h"
 
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 #include "support/ini_folder.h"
 
 #include <stdexcept>

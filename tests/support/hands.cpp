@@ -1,7 +1,6 @@
 // The messages that a user's hands cause, and what eyes read.
 #include "support/hands.h"
 
-#include "kernel/kernel_thread.h"
 #include "support/text.h"
 
 #include <commctrl.h>

@@ -1,6 +1,6 @@
 // The test program. Also what the plug-in's code needs of a program that holds it: a module handle for its resources.
-#include "kernel/platform.h"
-#include "kernel/plugin.h"
+#include "kernel/base/platform.h"
+#include "kernel/base/plugin_state.h"
 
 #include <gtest/gtest.h>
 

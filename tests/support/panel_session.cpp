@@ -1,7 +1,7 @@
 // The panel opened, and pages chosen in it.
 #include "support/panel_session.h"
 
-#include "kernel/kernel_thread.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"

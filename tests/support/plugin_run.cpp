@@ -1,8 +1,7 @@
 // The plug-in's first state, and its start and stop by a host.
 #include "support/plugin_run.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/kernel_window.h"
+#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "launcher/button_poll.h"
 #include "monitor/ddc_driver.h"

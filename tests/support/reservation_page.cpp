@@ -1,8 +1,7 @@
 // The page, its file, its prompt.
 #include "support/reservation_page.h"
 
-#include "kernel/kernel_thread.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "panel/reservation_page.h"
 #include "panel/resources/resource.h"

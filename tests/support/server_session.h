@@ -1,7 +1,7 @@
 // Fixtures: the plug-in with its server link up, and the management server.
 #pragma once
 
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
 #include "server/server_link.h"
 #include "support/plugin_session.h"
 #include "support/test_server.h"

@@ -7,7 +7,7 @@
 //     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 12", "set 0 12 = 50"}));
 #pragma once
 
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 
 #include <array>
 #include <condition_variable>

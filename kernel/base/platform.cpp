@@ -1,5 +1,5 @@
 // Platform family and the process-module library.
-#include "kernel/platform.h"
+#include "kernel/base/platform.h"
 
 HMODULE g_hPsapi = nullptr;
 ENUMPROCESSMODULES g_lpfnEnumProcessModules = nullptr;

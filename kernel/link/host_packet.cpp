@@ -1,8 +1,9 @@
 // Request numbers, reply slots and the routing between them.
-#include "kernel/host_packet.h"
+#include "kernel/link/host_packet.h"
 
-#include "kernel/packet_check.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
+#include "kernel/link/host_protocol.h"
+#include "kernel/link/packet_check.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // Bounded reading of the host's blocks.
-#include "kernel/packet_check.h"
+#include "kernel/link/packet_check.h"
 
 #include <cstring>
 

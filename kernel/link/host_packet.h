@@ -6,8 +6,8 @@
 // is taken for the moment of a copy only, so that no reply writes into a buffer whose requester has gone on.
 #pragma once
 
-#include "kernel/host_protocol.h"
-#include "kernel/shared_flag.h"
+#include "kernel/base/shared_flag.h"
+#include "kernel/link/host_protocol.h"
 
 constexpr DWORD REQUEST_COUNT = 2000;         // numbers 1 to 1999; 0 while the host's address is unknown
 constexpr DWORD REQUEST_NONE = REQUEST_COUNT; // no number could be had

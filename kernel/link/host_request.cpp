@@ -1,8 +1,9 @@
 // The round trip of a request, and the requests that are made of it.
-#include "kernel/host_request.h"
+#include "kernel/link/host_request.h"
 
-#include "kernel/host_packet.h"
-#include "kernel/plugin.h"
+#include "kernel/base/plugin_state.h"
+#include "kernel/link/host_packet.h"
+#include "kernel/link/host_protocol.h"
 
 #include <cstring>
 
