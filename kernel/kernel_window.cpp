@@ -13,7 +13,7 @@
 #include "launcher/launcher_settings.h"
 #include "monitor/edid_check.h"
 #include "monitor/monitor_table.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
 #include "server/server_link.h"

@@ -6,7 +6,7 @@
 #include "kernel/identity.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/link/host_packet.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 
 char g_szTitle[128] = "";
 

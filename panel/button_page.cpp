@@ -5,6 +5,7 @@
 #include "monitor/monitor_table.h"
 #include "panel/button_assignment.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/text_fit.h"
 #include "panel/tooltips.h"
 

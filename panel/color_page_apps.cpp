@@ -8,6 +8,7 @@
 #include "panel/open_file.h"
 #include "panel/page_message.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "profiles/app_path.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"

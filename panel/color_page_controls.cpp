@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "profiles/color_presets.h"
 #include "profiles/foreground.h"
 

@@ -2,6 +2,7 @@
 #include "panel/color_page_images.h"
 
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 
 int SetColorPageImages(HWND hPage)

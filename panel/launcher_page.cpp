@@ -11,6 +11,7 @@
 #include "panel/file_drop.h"
 #include "panel/open_file.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 #include "profiles/app_path.h"
 #include "settings/ini.h"

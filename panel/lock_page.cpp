@@ -4,6 +4,7 @@
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 
 // What the page knows of each button between two clicks, by button number - 1: 1 = usable, 0 = locked.

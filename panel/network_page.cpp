@@ -7,6 +7,7 @@
 #include "panel/page_focus.h"
 #include "panel/panel_width.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 #include "server/server_link.h"
 #include "settings/registry.h"

@@ -3,7 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 
 #include <cderr.h>
 #include <commdlg.h>

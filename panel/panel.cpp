@@ -9,6 +9,7 @@
 #include "panel/pages.h"
 #include "panel/panel_width.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 #include "panel/web_page.h"
 #include "settings/ini.h"

@@ -6,6 +6,7 @@
 #include "monitor/monitor_table.h"
 #include "panel/page_focus.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 #include "settings/registry.h"
 #include "timer/reservation_input.h"

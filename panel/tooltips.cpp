@@ -5,6 +5,7 @@
 #include "launcher/launcher_settings.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 
 #include <commctrl.h>
 

@@ -4,7 +4,7 @@
 #include "kernel/base/texts.h"
 #include "monitor/color_settings.h"
 #include "monitor/vcp.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "profiles/app_path.h"
 #include "profiles/profile_store.h"
 #include "settings/registry.h"

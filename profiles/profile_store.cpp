@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "profiles/first_run_apps.h"
 #include "settings/ini.h"
 

@@ -8,6 +8,7 @@
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "server/server_datagram.h"
 #include "server/server_link.h"
 #include "server/server_reply.h"

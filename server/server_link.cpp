@@ -2,7 +2,7 @@
 #include "server/server_link.h"
 
 #include "kernel/base/plugin_state.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "server/server_command.h"
 #include "settings/registry.h"
 

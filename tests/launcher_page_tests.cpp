@@ -1,5 +1,6 @@
 // The launcher settings page: candidates, assignments and test buttons.
 #include "kernel/base/texts.h"
+#include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/launcher_session.h"
 #include "support/replaced_imports.h"

@@ -1,5 +1,6 @@
 // The button lock page.
 #include "monitor/vcp.h"
+#include "panel/resources/resource.h"
 #include "support/launcher_session.h"
 
 namespace {

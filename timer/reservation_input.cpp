@@ -4,7 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 
 #include <cstring>
 #include <initializer_list>

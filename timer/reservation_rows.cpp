@@ -5,6 +5,7 @@
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "timer/reservation_rules.h"
 #include "timer/reservation_store.h"
 

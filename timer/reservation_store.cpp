@@ -2,7 +2,7 @@
 #include "timer/reservation_store.h"
 
 #include "kernel/base/texts.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "settings/ini.h"
 
 #include <fcntl.h>

@@ -5,6 +5,7 @@
 #include "kernel/base/texts.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"

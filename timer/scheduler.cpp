@@ -5,7 +5,7 @@
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp.h"
-#include "panel/resources/resource.h"
+#include "panel/resources/strings.h"
 #include "settings/ini.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_rows.h"

@@ -1,7 +1,6 @@
 // The fixture of the launcher's pages: the panel open with the launcher in its tree, and the launcher's values.
 #pragma once
 
-#include "panel/resources/resource.h"
 #include "support/panel_session.h"
 #include "support/text.h"
 
