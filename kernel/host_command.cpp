@@ -2,13 +2,13 @@
 #include "kernel/host_command.h"
 
 #include "kernel/host_monitor_command.h"
-#include "kernel/identity.h"
 #include "kernel/link/host_packet.h"
 #include "kernel/link/packet_check.h"
 #include "launcher/launcher_settings.h"
 #include "launcher/shutdown.h"
 #include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"
+#include "server/identity.h"
 #include "settings/registry.h"
 
 #include <cstring>

@@ -4,8 +4,8 @@
 #include "kernel/link/host_packet.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
-#include "profiles/foreground.h"
 
 #include <cstring>
 
@@ -22,20 +22,6 @@ template <typename PAYLOAD>
 static void PutPayload(const HOSTPACKET *command, const PAYLOAD &payload)
 {
     memcpy(HostPayload(command->lpData), &payload, sizeof payload);
-}
-
-void SetVCPAll(BYTE bCode, LONG nValue)
-{
-    for (LONG monitor = 0; monitor < g_nMonitor; ++monitor)
-        SetVCP(monitor, bCode, static_cast<WORD>(nValue));
-}
-
-void SetSelectedOrAll(LONG nSelected, BYTE bCode, LONG nValue)
-{
-    if (g_bAllMonitors)
-        SetVCPAll(bCode, nValue);
-    else
-        SetVCP(nSelected, bCode, static_cast<WORD>(nValue));
 }
 
 // ---- Colours ------------------------------------------------------------------------------------------------------

@@ -10,10 +10,3 @@ void ReadColors(const HOSTPACKET *lpCommand);
 void WriteColors(const HOSTPACKET *lpCommand);
 void ReadFeature(const HOSTPACKET *lpCommand);
 void WriteFeature(const HOSTPACKET *lpCommand);
-
-// SetVCP on every monitor in turn, with the low 16 bits of the value. Any thread.
-void SetVCPAll(BYTE bCode, LONG nValue);
-
-// SetVCP on the selected monitor or, in the all-monitors mode, on every one. A command of several accesses takes
-// g_nCurMonitor once and hands it to each as nSelected: another may be chosen meanwhile. Any thread.
-void SetSelectedOrAll(LONG nSelected, BYTE bCode, LONG nValue);

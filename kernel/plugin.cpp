@@ -3,10 +3,10 @@
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/host_command.h"
-#include "kernel/identity.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/link/host_packet.h"
 #include "panel/resources/strings.h"
+#include "server/identity.h"
 
 char g_szTitle[128] = "";
 

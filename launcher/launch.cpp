@@ -3,7 +3,7 @@
 
 #include "launcher/assignments.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 
 #include <shellapi.h>
 

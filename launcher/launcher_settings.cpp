@@ -3,6 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "settings/ini.h"
 #include "settings/registry.h"

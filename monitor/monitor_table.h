@@ -27,8 +27,7 @@ struct COLORSETTING {
 };
 static_assert(sizeof(COLORSETTING) == 20);
 
-extern SHAREDFLAG g_nMonitor;    // count, 0 to MAX_MONITOR; -1 when the host did not answer
-extern SHAREDFLAG g_nCurMonitor; // the monitor chosen in the panel; 0 until then
+extern SHAREDFLAG g_nMonitor; // count, 0 to MAX_MONITOR; -1 when the host did not answer
 extern MONITORENTRY g_Monitor[MAX_MONITOR];
 extern COLORSETTING g_CurSetting[MAX_MONITOR];
 extern LONG g_nMaxBrightEco[MAX_MONITOR];
@@ -43,11 +42,6 @@ inline bool IsMonitorIndex(LONG nMonitor)
 {
     return nMonitor >= 0 && nMonitor < MAX_MONITOR;
 }
-
-// Enumerates the monitors through the host and reads the settings of monitor 0. Kernel thread. Result: 1 when
-// g_nMonitor is not 0, also when it is -1. Ends early once the plug-in stops: with g_bAbort set afterwards, neither the
-// result nor the table says what monitors there are.
-int InitMonitors();
 
 // Reads a capability string of cbText bytes into the monitor's entry; the text is changed in place. Result: 1 when its
 // vcp list was read up to the closing parenthesis, else 0; 0 for an index out of range.

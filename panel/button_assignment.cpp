@@ -4,7 +4,7 @@
 #include "launcher/assignments.h"
 #include "launcher/candidates.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/candidate_list.h"
 #include "panel/open_file.h"
 #include "panel/resources/resource.h"

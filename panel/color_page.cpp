@@ -2,6 +2,7 @@
 #include "panel/color_page.h"
 
 #include "monitor/color_settings.h"
+#include "monitor/selection.h"
 #include "panel/color_page_apps.h"
 #include "panel/color_page_changes.h"
 #include "panel/color_page_controls.h"

@@ -1,7 +1,7 @@
 // From a control of the colour page to the monitors.
 #include "panel/color_page_changes.h"
 
-#include "kernel/host_monitor_command.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_images.h"
 #include "panel/resources/resource.h"

@@ -2,6 +2,7 @@
 #include "panel/color_page_controls.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"

@@ -3,6 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_changes.h"
 #include "panel/color_page_images.h"

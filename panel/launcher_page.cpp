@@ -6,7 +6,7 @@
 #include "launcher/candidates.h"
 #include "launcher/launch.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/candidate_list.h"
 #include "panel/file_drop.h"
 #include "panel/open_file.h"

@@ -2,7 +2,7 @@
 #include "panel/lock_page.h"
 
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"

@@ -3,12 +3,12 @@
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
-#include "kernel/identity.h"
 #include "panel/page_focus.h"
 #include "panel/panel_width.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
+#include "server/identity.h"
 #include "server/server_link.h"
 #include "settings/registry.h"
 

@@ -3,6 +3,7 @@
 
 #include "launcher/launcher_settings.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 

@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/page_focus.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"

@@ -3,6 +3,7 @@
 
 #include "kernel/base/texts.h"
 #include "monitor/color_settings.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/strings.h"
 #include "profiles/app_path.h"
@@ -10,7 +11,6 @@
 #include "settings/registry.h"
 
 SHAREDFLAG g_bDirectLink = 0;
-SHAREDFLAG g_bAllMonitors = 0;
 SHAREDFLAG g_bForeIdle = 1;
 static int s_nLastApp = -1;        // slot of the registered program found in front last
 static bool s_bAppHandled = false; // the program now in front has been asked about, and its profile applied or not

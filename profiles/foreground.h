@@ -3,9 +3,8 @@
 
 #include "kernel/base/shared_flag.h"
 
-extern SHAREDFLAG g_bDirectLink;  // 1 while the colour profile follows the foreground program
-extern SHAREDFLAG g_bAllMonitors; // 1 while colour operations go to every monitor instead of the selected one
-extern SHAREDFLAG g_bForeIdle;    // 1 while a check may start: it guards a check that waits for its question
+extern SHAREDFLAG g_bDirectLink; // 1 while the colour profile follows the foreground program
+extern SHAREDFLAG g_bForeIdle;   // 1 while a check may start: it guards a check that waits for its question
 
 // Sets the state of the checks as at the creation of the kernel window. Kernel thread.
 void InitForeground();

@@ -6,6 +6,7 @@
 #include "monitor/color_settings.h"
 #include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"

@@ -2,6 +2,7 @@
 #include "panel/color_page_apps.h"
 
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"

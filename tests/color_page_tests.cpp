@@ -2,9 +2,9 @@
 #include "panel/color_page_controls.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
-#include "profiles/foreground.h"
 #include "profiles/profile_store.h"
 #include "support/box_answerer.h"
 #include "support/panel_session.h"

@@ -1,9 +1,9 @@
 // What a call that fails, or an end at a bad moment, must not take away from the user.
-#include "kernel/identity_setup.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/monitor_search.h"
 #include "monitor/vcp.h"
 #include "panel/tooltips.h"
+#include "server/identity_setup.h"
 #include "settings/ini.h"
 #include "settings/ini_copy.h"
 #include "settings/registry.h"

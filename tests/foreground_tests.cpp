@@ -3,6 +3,7 @@
 
 #include "kernel/base/platform.h"
 #include "kernel/base/plugin_state.h"
+#include "monitor/selection.h"
 #include "profiles/profile_store.h"
 #include "support/box_answerer.h"
 #include "support/front_programs.h"

@@ -4,7 +4,7 @@
 
 #include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
-#include "profiles/foreground.h"
+#include "monitor/selection.h"
 #include "support/box_answerer.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"

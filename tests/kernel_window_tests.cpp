@@ -5,6 +5,7 @@
 #include "kernel/base/plugin_state.h"
 #include "kernel/display_cpl.h"
 #include "kernel/plugin.h"
+#include "monitor/selection.h"
 #include "profiles/foreground.h"
 #include "support/box_answerer.h"
 #include "support/plugin_session.h"

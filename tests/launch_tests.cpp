@@ -1,7 +1,7 @@
 // What a button starts: the shell call, to the byte.
 #include "launcher/launch.h"
 
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
 #include "support/text.h"

@@ -2,7 +2,9 @@
 #include "launcher/launcher_settings.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "settings/registry.h"
 #include "support/faults.h"
 #include "support/plugin_session.h"

@@ -3,7 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
-#include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"

@@ -2,6 +2,7 @@
 #include "profiles/profile_store.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "profiles/color_presets.h"
 #include "support/box_answerer.h"

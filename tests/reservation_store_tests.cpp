@@ -2,6 +2,7 @@
 #include "timer/reservation_store.h"
 
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/panel_session.h"

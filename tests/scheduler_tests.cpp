@@ -3,6 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/clock.h"

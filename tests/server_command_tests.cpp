@@ -2,6 +2,7 @@
 #include "server/server_command.h"
 
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "server/server_link.h"
 #include "support/box_answerer.h"

@@ -3,6 +3,7 @@
 
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"

@@ -6,6 +6,7 @@
 #include "launcher/button_poll.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/monitor_table.h"
+#include "monitor/selection.h"
 #include "panel/color_page_controls.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"

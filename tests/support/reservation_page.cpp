@@ -2,6 +2,7 @@
 #include "support/reservation_page.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
 #include "panel/reservation_page.h"
 #include "panel/resources/resource.h"

@@ -1,5 +1,5 @@
 // The identity record: from the settings to the host.
-#include "kernel/identity.h"
+#include "server/identity.h"
 
 #include "kernel/base/texts.h"
 #include "kernel/link/host_packet.h"

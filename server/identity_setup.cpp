@@ -1,8 +1,8 @@
 // First-run set-up of user and group name.
-#include "kernel/identity_setup.h"
+#include "server/identity_setup.h"
 
 #include "kernel/base/platform.h"
-#include "kernel/identity.h"
+#include "server/identity.h"
 #include "settings/registry.h"
 
 #include <windows.h>
