@@ -2,6 +2,7 @@
 #include "bench/bench_session.h"
 #include "bench/benchmarks.h"
 #include "bench/measure.h"
+#include "panel/profile_lists.h"
 #include "profiles/profile_store.h"
 
 #include <cstdio>

@@ -13,6 +13,7 @@
 #include "monitor/edid_check.h"
 #include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
+#include "panel/profile_lists.h"
 #include "panel/resources/strings.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"

@@ -10,6 +10,7 @@
 #include "panel/color_page_profiles.h"
 #include "panel/file_drop.h"
 #include "panel/panel_width.h"
+#include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"

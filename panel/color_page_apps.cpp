@@ -7,6 +7,7 @@
 #include "panel/color_page_images.h"
 #include "panel/open_file.h"
 #include "panel/page_message.h"
+#include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/app_path.h"

@@ -8,6 +8,7 @@
 #include "panel/color_page_changes.h"
 #include "panel/color_page_images.h"
 #include "panel/page_message.h"
+#include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/profile_store.h"

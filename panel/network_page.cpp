@@ -10,6 +10,7 @@
 #include "panel/tooltips.h"
 #include "server/identity.h"
 #include "server/server_link.h"
+#include "server/server_state.h"
 #include "settings/registry.h"
 
 #include <cstring>

@@ -1,7 +1,7 @@
 // The no-monitor page and its two web addresses.
 #include "panel/no_monitor_page.h"
 
-#include "panel/pages.h"
+#include "panel/page_window.h"
 #include "panel/resources/resource.h"
 #include "panel/web_page.h"
 

@@ -8,13 +8,11 @@
 #include "panel/lock_page.h"
 #include "panel/network_page.h"
 #include "panel/no_monitor_page.h"
-#include "panel/page_focus.h"
+#include "panel/page_window.h"
 #include "panel/panel_width.h"
 #include "panel/reservation_page.h"
 #include "panel/resources/resource.h"
 #include "panel/version_page.h"
-
-constexpr int PAGE_LEFT = 178; // pixels from the left of the panel's client area
 
 static HWND s_Pages[PAGE_COUNT]; // null = does not exist
 
@@ -65,22 +63,6 @@ constexpr int NO_MONITOR_WIDENING = 400;
 constexpr int VERSION_WIDENING = 224;
 
 // ---- Pages --------------------------------------------------------------------------------------------------------
-
-HWND CreatePageWindow(HWND hPanel, int nTemplate, DLGPROC lpfnProc)
-{
-    const HWND hPage = CreateDialogParamA(g_hInstance, MAKEINTRESOURCEA(nTemplate), hPanel, lpfnProc, 0);
-    if (!hPage)
-        return nullptr;
-    RECT place;
-    GetWindowRect(hPage, &place);
-    OffsetRect(&place, PAGE_LEFT, 0);
-    MapWindowPoints(HWND_DESKTOP, hPage, reinterpret_cast<POINT *>(&place), 2);
-    MoveWindow(hPage, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
-    FollowPanelEdge(hPanel);
-    ShowWindow(hPage, SW_SHOW);
-    InvalidateRect(hPanel, nullptr, TRUE);
-    return hPage;
-}
 
 void CreatePage(HWND hPanel, PAGEKIND page)
 {

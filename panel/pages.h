@@ -27,9 +27,6 @@ void SelectPage(HWND hPanel, TREEITEM item);
 // afterwards.
 void CreatePage(HWND hPanel, PAGEKIND page);
 
-// Creates a page dialog, puts it in its place beside the tree and shows it. Result: its window, or null.
-HWND CreatePageWindow(HWND hPanel, int nTemplate, DLGPROC lpfnProc);
-
 // Destroys the pages that exist; the no-monitor page is none of them.
 void DestroyPages();
 

@@ -1,4 +1,4 @@
-// The reservation page's controls. What is entered and listed goes by timer/reservation_rows.
+// The reservation page's controls. What is entered and listed goes by panel/reservation_rows.
 #include "panel/reservation_page.h"
 
 #include "kernel/base/plugin_state.h"
@@ -6,12 +6,12 @@
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "panel/page_focus.h"
+#include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
 #include "settings/registry.h"
 #include "timer/reservation_input.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
 
 #include <commctrl.h>
@@ -213,7 +213,7 @@ static int AddReservationTips(HWND hPage)
 
 static INT_PTR OnInit(HWND hPage)
 {
-    g_hReservationPage = hPage;
+    SetReservationPage(hPage);
     return InitReservationPage(hPage) && AddReservationTips(hPage) && LoadChangeMsg(hPage);
 }
 
@@ -282,7 +282,7 @@ INT_PTR CALLBACK ReservationPageProc(HWND hPage, UINT message, WPARAM wParam, LP
     case WM_NOTIFY:
         return OnNotify(hPage, reinterpret_cast<const NMHDR *>(lParam));
     case WM_DESTROY:
-        g_hReservationPage = nullptr;
+        SetReservationPage(nullptr);
         return TRUE;
     }
     return FALSE;

@@ -1,12 +1,10 @@
-// The two profile tables, and the way of their entries to the file, the lists and the monitors' records.
+// The two profile tables, and the way of their entries to the file and the monitors' records.
 #include "profiles/profile_store.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "monitor/selection.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
-#include "profiles/first_run_apps.h"
 #include "settings/ini.h"
 
 #include <cstring>
@@ -26,8 +24,8 @@ struct PROFILETABLE {
     int *lpnUsed;
     LPCSTR lpszSection; // format of the section names
 };
-static const PROFILETABLE s_Sys = {g_SysProfile, SYS_PROFILE_COUNT, &g_nSysProfile, "Standard%d"};
-static const PROFILETABLE s_App = {g_AppProfile, APP_PROFILE_COUNT, &g_nAppProfile, "User%d"};
+static const PROFILETABLE s_Sys = {g_SysProfile, SYS_PROFILE_COUNT, &g_nSysProfile, SYS_PROFILE_SECTION};
+static const PROFILETABLE s_App = {g_AppProfile, APP_PROFILE_COUNT, &g_nAppProfile, APP_PROFILE_SECTION};
 
 #define NO_NAME "?" // a section without a "name", or with this one, is absent
 
@@ -43,7 +41,7 @@ static void FormSectionName(const PROFILETABLE &table, int slot, char (&name)[PR
     wsprintfA(name, table.lpszSection, slot);
 }
 
-static bool SectionExists(const PROFILETABLE &table, int slot)
+static bool IsSectionThere(const PROFILETABLE &table, int slot)
 {
     char section[PROFILE_SECTION_NAME_SIZE];
     char name[PROFILE_SECTION_TEXT_SIZE];
@@ -113,10 +111,20 @@ void DeleteSysProfile(int nSlot)
     DeleteEntry(s_Sys, nSlot);
 }
 
+int IsSysProfileInFile(int nSlot)
+{
+    return IsSlot(s_Sys, nSlot) && IsSectionThere(s_Sys, nSlot);
+}
+
+int IsAppProfileInFile(int nSlot)
+{
+    return IsSlot(s_App, nSlot) && IsSectionThere(s_App, nSlot);
+}
+
 int GetFreeAppSection()
 {
     for (int slot = 0; slot < APP_PROFILE_COUNT; ++slot)
-        if (!SectionExists(s_App, slot))
+        if (!IsSectionThere(s_App, slot))
             return slot;
     return -1;
 }
@@ -196,112 +204,5 @@ void SetProfileData(int nMode, int nSlot, LPCSTR lpszName, LPCSTR lpszAlias)
     case PROFILE_SYS_TAKE:
         TakeEntry(table, nSlot);
         break;
-    }
-}
-
-void InitSystemProfiles()
-{
-    static const struct {
-        UINT name;
-        PROFILEENTRY values;
-    } profiles[SYS_PROFILE_FIRST_USER] = {
-        // A brightness of 255 is more than any monitor's maximum: these three ask for all that there is.
-        {IDS_PROFILE_PHOTO, {"", 0, 65, 255, 0, 1, 0, 0, 0, "", ""}},
-        {IDS_PROFILE_FILM, {"", 0, 65, 255, 0, 8, 0, 0, 0, "", ""}},
-        {IDS_PROFILE_TELEVISION, {"", 0, 70, 255, 0, 8, 0, 0, 0, "", ""}},
-        {IDS_PROFILE_TEXT, {"", 1, 70, 0, 80, 2, 0, 0, 0, "", ""}},
-    };
-    for (int slot = 0; slot < SYS_PROFILE_FIRST_USER; ++slot) {
-        PROFILEENTRY *entry = &g_SysProfile[slot];
-        *entry = profiles[slot].values;
-        FormSectionName(s_Sys, slot, entry->szSection);
-        LoadStringA(g_hInstance, profiles[slot].name, entry->szName, sizeof entry->szName);
-        CopyText(entry->szAlias, entry->szName);
-    }
-}
-
-// ---- Lists --------------------------------------------------------------------------------------------------------
-
-void AddAppListItem(HWND hPage, int nSlot)
-{
-    if (!IsSlot(s_App, nSlot))
-        return;
-    ++g_nAppProfile;
-    const HWND hList = GetDlgItem(hPage, IDC_COLOR_APP_LIST);
-    if (!hList)
-        return;
-    char *path = g_AppProfile[nSlot].szName;
-    const char *backslash = LastBackslash(path);
-    const LRESULT item =
-        SendMessageA(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(backslash ? backslash + 1 : path));
-    if (item >= 0)
-        SendMessageA(hList, LB_SETITEMDATA, static_cast<WPARAM>(item), nSlot);
-}
-
-void AddProfileComboItem(HWND hPage, int nPosition, LPCSTR lpszText)
-{
-    const HWND hCombo = GetDlgItem(hPage, IDC_COLOR_PROFILE_COMBO);
-    if (!hCombo)
-        return;
-    const LRESULT item =
-        SendMessageA(hCombo, CB_INSERTSTRING, static_cast<WPARAM>(nPosition), reinterpret_cast<LPARAM>(lpszText));
-    if (item >= 0)
-        SendMessageA(hCombo, CB_SETITEMDATA, static_cast<WPARAM>(item), nPosition);
-}
-
-// ---- Loading ------------------------------------------------------------------------------------------------------
-
-// Makes the file when there is none. False when it was there, or cannot be opened.
-static bool CreateProfileFile()
-{
-    const HANDLE hFile = CreateFileA(g_szProfileIni, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    const bool created = GetLastError() == NO_ERROR;
-    if (hFile == INVALID_HANDLE_VALUE)
-        return false;
-    CloseHandle(hFile);
-    return created;
-}
-
-static void WriteFirstProfiles()
-{
-    for (int slot = 0; slot < SYS_PROFILE_FIRST_USER; ++slot)
-        WriteSysProfile(slot);
-    CreateAppProfiles();
-}
-
-static void AddNoProfileItem(HWND hPage)
-{
-    char text[64] = "";
-    LoadStringA(g_hInstance, IDS_PROFILE_NONE, text, sizeof text);
-    AddProfileComboItem(hPage, 0, text);
-}
-
-// Slots without a section keep what they hold.
-void LoadProfiles(HWND hWnd, LPCSTR lpszFileName)
-{
-    g_nSysProfile = 0;
-    InitSystemProfiles();
-    BuildIniPath(g_szProfileIni, lpszFileName);
-    RepairIniFile(g_szProfileIni);
-    if (CreateProfileFile())
-        WriteFirstProfiles();
-
-    // A window without the lists, as at the start, is asked for them once instead of for every profile.
-    const HWND hPage = GetDlgItem(hWnd, IDC_COLOR_APP_LIST) ? hWnd : nullptr;
-    AddNoProfileItem(hPage);
-    for (int slot = 0; slot < SYS_PROFILE_COUNT; ++slot) {
-        if (!SectionExists(s_Sys, slot))
-            continue;
-        LoadEntry(s_Sys, slot);
-        AddProfileComboItem(hPage, slot + 1, g_SysProfile[slot].szName);
-        ++g_nSysProfile;
-    }
-    g_nAppProfile = 0;
-    for (int slot = 0; slot < APP_PROFILE_COUNT; ++slot) {
-        if (!SectionExists(s_App, slot))
-            continue;
-        LoadEntry(s_App, slot);
-        AddAppListItem(hPage, slot);
     }
 }

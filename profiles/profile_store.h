@@ -9,9 +9,12 @@
 
 #include <windows.h>
 
-constexpr int SYS_PROFILE_COUNT = 16;     // sections "Standard%d"
+#define SYS_PROFILE_SECTION "Standard%d"
+#define APP_PROFILE_SECTION "User%d"
+
+constexpr int SYS_PROFILE_COUNT = 16;
 constexpr int SYS_PROFILE_FIRST_USER = 4; // the slots before it are the system's own and cannot be deleted
-constexpr int APP_PROFILE_COUNT = 240;    // sections "User%d"
+constexpr int APP_PROFILE_COUNT = 240;
 
 extern PROFILEENTRY g_SysProfile[SYS_PROFILE_COUNT]; // colour profiles
 extern PROFILEENTRY g_AppProfile[APP_PROFILE_COUNT]; // registered applications; szName is the program's path
@@ -20,13 +23,6 @@ extern int g_nAppProfile;                            // registered applications
 extern char g_szProfileIni[MAX_PATH];
 extern COLORSETTING g_DefSetting[MAX_MONITOR]; // what the monitors get back when no registered program is in front
 
-// Loads the store, at the very first time after making the file with the system profiles and those of installed
-// programs. hWnd: the colour page, whose two lists are filled, or a window without them.
-void LoadProfiles(HWND hWnd, LPCSTR lpszFileName);
-
-// Puts the four system profiles into their slots, in memory only.
-void InitSystemProfiles();
-
 // Writes a slot to its section. A failure is shown to the user for colour profiles only. Result: 1 or 0.
 int WriteAppProfile(int nSlot);
 int WriteSysProfile(int nSlot);
@@ -34,6 +30,10 @@ int WriteSysProfile(int nSlot);
 // Empties a slot and its section, which counts as absent then, and counts it off.
 void DeleteAppProfile(int nSlot);
 void DeleteSysProfile(int nSlot);
+
+// Whether the file has the section of a slot. Result: 1 or 0.
+int IsSysProfileInFile(int nSlot);
+int IsAppProfileInFile(int nSlot);
 
 // The first "User%d" section that the file does not have, whatever memory holds. Result: its number; -1 when all exist.
 int GetFreeAppSection();
@@ -57,13 +57,3 @@ void SetProfileData(int nMode, int nSlot, LPCSTR lpszName, LPCSTR lpszAlias);
 
 // A profile's values as a record: all but the ECO mode narrowed to 16 bits.
 void SettingFromProfile(COLORSETTING *lpSetting, const PROFILEENTRY *lpEntry);
-
-// ---- Lists of the colour page; windows without them are left alone ----
-
-// Adds a registered application to the page's list: file name of the program (all of szName when it has no backslash),
-// with the slot as item data. Counts g_nAppProfile up, with or without a list.
-void AddAppListItem(HWND hPage, int nSlot);
-
-// Inserts an entry into the page's list of colour profiles, with its position as item data. A position beyond the end
-// is refused by the list: behind a gap, profiles are loaded but not shown.
-void AddProfileComboItem(HWND hPage, int nPosition, LPCSTR lpszText);

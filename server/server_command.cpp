@@ -11,8 +11,8 @@
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "server/server_datagram.h"
-#include "server/server_link.h"
 #include "server/server_reply.h"
+#include "server/server_state.h"
 #include "settings/registry.h"
 
 #include <cstring>

@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "panel/resources/strings.h"
 #include "server/server_command.h"
+#include "server/server_state.h"
 #include "settings/registry.h"
 
 #include <cstring>
@@ -15,19 +16,6 @@ constexpr int MAX_LISTENER = 16; // further starts are silent: those that run an
 constexpr WORD WINSOCK_VERSION = MAKEWORD(1, 1);
 constexpr DWORD RETRY_PAUSE_MS = 10; // after a socket that could not be had: the port may be taken for hours
 constexpr UINT JOIN_ROUND_MS = 50;
-
-HWND g_hServerLinkWnd = nullptr;
-SERVERTHREADCTX g_ServerThreadCtx = {nullptr, 0};
-SHAREDDWORD g_dwMyIpAddr = 0;
-char g_szHostName[17] = "";
-char g_szUserName[SERVER_NAME_SIZE] = "";
-char g_szGroupName[SERVER_NAME_SIZE] = "";
-WORD g_wUdpPort = 0;
-WORD g_wTcpPort = 0;
-SHAREDDWORD g_dwServerAddr = 0;
-char g_szServerAddr[16] = "";
-LONG g_bCommActive = 0;
-SHAREDWND g_hCommLogWnd = nullptr;
 
 // One entry a listener; a null thread marks a free one. The socket is that of the current receive cycle.
 static HANDLE g_hServerThread[MAX_LISTENER];

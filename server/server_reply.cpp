@@ -3,7 +3,7 @@
 #include "server/server_reply.h"
 
 #include "server/server_datagram.h"
-#include "server/server_link.h"
+#include "server/server_state.h"
 
 constexpr DWORD CONNECT_LIMIT_MS = 60000; // the system mostly gives up before
 constexpr DWORD ANSWER_LIMIT_MS = 30000;  // a server that stays silent must not silence the link for good

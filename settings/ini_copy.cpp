@@ -1,8 +1,6 @@
 // Making, judging, putting back and dropping the copy of an INI file.
 #include "settings/ini_copy.h"
 
-#include "settings/ini.h"
-
 #include <cstring>
 
 #define COPY_SUFFIX ".lvkeep" // no user gives this name to a copy of his own

@@ -5,6 +5,7 @@
 #include "launcher/launcher_settings.h"
 #include "profiles/profile_store.h"
 #include "settings/ini.h"
+#include "settings/ini_copy.h"
 #include "settings/registry.h"
 #include "stress/child.h"
 #include "stress/panel_hands.h"

@@ -9,7 +9,7 @@
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
-#include "server/server_link.h"
+#include "server/server_state.h"
 #include "settings/registry.h"
 #include "stress/page_scenarios.h"
 #include "stress/panel_hands.h"

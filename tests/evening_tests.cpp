@@ -1,11 +1,11 @@
 // Whole evenings: a reservation entered, started and ended over the minutes of a set clock; what the monitor receives,
 // and what file, table and screen show after each step.
+#include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"
 #include "support/reservation_page.h"
 #include "support/text.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
 

@@ -1,7 +1,7 @@
 // The network page in the panel: ports, names, log.
 #include "panel/network_page.h"
 #include "panel/resources/resource.h"
-#include "server/server_link.h"
+#include "server/server_state.h"
 #include "settings/registry.h"
 #include "support/box_answerer.h"
 #include "support/panel_session.h"

@@ -3,6 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "monitor/selection.h"
+#include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
 #include "profiles/color_presets.h"
 #include "support/box_answerer.h"

@@ -1,6 +1,7 @@
 // The reservation page in the panel: what it offers, its list with its buttons, and the choice to be asked first.
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
+#include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "settings/registry.h"
 #include "support/box_answerer.h"
@@ -8,7 +9,6 @@
 #include "support/panel_session.h"
 #include "support/reservation_page.h"
 #include "support/text.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
 
 #include <commctrl.h>

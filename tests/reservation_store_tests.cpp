@@ -3,12 +3,12 @@
 
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/panel_session.h"
 #include "support/reservation_page.h"
 #include "support/text.h"
-#include "timer/reservation_rows.h"
 
 #include <commctrl.h>
 #include <fcntl.h>

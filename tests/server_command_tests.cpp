@@ -4,7 +4,7 @@
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "panel/resources/resource.h"
-#include "server/server_link.h"
+#include "server/server_state.h"
 #include "support/box_answerer.h"
 #include "support/server_session.h"
 #include "support/text.h"

@@ -2,6 +2,7 @@
 #include "server/server_link.h"
 
 #include "kernel/base/plugin_state.h"
+#include "server/server_state.h"
 #include "support/box_answerer.h"
 #include "support/replaced_imports.h"
 #include "support/server_session.h"

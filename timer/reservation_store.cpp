@@ -4,6 +4,7 @@
 #include "kernel/base/texts.h"
 #include "panel/resources/strings.h"
 #include "settings/ini.h"
+#include "settings/ini_copy.h"
 
 #include <fcntl.h>
 #include <io.h>

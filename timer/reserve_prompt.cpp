@@ -7,8 +7,8 @@
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "timer/reservation_input.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
+#include "timer/shown_reservation.h"
 
 #include <cstring>
 
@@ -108,7 +108,7 @@ static void DeleteAsked()
     if (!IsReservationThere())
         return;
     if (g_hPanelDlg)
-        DeleteReservationAndRestore(g_hReservationPage, g_nPromptIndex, 0, 0);
+        DeleteShownReservation(g_nPromptIndex, 0, 0);
     else
         DeleteReservation(g_nPromptIndex);
 }
@@ -123,7 +123,7 @@ static void OnDelete(HWND hDlg)
 static void OnCancel(HWND hDlg)
 {
     if (IsReservationThere())
-        DeleteReservationAndRestore(g_hReservationPage, g_nPromptIndex, 0, 0);
+        DeleteShownReservation(g_nPromptIndex, 0, 0);
     nChangeMsg = CHANGE_ASK_FIRST;
     ShowFace(hDlg, false);
 }

@@ -7,11 +7,12 @@
 #include "monitor/vcp.h"
 #include "panel/resources/strings.h"
 #include "settings/ini.h"
+#include "settings/ini_copy.h"
 #include "timer/reservation_input.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_rules.h"
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
+#include "timer/shown_reservation.h"
 
 #include <cstring>
 
@@ -96,7 +97,7 @@ static int RestoreInput(int n, WORD input)
 {
     const LONG monitor = g_Reservation[n].nCrtNo;
     if (g_hPanelDlg)
-        return DeleteReservationAndRestore(g_hReservationPage, n, monitor, input);
+        return DeleteShownReservation(n, monitor, input);
     SetVCP(monitor, VCP_INPUT_SOURCE, input);
     DeleteReservation(n);
     return 1;

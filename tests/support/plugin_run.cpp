@@ -8,13 +8,13 @@
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "panel/color_page_controls.h"
+#include "panel/reservation_rows.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
-#include "server/server_link.h"
+#include "server/server_state.h"
 #include "support/clock.h"
 #include "support/replaced_imports.h"
 #include "timer/reservation_input.h"
-#include "timer/reservation_rows.h"
 #include "timer/reservation_store.h"
 
 #include <io.h>
@@ -59,7 +59,7 @@ void ResetPluginState()
     g_szOnTimerIni[0] = '\0';
     nChangeMsg = CHANGE_AT_ONCE;
     g_nPrevTvChannel = 0;
-    g_hReservationPage = nullptr;
+    SetReservationPage(nullptr);
     g_hPanelDlg = nullptr;
     g_dwMyIpAddr = 0;
     g_szServerAddr[0] = '\0';

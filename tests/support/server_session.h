@@ -3,6 +3,7 @@
 
 #include "kernel/base/plugin_state.h"
 #include "server/server_link.h"
+#include "server/server_state.h"
 #include "support/plugin_session.h"
 #include "support/test_server.h"
 

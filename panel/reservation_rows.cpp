@@ -1,5 +1,5 @@
 // Entry and list of the reservation page.
-#include "timer/reservation_rows.h"
+#include "panel/reservation_rows.h"
 
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
@@ -9,6 +9,7 @@
 #include "panel/resources/strings.h"
 #include "timer/reservation_rules.h"
 #include "timer/reservation_store.h"
+#include "timer/shown_reservation.h"
 
 #include <commctrl.h>
 
@@ -203,4 +204,15 @@ int DeleteReservationAndRestore(HWND hPage, int n, LONG nMonitor, WORD wInput)
     if (wInput)
         SetVCP(nMonitor, VCP_INPUT_SOURCE, wInput);
     return 1;
+}
+
+static int DeleteOnPage(int n, LONG nMonitor, WORD wInput)
+{
+    return DeleteReservationAndRestore(g_hReservationPage, n, nMonitor, wInput);
+}
+
+void SetReservationPage(HWND hPage)
+{
+    g_hReservationPage = hPage;
+    g_lpfnDeleteShown = hPage ? DeleteOnPage : nullptr;
 }

@@ -6,8 +6,11 @@
 
 #include <windows.h>
 
-// The reservation page while it exists, else null. The page sets and clears it.
+// The reservation page while it exists, else null.
 extern HWND g_hReservationPage;
+
+// Sets it, and lets reservations end by its list; null: the page is gone. For the page.
+void SetReservationPage(HWND hPage);
 
 // The controls of the start and of the end. The lists hold every hour and every minute, so a position is a value.
 struct MOMENTCONTROLS {
