@@ -19,11 +19,11 @@
 #include "bench/measure.h"
 #include "bench/report.h"
 #include "host/console.h"
-#include "host/dxva2_stand_in/stand_in.h"
 #include "host/host_app.h"
 #include "host/text.h"
 #include "host/tour/tour_settings.h"
 #include "panel/resources/resource.h"
+#include "tests/dxva2_stand_in/stand_in.h"
 #include "tests/support/handle_count.h"
 
 // ---- The host -------------------------------------------------------------------------------------------------------

@@ -1,7 +1,7 @@
 // Looks into the tour's monitors: simulated ones, or those behind the stand-in for dxva2.dll.
 #include "host/tour/tour_monitors.h"
 
-#include "host/dxva2_stand_in/stand_in.h"
+#include "tests/dxva2_stand_in/stand_in.h"
 
 // Null when Windows' own library is loaded, or none.
 static decltype(&StandInFeature) FindStandIn()

@@ -1,10 +1,10 @@
 // The monitors behind the stand-in's functions: which there are, what is wrong with them, and who has a handle.
-#include "host/dxva2_stand_in/stand_in_monitors.h"
+#include "tests/dxva2_stand_in/stand_in_monitors.h"
 
 #include <algorithm>
 
-#include "host/dxva2_stand_in/error_codes.h"
 #include "host/text.h"
+#include "tests/dxva2_stand_in/error_codes.h"
 
 static const wchar_t s_szVariable[] = L"DXVA2_STAND_IN"; // names another control file
 static const wchar_t s_szControlFile[] = L"stand_in.ini";

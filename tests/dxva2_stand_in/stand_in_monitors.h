@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "host/dxva2_stand_in/stand_in.h"
 #include "host/simulated_monitor.h"
+#include "tests/dxva2_stand_in/stand_in.h"
 
 struct STANDINMONITOR {
     DWORD faults[STANDIN_FAULT_COUNT];

@@ -7,7 +7,6 @@
 
 #include <memory>
 
-#include "host/dxva2_stand_in/tests/stand_in_control.h"
 #include "host/host_app.h"
 #include "host/resource.h"
 #include "host/text.h"
@@ -15,6 +14,7 @@
 #include "host/tour/tour_panel.h"
 #include "host/tour/tour_settings.h"
 #include "panel/resources/resource.h"
+#include "tests/dxva2_stand_in/tests/stand_in_control.h"
 
 constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is
 

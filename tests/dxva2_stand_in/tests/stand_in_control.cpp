@@ -1,5 +1,5 @@
 // Describes monitors to the stand-in, and looks into them.
-#include "host/dxva2_stand_in/tests/stand_in_control.h"
+#include "tests/dxva2_stand_in/tests/stand_in_control.h"
 
 #include <gtest/gtest.h>
 

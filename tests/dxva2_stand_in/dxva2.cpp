@@ -2,8 +2,8 @@
 // monitors: for tests and for the tour, never for a user.
 #include <cstring>
 
-#include "host/dxva2_stand_in/error_codes.h"
-#include "host/dxva2_stand_in/stand_in_monitors.h"
+#include "tests/dxva2_stand_in/error_codes.h"
+#include "tests/dxva2_stand_in/stand_in_monitors.h"
 
 // How Windows lays it out.
 #pragma pack(push, 1)

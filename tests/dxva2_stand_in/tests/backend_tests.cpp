@@ -5,10 +5,10 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "host/dxva2_stand_in/tests/stand_in_control.h"
 #include "host/edid.h"
 #include "host/router.h"
 #include "host/windows_monitors/windows_monitors.h"
+#include "tests/dxva2_stand_in/tests/stand_in_control.h"
 
 static const HMONITOR s_hFirst = reinterpret_cast<HMONITOR>(1), s_hSecond = reinterpret_cast<HMONITOR>(2);
 

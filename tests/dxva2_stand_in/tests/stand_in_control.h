@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/dxva2_stand_in/stand_in.h"
 #include "host/windows_monitors/displays.h"
+#include "tests/dxva2_stand_in/stand_in.h"
 
 // The control functions of the dxva2.dll that this process has loaded, which is loaded now if need be.
 struct STANDINCONTROL {

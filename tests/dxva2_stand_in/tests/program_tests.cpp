@@ -3,9 +3,9 @@
 
 #include <fstream>
 
-#include "host/dxva2_stand_in/tests/stand_in_control.h"
 #include "host/options.h"
 #include "host/text.h"
+#include "tests/dxva2_stand_in/tests/stand_in_control.h"
 
 static std::string TempPath(const char *name)
 {
