@@ -21,10 +21,10 @@
 #include "host/console.h"
 #include "host/host_app.h"
 #include "host/text.h"
-#include "host/tour/tour_settings.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/stand_in.h"
 #include "tests/support/handle_count.h"
+#include "tour/tour_settings.h"
 
 // ---- The host -------------------------------------------------------------------------------------------------------
 
@@ -34,8 +34,11 @@ static int RunPrivateHost(HOSTAPP *app, const std::vector<std::string> &words)
     app->hInstance = GetModuleHandleW(nullptr);
     for (const char *left : {"\\profile.ini", "\\ontimer.ini"}) // by a measurement that was ended on the way
         DeleteFileW(Widen(ProgramFolder() + left).c_str());
-    if (ParseOptions(words, &app->options, &error) && OpenTourSettings(&error))
-        return RunHost(app);
+    if (ParseOptions(words, &app->options, &error) && OpenTourSettings(&error)) {
+        const int status = RunHost(app);
+        CloseTourSettings();
+        return status;
+    }
     ConsoleError(error);
     return 2;
 }

@@ -5,8 +5,8 @@
 #include <string>
 
 // Finds the outputs: inherited standard handles that are good, else the console of the program that started this one.
-// `mayShowBox`: whether a message box may stand in when there is neither (a tour runs unattended and must never wait
-// for one). Call once, first of all.
+// `mayShowBox`: whether a message box may stand in when there is neither (not in a program that nobody watches: it
+// would wait for ever). Call once, first of all.
 void OpenConsole(bool mayShowBox);
 
 // Writes one line of UTF-8 text; a line feed is added. Unbuffered: the line is out when the call returns. Any thread.

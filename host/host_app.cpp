@@ -9,8 +9,6 @@
 #include "host/reload.h"
 #include "host/start_up.h"
 #include "host/text.h"
-#include "host/tour/tour.h"
-#include "host/tour/tour_settings.h"
 #include "host/tray_upkeep.h"
 
 // What the command line names and may be wrong about. Returns false with the reason in *error.
@@ -41,7 +39,7 @@ static bool StartWindows(HOSTAPP *app)
         return false;
     StartTray(app);
     TellTrouble(app);
-    if (app->options.windows || (!app->hasTray && app->options.tour.empty()))
+    if (app->options.windows || !app->hasTray)
         ShowMonitorWindows();
     return true;
 }
@@ -82,7 +80,6 @@ static void StopAll(HOSTAPP *app)
     StopDetection(app);
     StopRouter(&app->router);
     UnloadPlugin(&app->plugin);
-    CloseTourSettings();
     StopTray(app);
     DestroyMonitorWindows();
     DestroyHostWindow(app);
@@ -105,18 +102,16 @@ int RunHost(HOSTAPP *app)
         return Fail(app, error, 2);
     if (!StartWindows(app))
         return Fail(app, "the host's windows cannot be made: " + SystemErrorText(GetLastError()), 1);
-    if (!app->options.tour.empty() && !PrepareTour(app, &error))
+    if (app->prepare && !app->prepare(app, &error))
         return Fail(app, error, 1);
     StartDetection(app);
     if (!StartPlugin(app))
         return Fail(app, app->options.plugin + ": the plug-in does not start", 1);
-    if (app->options.tour.empty())
-        AwaitStartUp(app);
+    if (app->begin)
+        app->begin(app);
     else
-        app->tour = std::thread(RunTour, app);
+        AwaitStartUp(app);
     app->status = RunMessageLoop();
-    if (app->tour.joinable())
-        app->tour.join();
     StopAll(app);
     return app->status;
 }

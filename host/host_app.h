@@ -46,8 +46,14 @@ struct HOSTAPP {
     std::mutex callMutex;                    // guards calls
     std::deque<std::function<void()>> calls; // of RunOnWindow, in order
 
-    std::thread tour;
     int status; // the process's exit status
+
+    // Of a program that has the host in it and uses it in a person's place; set before RunHost, on whose thread both
+    // are called. Null in trayhub.exe.
+    bool (*prepare)(HOSTAPP *app, std::string *error); // once the plug-in is loaded, before it is started; with false
+                                                       // and a reason in *error the host ends
+    void (*begin)(HOSTAPP *app); // once the plug-in is started, in the place of what the command line asks for
+    bool keepsMonitors;          // those of the start stay, whatever is plugged
 };
 
 // ms without any packet after which start-up counts as failed; the plug-in waits up to 10 s for one reply.

@@ -101,7 +101,7 @@ static void OnTray(HOSTAPP *app, LPARAM mouseMessage)
 // see.
 static void OnMonitorClosed(HOSTAPP *app)
 {
-    if ((app->options.windows || !app->hasTray) && !IsAnyMonitorWindowVisible() && app->options.tour.empty())
+    if ((app->options.windows || !app->hasTray) && !IsAnyMonitorWindowVisible())
         EndHost(app, 0);
 }
 

@@ -1,8 +1,6 @@
 // trayhub.exe: reads the command line and runs the host.
 #include <windows.h>
 
-#include <algorithm>
-
 #include "host/console.h"
 #include "host/host_window.h"
 #include "host/single_instance.h"
@@ -32,14 +30,12 @@ static int RunOnce(HOSTAPP *app)
 
 int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
 {
-    const std::vector<std::string> words = CommandLineWords();
-    const bool isTour = std::find(words.begin(), words.end(), "--tour") != words.end();
-    OpenConsole(!isTour);
+    OpenConsole(true);
 
     HOSTAPP app = {};
     std::string error;
     app.hInstance = hInstance;
-    if (!ParseOptions(words, &app.options, &error)) {
+    if (!ParseOptions(CommandLineWords(), &app.options, &error)) {
         ConsoleError(error);
         return 2;
     }

@@ -83,12 +83,6 @@ static bool TakeReport(OPTIONS *options, const std::string &value, std::string *
     return true;
 }
 
-static bool TakeTour(OPTIONS *options, const std::string &value, std::string *)
-{
-    options->tour = value;
-    return true;
-}
-
 // An option has a flag to set, or a value that a function takes.
 static const struct OPTIONKIND {
     const char *name;
@@ -115,7 +109,7 @@ static const struct OPTIONKIND {
      &OPTIONS::fresh, nullptr},
     {"--another", nullptr,
      "run beside a trayhub that runs already, instead of having that one open its panel. It goes\n"
-     "without saying with --monitors, --plugin, --command, --press, --quit and --tour",
+     "without saying with --monitors, --plugin, --command, --press and --quit",
      &OPTIONS::another, nullptr},
     {"--windows", nullptr,
      "show the simulated monitors' windows at the start; the program then ends when the last is closed",
@@ -137,15 +131,6 @@ static const struct OPTIONKIND {
      "or a press not taken",
      &OPTIONS::quit, nullptr},
     {"--log", "FILE", "write every packet and every access to a monitor to FILE", nullptr, TakeLog},
-    {"--tour", "FOLDER",
-     "show by itself what the program does, then end. Whoever starts it takes the pictures and\n"
-     "gives the input that it asks for, a line each:\n"
-     "  PICTURE NAME [WxH+LEFT+TOP]   of the screen or a part, with the mouse out of the way and\n"
-     "                                everything painted, to FOLDER\\NAME.png\n"
-     "  MOVE X Y, CLICK X Y, RIGHT-CLICK X Y, DRAG X Y X Y, KEY NAME ..., TYPE TEXT\n"
-     "                                mouse and keyboard; FOLDER\\done tells that it was given\n"
-     "Status 1 when a step fails",
-     nullptr, TakeTour},
 };
 
 static const OPTIONKIND *FindOption(const std::string &name)
@@ -181,8 +166,7 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
     }
     // Whoever asks for one of these means the host that is started here.
     options->another = options->another || options->quit || options->plugin != shippedPlugin ||
-                       !options->windowsMonitors || !options->commands.empty() || !options->presses.empty() ||
-                       !options->tour.empty();
+                       !options->windowsMonitors || !options->commands.empty() || !options->presses.empty();
     if ((options->list || !options->report.empty()) && !options->windowsMonitors) {
         *error = "--list and --report are about the monitors that Windows has: leave --monitors out";
         return false;

@@ -21,7 +21,6 @@ struct OPTIONS {
     std::vector<std::string> monitors; // files and folders of simulated ones; empty: none
     std::string log;                   // empty: none
     std::string report;                // file for a bug report; empty: none
-    std::string tour;                  // folder of the tour's pictures; empty: no tour
     std::vector<HOSTCOMMAND> commands;
     std::vector<PRESS> presses; // the monitors and buttons need not exist
 };

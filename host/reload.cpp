@@ -69,7 +69,7 @@ void StartDetection(HOSTAPP *app)
 
 void OnDisplayEvent(HOSTAPP *app)
 {
-    if (!app->options.tour.empty() || app->isEnding)
+    if (app->keepsMonitors || app->isEnding)
         return;
     LogEvent("the displays may have changed");
     WatchMonitors(&app->watch);
@@ -81,7 +81,7 @@ bool CanDetect(const HOSTAPP *app)
     const bool hasCommandLine = !app->options.commands.empty() || !app->options.presses.empty();
     const bool isAtCommandLine =
         hasCommandLine && (!app->commandsDone || app->presses.done < app->options.presses.size());
-    return !app->isReloading && !app->isEnding && !app->options.quit && !isAtCommandLine && app->options.tour.empty();
+    return !app->isReloading && !app->isEnding && !app->options.quit && !isAtCommandLine && !app->keepsMonitors;
 }
 
 void DetectMonitors(HOSTAPP *app)

@@ -11,7 +11,7 @@ void StartDetection(HOSTAPP *app);
 void OnDisplayEvent(HOSTAPP *app);
 
 // Whether the monitors may be taken up anew now: not while that is going on, nor while the command line is being worked
-// off, nor on the tour.
+// off, nor when those of the start are to stay.
 bool CanDetect(const HOSTAPP *app);
 
 // The user wants the monitors taken up anew, changed or not. Does nothing unless CanDetect.

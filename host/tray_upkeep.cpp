@@ -29,7 +29,7 @@ static void TryIcon(HOSTAPP *app)
 
 void StartTray(HOSTAPP *app)
 {
-    app->wantsTray = !app->options.noTray && app->options.tour.empty();
+    app->wantsTray = !app->options.noTray;
     if (app->wantsTray)
         TryIcon(app);
 }

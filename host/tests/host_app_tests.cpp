@@ -13,8 +13,8 @@
 #include "host/tests/support/fake_plugin.h"
 #include "host/tests/support/fake_shell.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_hands.h"
 
 constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is
 
@@ -78,12 +78,14 @@ protected:
         CloseHandle(file);
     }
 
-    void Start()
+    void Start(void (*alter)(HOSTAPP *) = nullptr)
     {
         std::string error;
         app = std::make_unique<HOSTAPP>();
         app->hInstance = GetModuleHandleW(nullptr);
         ASSERT_TRUE(ParseOptions({"--monitors", folder, "--plugin", Narrow(ProgramPath())}, &app->options, &error));
+        if (alter)
+            alter(app.get());
         thread = std::thread([this] { status = RunHost(app.get()); });
         ASSERT_TRUE(WaitUntil([] { return ReceivedCount() == 1; }, LONG_ENOUGH)) << "the greeting";
     }
@@ -207,6 +209,21 @@ TEST(Notices, AreTellingOfEachMatterOnce)
     };
     for (const auto &step : steps)
         EXPECT_EQ(IsNews(&notices, step.matter, step.text), step.isNews) << &step - steps;
+}
+
+// ---- A program that has the host in it ------------------------------------------------------------------------------
+
+TEST_F(HostApp, LetsAProgramThatHasItPrepareAndBegin)
+{
+    Start([](HOSTAPP *host) {
+        host->prepare = [](HOSTAPP *, std::string *) { return Note("prepare ") == 1; };
+        host->begin = [](HOSTAPP *) { Note("begin "); };
+        host->keepsMonitors = true;
+    });
+    ASSERT_TRUE(WaitForSlots("prepare start begin "));
+    Send(WM_COMMAND, IDM_DETECT_MONITORS);
+    Stop();
+    EXPECT_EQ(Slots(), "prepare start begin stop ") << "not started anew for other monitors";
 }
 
 // ---- The end of the session -----------------------------------------------------------------------------------------

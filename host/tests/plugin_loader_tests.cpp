@@ -83,8 +83,7 @@ TEST(Options, AreReadOrRefused)
         const char *error; // null: good
     } cases[] = {
         {{}, nullptr},
-        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--panel", "--quit", "--log", "l", "--plugin", "p",
-          "--tour", "t"},
+        {{"--monitors", "a.ini, b.ini", "--windows", "--no-tray", "--panel", "--quit", "--log", "l", "--plugin", "p"},
          nullptr},
         {{"--command", "count", "--command", "get-vcp 10"}, nullptr},
         {{"--press", "1:MENU", "--press", " 2 : 6"}, nullptr},
@@ -112,12 +111,12 @@ TEST(Options, AreReadOrRefused)
     ParseOptions(cases[1].words, &options, &error);
     EXPECT_EQ(options.monitors, (std::vector<std::string>{"a.ini", "b.ini"}));
     EXPECT_TRUE(options.windows && options.noTray && options.panel && options.quit && !options.help);
-    EXPECT_EQ(options.log + options.plugin + options.tour, "lpt");
+    EXPECT_EQ(options.log + options.plugin, "lp");
     EXPECT_FALSE(options.windowsMonitors);
     ParseOptions({"--monitors", "none"}, &options, &error);
     EXPECT_TRUE(options.monitors.empty() && !options.windowsMonitors);
     ParseOptions({}, &options, &error);
     EXPECT_TRUE(options.monitors.empty() && options.windowsMonitors);
-    for (const char *word : {"--help", "--plugin", "--monitors", "--tour", "--press", "shutdown-pc", "set-settings"})
+    for (const char *word : {"--help", "--plugin", "--monitors", "--press", "shutdown-pc", "set-settings"})
         EXPECT_NE(HelpText().find(word), std::string::npos) << word;
 }

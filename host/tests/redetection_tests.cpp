@@ -6,7 +6,7 @@
 
 #include "host/display_events.h"
 #include "host/monitor_watch.h"
-#include "host/tour/tour_hands.h"
+#include "tour/tour_hands.h"
 
 TEST(DisplayEvents, AreToldFromOtherMessages)
 {

@@ -8,7 +8,7 @@
 #include "host/options.h"
 #include "host/single_instance.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
+#include "tour/tour_hands.h"
 
 constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is
 

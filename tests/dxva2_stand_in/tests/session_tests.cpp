@@ -10,11 +10,11 @@
 #include "host/host_app.h"
 #include "host/resource.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_panel.h"
-#include "host/tour/tour_settings.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_panel.h"
+#include "tour/tour_settings.h"
 
 constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is
 
@@ -43,6 +43,7 @@ protected:
             return;
         EndHost(app.get(), 0);
         thread.join();
+        CloseTourSettings();
         EXPECT_EQ(status, 0);
     }
 

@@ -2,7 +2,7 @@
 // They are simulated ones, or stand behind the stand-in for dxva2.dll, which lets itself be looked into.
 #pragma once
 
-#include "host/tour/tour_steps.h"
+#include "tour/tour_steps.h"
 
 // Returns false with a reason when the monitors of this run cannot be looked into, such as real ones: they are their
 // user's, and no tour may play with them.

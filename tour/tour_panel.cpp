@@ -1,5 +1,5 @@
 // The panel's window, its tree of pages and its list of monitors.
-#include "host/tour/tour_panel.h"
+#include "tour/tour_panel.h"
 
 #include <commctrl.h>
 
@@ -9,10 +9,10 @@
 #include "host/console.h"
 #include "host/monitor_window.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
 #include "host/tray.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
 
 constexpr DWORD PAGE_PATIENCE = 10000; // ms: a page may ask a slow monitor for many values
 constexpr DWORD STEADY_TIME = 100;     // ms without a change of width after which the panel has slid

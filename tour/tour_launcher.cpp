@@ -4,12 +4,12 @@
 #include "host/monitor_window.h"
 #include "host/press.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
-#include "host/tour/tour_panel.h"
-#include "host/tour/tour_program.h"
-#include "host/tourprogram/tour_program.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
+#include "tour/tour_panel.h"
+#include "tour/tour_program.h"
+#include "tour/tourprogram/tour_program.h"
 
 constexpr int MONITOR = 1; // the tree offers the launcher only after a change of monitor
 constexpr int LAUNCH_BUTTON = 1, LOCKED_BUTTON = MONITOR_BUTTON_COUNT;

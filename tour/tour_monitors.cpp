@@ -1,5 +1,5 @@
 // Looks into the tour's monitors: simulated ones, or those behind the stand-in for dxva2.dll.
-#include "host/tour/tour_monitors.h"
+#include "tour/tour_monitors.h"
 
 #include "tests/dxva2_stand_in/stand_in.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "host/panel_window.h"
-#include "host/tour/tour_steps.h"
+#include "tour/tour_steps.h"
 
 // The page that it shows beside its tree; null without one.
 HWND FindPage();

@@ -1,7 +1,7 @@
 // The clock of the tour, in the import table of this test program itself.
 #include <gtest/gtest.h>
 
-#include "host/tour/tour_clock.h"
+#include "tour/tour_clock.h"
 
 // Not inlined: within one function the compiler takes an import for constant.
 __attribute__((noinline)) static SYSTEMTIME LocalTime()

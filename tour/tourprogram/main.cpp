@@ -4,7 +4,7 @@
 
 #include <cwchar>
 
-#include "host/tourprogram/tour_program.h"
+#include "tour/tourprogram/tour_program.h"
 
 constexpr UINT_PTR TIMER_SECOND = 1;
 constexpr int LIFE = 20; // s

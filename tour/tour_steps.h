@@ -13,6 +13,7 @@ enum STEPRESULT {
 // What a step works on, and what it says: the reason when it failed or was left out, else what was seen.
 struct TOUR {
     HOSTAPP *app;
+    std::string folder; // of the pictures and of what else the tour leaves
     std::string reason, seen;
 };
 

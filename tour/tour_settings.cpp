@@ -1,5 +1,5 @@
 // The settings that a tour works on: a scratch key in the place of the user's, and files that were not there before.
-#include "host/tour/tour_settings.h"
+#include "tour/tour_settings.h"
 
 #include <shlwapi.h>
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "host/tour/tour_steps.h"
+#include "tour/tour_steps.h"
 
 // Its file, beside this program.
 std::string TourProgramPath();

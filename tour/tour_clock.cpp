@@ -1,5 +1,5 @@
 // The plug-in has no clock but GetLocalTime, so that entry of its import table is all that a tour changes.
-#include "host/tour/tour_clock.h"
+#include "tour/tour_clock.h"
 
 #include <cstring>
 #include <mutex>

@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "host/tour/tour_steps.h"
+#include "tour/tour_steps.h"
 
 constexpr DWORD HANDS_PATIENCE = 10000; // ms for a window to show what the input did
 

@@ -6,12 +6,12 @@
 #include "host/console.h"
 #include "host/monitor_window.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
-#include "host/tour/tour_panel.h"
-#include "host/tour/tour_program.h"
-#include "host/tourprogram/tour_program.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
+#include "tour/tour_panel.h"
+#include "tour/tour_program.h"
+#include "tour/tourprogram/tour_program.h"
 
 constexpr int MONITOR = 0;
 constexpr DWORD TWO_CHECKS = 10000; // ms: the plug-in looks every two seconds at what is in front

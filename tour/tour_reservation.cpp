@@ -6,11 +6,11 @@
 
 #include "host/console.h"
 #include "host/text.h"
-#include "host/tour/tour_clock.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
-#include "host/tour/tour_panel.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_clock.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
+#include "tour/tour_panel.h"
 
 constexpr WORD INPUT_VIDEO = 5, INPUT_TV = 9, INPUT_TV_LAST = 11;
 constexpr DWORD SWITCH_PATIENCE = 10000; // ms: the plug-in looks every second, and a switch takes up to one and a half

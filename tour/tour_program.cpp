@@ -1,12 +1,12 @@
 // The program's window, and its start and end.
-#include "host/tour/tour_program.h"
+#include "tour/tour_program.h"
 
 #include <shellapi.h>
 
 #include "host/options.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tourprogram/tour_program.h"
+#include "tour/tour_hands.h"
+#include "tour/tourprogram/tour_program.h"
 
 constexpr DWORD PROGRAM_PATIENCE = 10000; // ms for it to start or to end
 

@@ -1,16 +1,16 @@
 // The headless tour: a table of steps, each of which shows one thing that a user would see or do.
-#include "host/tour/tour.h"
+#include "tour/tour.h"
 
 #include "host/capability_text.h"
 #include "host/console.h"
 #include "host/monitor_window.h"
 #include "host/text.h"
-#include "host/tour/tour_clock.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
-#include "host/tour/tour_panel.h"
-#include "host/tour/tour_settings.h"
-#include "host/tour/tour_steps.h"
+#include "tour/tour_clock.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
+#include "tour/tour_panel.h"
+#include "tour/tour_settings.h"
+#include "tour/tour_steps.h"
 
 #include <initializer_list>
 
@@ -257,7 +257,7 @@ bool PrepareTour(HOSTAPP *app, std::string *error)
 
 void TakePicture(TOUR *tour, const std::string &name)
 {
-    const std::string file = tour->app->options.tour + "\\" + name.substr(0, name.find(' ')) + ".png";
+    const std::string file = tour->folder + "\\" + name.substr(0, name.find(' ')) + ".png";
     DeleteFileW(Widen(file).c_str()); // of an earlier tour
     ConsoleLine("PICTURE " + name);
     if (!WaitUntil([&] { return GetFileAttributesW(Widen(file).c_str()) != INVALID_FILE_ATTRIBUTES; },
@@ -295,9 +295,9 @@ static bool RunStep(TOUR *tour, size_t index)
     return true;
 }
 
-void RunTour(HOSTAPP *app)
+void RunTour(HOSTAPP *app, const std::string &folder)
 {
-    TOUR tour = {app, {}, {}};
+    TOUR tour = {app, folder, {}, {}};
     std::vector<std::string> seen;
     for (size_t i = 0; i < ARRAYSIZE(s_steps); i++) {
         if (!RunStep(&tour, i)) {

@@ -1,11 +1,11 @@
 // Steps of the tour that play the management server: lvserver.exe beside the host, over real sockets of this PC.
 #include "host/console.h"
 #include "host/text.h"
-#include "host/tour/tour_hands.h"
-#include "host/tour/tour_monitors.h"
-#include "host/tour/tour_panel.h"
-#include "host/tour/tour_steps.h"
 #include "panel/resources/resource.h"
+#include "tour/tour_hands.h"
+#include "tour/tour_monitors.h"
+#include "tour/tour_panel.h"
+#include "tour/tour_steps.h"
 
 #include <initializer_list>
 
@@ -79,7 +79,7 @@ static void PrintOutput(const std::string &path)
 // NOT_RUN with the reason in *error.
 static int AskAsServer(const TOUR *tour, const std::string &command, std::string *error)
 {
-    const std::string path = tour->app->options.tour + "\\lvserver.txt";
+    const std::string path = tour->folder + "\\lvserver.txt";
     const HANDLE output = OpenOutput(path);
     if (output == INVALID_HANDLE_VALUE) {
         *error = path + ": " + SystemErrorText(GetLastError());

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/options.h"
-#include "host/tour/tour_settings.h"
+#include "tour/tour_settings.h"
 
 #define OWN_KEY L"Software\\trayhub_tests"
 #define SCRATCH_KEY L"Software\\Trayhub tour"

@@ -1,5 +1,5 @@
 // Mouse, keyboard, and the controls that they reach.
-#include "host/tour/tour_hands.h"
+#include "tour/tour_hands.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 
 #include "host/console.h"
 #include "host/text.h"
-#include "host/tour/tour_panel.h"
+#include "tour/tour_panel.h"
 
 constexpr DWORD INPUT_PATIENCE = 10000; // ms for whoever gives the input
 constexpr int DIALOG_TEXT = 0xFFFF;     // the text in a message box
@@ -51,7 +51,7 @@ static bool Fail(TOUR *tour, const std::string &reason)
 // Prints the request and waits until it was carried out, which a file tells.
 static bool Request(TOUR *tour, const std::string &line)
 {
-    const std::wstring done = Widen(tour->app->options.tour) + s_szDone;
+    const std::wstring done = Widen(tour->folder) + s_szDone;
     DeleteFileW(done.c_str());
     ConsoleLine(line);
     if (WaitUntil([&] { return GetFileAttributesW(done.c_str()) != INVALID_FILE_ATTRIBUTES; }, INPUT_PATIENCE))

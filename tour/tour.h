@@ -1,4 +1,4 @@
-// The headless tour (--tour): goes through what the program does, a step a line, with pictures on the way.
+// The tour: goes through what the program does, a step a line, with pictures on the way.
 #pragma once
 
 #include "host/host_app.h"
@@ -8,6 +8,6 @@
 // plug-in and its start.
 bool PrepareTour(HOSTAPP *app, std::string *error);
 
-// Runs all steps and ends the host with status 0, or 1 after the step that failed. On a thread of its own, beside the
-// message loop.
-void RunTour(HOSTAPP *app);
+// Runs all steps and ends the host with status 0, or 1 after the step that failed. Pictures go into the folder, which
+// exists. On a thread of its own, beside the message loop.
+void RunTour(HOSTAPP *app, const std::string &folder);
