@@ -4,9 +4,9 @@
 #include "host/console.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/monitor_window.h"
 #include "host/packet_log.h"
 #include "host/reload.h"
+#include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
 #include "host/text.h"
 #include "host/tray_upkeep.h"
@@ -28,8 +28,7 @@ static bool OpenInputs(HOSTAPP *app, std::string *error)
     }
     if (!LoadPlugin(app->options.plugin, &app->plugin, error))
         return false;
-    if (app->options.windowsMonitors)
-        FindMonitors(app);
+    FindMonitors(app);
     return true;
 }
 
@@ -46,7 +45,7 @@ static bool StartWindows(HOSTAPP *app)
 
 bool StartPlugin(HOSTAPP *app)
 {
-    StartRouter(&app->router, app->plugin.slots, MonitorBackend(app));
+    StartRouter(&app->router, app->plugin.slots, app->monitors.backend);
     app->isRunning = InitPlugin(&app->plugin, app->hWnd, PLUGIN_ENDPOINT_ID);
     if (app->isRunning)
         GreetPlugin(&app->router);

@@ -5,20 +5,20 @@
 
 #include <functional>
 
+#include "host/monitor_source.h"
 #include "host/monitor_watch.h"
 #include "host/notices.h"
 #include "host/options.h"
 #include "host/plugin_loader.h"
 #include "host/router.h"
-#include "host/simulated_monitor.h"
-#include "host/windows_monitors/windows_monitors.h"
+#include "host/simulated/simulated_monitor.h"
 
 struct HOSTAPP {
     HINSTANCE hInstance;
     OPTIONS options;
-    SIMULATION simulation;
-    WINDOWSMONITORS *monitors; // null: the simulated ones are driven
-    bool isDriverStuck;        // a call into the graphics driver has not come back: end with TerminateProcess
+    MONITORSOURCE monitors;
+    SIMULATION simulation; // without monitors when those of the run are no simulated ones
+    bool isDriverStuck;    // a call into the graphics driver has not come back: end with TerminateProcess
     PLUGIN plugin;
     ROUTER router;
     HWND hWnd;      // the host window: gets the plug-in's packets, never shown

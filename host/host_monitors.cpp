@@ -1,117 +1,53 @@
-// The monitors of a run, be they simulated or those that Windows has.
+// The monitors of a run, whatever kind they are of.
 #include "host/host_monitors.h"
 
 #include "host/console.h"
 #include "host/packet_log.h"
+#include "host/simulated/simulated_source.h"
 #include "host/text.h"
+#include "host/windows_monitors/windows_source.h"
 
-// ---- Simulated ones -------------------------------------------------------------------------------------------------
-
-static std::string IdentityOf(const MONITORFILE &file)
+bool OpenMonitors(HOSTAPP *app, std::string *error)
 {
-    return file.path + Format(" %08X", file.digest);
+    if (!app->options.windowsMonitors)
+        return OpenSimulatedSource(&app->simulation, app->options.monitors, &app->monitors, error);
+    app->monitors = OpenWindowsSource(app->options.fresh);
+    return true;
 }
 
-static std::vector<std::string> LookForSimulated(HOSTAPP *app)
+std::vector<std::string> LookForMonitors(HOSTAPP *app)
 {
-    std::vector<MONITORFILE> files;
-    std::string error;
-    if (!ReadMonitorFiles(app->options.monitors, &files, &error))
-        return MonitorsInUse(app);
-    std::vector<std::string> identities;
-    for (const MONITORFILE &file : files)
-        identities.push_back(IdentityOf(file));
-    return identities;
+    return app->monitors.look(app->monitors.context);
 }
 
-static std::vector<std::string> SimulatedInUse(HOSTAPP *app)
+std::vector<std::string> MonitorsInUse(HOSTAPP *app)
 {
-    std::lock_guard lock(app->simulation.mutex);
-    std::vector<std::string> identities;
-    for (const SIMULATEDMONITOR &monitor : app->simulation.monitors)
-        identities.push_back(IdentityOf(monitor.file));
-    return identities;
+    return app->monitors.inUse(app->monitors.context);
 }
 
-static void FindSimulated(HOSTAPP *app)
+void FindMonitors(HOSTAPP *app)
 {
-    std::vector<MONITORFILE> files;
-    std::string error;
-    if (ReadMonitorFiles(app->options.monitors, &files, &error))
-        ReplaceSimulatedMonitors(&app->simulation, files);
-    else
-        LogEvent(error + ": the monitors stay as they are");
-    ResumeSimulationDelays(&app->simulation);
-}
-
-// ---- Those of Windows -----------------------------------------------------------------------------------------------
-
-static void SayTrouble(HOSTAPP *app)
-{
-    for (const std::string &line : SplitAt(WindowsMonitorsTroubleInEnglish(app->monitors), '\n')) {
+    app->monitors.find(app->monitors.context);
+    for (const std::string &line : SplitAt(app->monitors.trouble(app->monitors.context, true), '\n')) {
         ConsoleLine("trayhub: " + line);
         LogEvent(line);
     }
 }
 
-// ---- Both -----------------------------------------------------------------------------------------------------------
-
-bool OpenMonitors(HOSTAPP *app, std::string *error)
-{
-    std::vector<MONITORFILE> files;
-    if (!ReadMonitorFiles(app->options.monitors, &files, error))
-        return false;
-    for (const MONITORFILE &file : files)
-        AddSimulatedMonitor(&app->simulation, file);
-    if (app->options.windowsMonitors) {
-        WINDOWSMONITOROPTIONS options = DefaultWindowsMonitorOptions();
-        options.fresh = app->options.fresh;
-        app->monitors = OpenWindowsMonitors(options);
-    }
-    return true;
-}
-
-MONITORBACKEND MonitorBackend(HOSTAPP *app)
-{
-    return app->monitors ? WindowsBackend(app->monitors) : SimulationBackend(&app->simulation);
-}
-
-std::vector<std::string> LookForMonitors(HOSTAPP *app)
-{
-    return app->monitors ? LookForWindowsMonitors(app->monitors) : LookForSimulated(app);
-}
-
-std::vector<std::string> MonitorsInUse(HOSTAPP *app)
-{
-    return app->monitors ? FoundWindowsMonitors(app->monitors) : SimulatedInUse(app);
-}
-
-void FindMonitors(HOSTAPP *app)
-{
-    if (!app->monitors) {
-        FindSimulated(app);
-        return;
-    }
-    FindWindowsMonitors(app->monitors);
-    SayTrouble(app);
-}
-
 std::wstring MonitorTrouble(HOSTAPP *app)
 {
-    return app->monitors ? Widen(WindowsMonitorsTrouble(app->monitors)) : std::wstring();
+    return Widen(app->monitors.trouble(app->monitors.context, false));
 }
 
 void EndMonitorAccesses(HOSTAPP *app)
 {
-    EndSimulationDelays(&app->simulation);
-    if (app->monitors)
-        StopWindowsMonitorAccesses(app->monitors);
+    app->monitors.stop(app->monitors.context);
 }
 
 void CloseMonitors(HOSTAPP *app)
 {
+    if (app->monitors.close)
+        app->isDriverStuck = !app->monitors.close(app->monitors.context);
+    app->monitors = {};
     CloseSimulation(&app->simulation);
-    if (app->monitors)
-        app->isDriverStuck = !CloseWindowsMonitors(app->monitors);
-    app->monitors = nullptr;
 }

@@ -3,10 +3,10 @@
 
 #include "host/autostart.h"
 #include "host/display_events.h"
-#include "host/monitor_window.h"
 #include "host/packet_log.h"
 #include "host/reload.h"
 #include "host/resource.h"
+#include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
 #include "host/text.h"
 #include "host/tray.h"

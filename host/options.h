@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/host_command.h"
-#include "host/press.h"
+#include "host/simulated/press.h"
 
 struct OPTIONS {
     bool help;

@@ -4,9 +4,9 @@
 #include "host/display_events.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/monitor_window.h"
 #include "host/packet_log.h"
 #include "host/panel_window.h"
+#include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
 #include "host/text.h"
 #include "host/tray_upkeep.h"
@@ -40,7 +40,7 @@ static void FinishReload(HOSTAPP *app)
     if (app->isEnding)
         return;
     app->isReloading = false;
-    if (!app->monitors && MonitorsInUse(app) != app->formerMonitors)
+    if (MonitorsInUse(app) != app->formerMonitors)
         ReplaceMonitorWindows(app);
     TellMonitors(app, app->reloadByHand);
     if (LoadPlugin(app->options.plugin, &app->plugin, &error) && StartPlugin(app)) {

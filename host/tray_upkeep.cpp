@@ -78,7 +78,7 @@ bool TellTrouble(HOSTAPP *app)
 // A balloon takes the place of the one before it, so trouble that the user does not know goes before.
 void TellMonitors(HOSTAPP *app, bool byHand)
 {
-    const MONITORBACKEND backend = MonitorBackend(app);
+    const MONITORBACKEND &backend = app->monitors.backend;
     const int count = backend.count(backend.context);
     const std::wstring text =
         count ? std::to_wstring(count) + L" 台のモニタを検出しました。" : std::wstring(L"モニタが見つかりません。");

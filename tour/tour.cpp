@@ -3,7 +3,7 @@
 
 #include "host/capability_text.h"
 #include "host/console.h"
-#include "host/monitor_window.h"
+#include "host/simulated/monitor_window.h"
 #include "host/text.h"
 #include "tour/tour_clock.h"
 #include "tour/tour_hands.h"

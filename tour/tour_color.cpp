@@ -4,7 +4,7 @@
 #include <commctrl.h>
 
 #include "host/console.h"
-#include "host/monitor_window.h"
+#include "host/simulated/monitor_window.h"
 #include "host/text.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"

@@ -1,8 +1,8 @@
 // Steps of the tour on the pages of the front-panel buttons: one starts a program, one is locked.
 #include "host/console.h"
-#include "host/monitor_picture.h"
-#include "host/monitor_window.h"
-#include "host/press.h"
+#include "host/simulated/monitor_picture.h"
+#include "host/simulated/monitor_window.h"
+#include "host/simulated/press.h"
 #include "host/text.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"

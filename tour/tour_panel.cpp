@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "host/console.h"
-#include "host/monitor_window.h"
+#include "host/simulated/monitor_window.h"
 #include "host/text.h"
 #include "host/tray.h"
 #include "panel/resources/resource.h"

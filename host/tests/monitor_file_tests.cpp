@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "host/capability_text.h"
-#include "host/monitor_file.h"
 #include "host/options.h"
+#include "host/simulated/monitor_file.h"
 #include "host/text.h"
 #include "kernel/link/host_protocol.h"
 

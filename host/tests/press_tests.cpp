@@ -1,8 +1,8 @@
 // Presses of the command line: what they mean, in which order they are made, and what is said about each.
 #include <gtest/gtest.h>
 
-#include "host/monitor_picture.h"
-#include "host/press.h"
+#include "host/simulated/monitor_picture.h"
+#include "host/simulated/press.h"
 
 static const char s_reporting[] = "[monitor]\nmodel = FIRST\ncapabilities = (vcp(10 F2 F4))\n"
                                   "button1 = MENU\nbutton2 = +\nbutton3 = 6:9\nbutton6 = Power\n"

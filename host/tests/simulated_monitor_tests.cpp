@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 
 static const char s_text[] = "[monitor]\n"
                              "model = TEST\n"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 #include "tests/dxva2_stand_in/stand_in.h"
 
 struct STANDINMONITOR {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 
 // Presses button 1 to 6 and notes it in the log. Returns false for a button that the monitor has not. Any thread.
 bool PressAndLog(SIMULATION *simulation, int monitor, int button);

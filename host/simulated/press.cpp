@@ -1,5 +1,5 @@
 // Presses of front-panel buttons, and those of the command line one after the other.
-#include "host/press.h"
+#include "host/simulated/press.h"
 
 #include "host/console.h"
 #include "host/packet_log.h"

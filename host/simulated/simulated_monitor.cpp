@@ -1,5 +1,5 @@
 // Monitors that exist only as descriptions: what they answer, what a write changes, what a button does.
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 
 #include <algorithm>
 #include <cstring>

@@ -8,7 +8,7 @@
 
 #include "host/capability_text.h"
 #include "host/monitor_backend.h"
-#include "host/monitor_file.h"
+#include "host/simulated/monitor_file.h"
 
 // The codes whose meaning the simulation knows.
 enum : BYTE {
@@ -64,7 +64,8 @@ struct SIMULATEDMONITOR {
 
 // All monitors of the run. Every function here but AddSimulatedMonitor may run on any thread.
 struct SIMULATION {
-    std::mutex mutex; // guards the monitors' contents
+    std::vector<std::string> paths; // files and folders that describe them; not changed while they are in use
+    std::mutex mutex;               // guards the monitors' contents
     std::deque<SIMULATEDMONITOR> monitors;
     HANDLE hEnd;                                 // signalled: delays are over at once
     void (*changed)(void *context, int monitor); // a monitor's state changed; called without the lock, on any thread

@@ -1,6 +1,6 @@
 // Draws a simulated monitor. The screen shows a test scene through the monitor's brightness, contrast and colour, so
 // that a change of a setting is seen as a change of the picture.
-#include "host/monitor_picture.h"
+#include "host/simulated/monitor_picture.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 
 constexpr int MONITOR_PICTURE_WIDTH = 328;
 constexpr int MONITOR_PICTURE_HEIGHT = 220;

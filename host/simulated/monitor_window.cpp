@@ -1,13 +1,13 @@
 // A window per simulated monitor: shows its picture, presses its buttons, hides when it is closed.
-#include "host/monitor_window.h"
+#include "host/simulated/monitor_window.h"
 
 #include <windowsx.h>
 
 #include <vector>
 
-#include "host/monitor_picture.h"
-#include "host/press.h"
 #include "host/resource.h"
+#include "host/simulated/monitor_picture.h"
+#include "host/simulated/press.h"
 #include "host/text.h"
 
 constexpr UINT WM_MONITOR_CHANGED = WM_APP + 3; // to a monitor's own window: repaint

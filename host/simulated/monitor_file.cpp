@@ -1,5 +1,5 @@
 // Reads the text file that describes a simulated monitor, line by line, so that a fault can be named by its line.
-#include "host/monitor_file.h"
+#include "host/simulated/monitor_file.h"
 
 #include <algorithm>
 #include <initializer_list>

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "host/simulated_monitor.h"
+#include "host/simulated/simulated_monitor.h"
 
 // Messages to the host's window, with the monitor's index as first parameter.
 constexpr UINT WM_MONITOR_CLOSED = WM_APP + 1; // the user closed this monitor's window (it is only hidden)

@@ -1,0 +1,37 @@
+// Where a run's monitors come from. Each kind of monitors is a folder that fills this table; the host knows no more of
+// it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/monitor_backend.h"
+
+// `context` is the table's own pointer. An identity is a text that tells a monitor from any other, and from itself once
+// it is another one than before. All functions: any thread.
+struct MONITORSOURCE {
+    void *context;
+    MONITORBACKEND backend; // through which the router reaches the monitors in use
+
+    // The identities of the monitors that are there now. Does not touch those in use; while nothing can be said, these
+    // are they. Takes up to some seconds.
+    std::vector<std::string> (*look)(void *context);
+
+    // The identities of the monitors in use.
+    std::vector<std::string> (*inUse)(void *context);
+
+    // Takes up those that are there now in the place of those in use, and ends stop. A simulated monitor whose
+    // description is as before stays as it is. Takes up to some seconds. While the backend is not in use.
+    void (*find)(void *context);
+
+    // What the user should know of the monitors, a line each; empty: nothing. For windows in Japanese, for console and
+    // log in English.
+    std::string (*trouble)(void *context, bool inEnglish);
+
+    // Accesses that wait, now or later, end soon.
+    void (*stop)(void *context);
+
+    // The last call of all. Returns false when a call into a driver has not come back, and only the process's end can
+    // end it.
+    bool (*close)(void *context);
+};
