@@ -1,6 +1,7 @@
 // The colour page's registered applications.
 #include "panel/color_page_apps.h"
 
+#include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
