@@ -161,18 +161,22 @@ TEST_F(PluginTest, StopEndsSoonWhenTheHostNoLongerAnswers)
 TEST_F(PluginTest, StartAndStopLeaveNothingBehind)
 {
     host.monitors = {ColorMonitor("A")};
-    const auto round = [this] {
+    const auto round = [this](bool opens) {
         g_bAbort = 0;
         ASSERT_TRUE(Start());
         PluginOpenPanel(nullptr); // a deferral that the stop has to end
         StartUp();
+        if (opens)
+            PluginOpenPanel(nullptr);
         Stop();
     };
-    round();
+    // With the panel, for which the system makes a few things once: on a slow machine the deferral opens it before the
+    // stop.
+    round(true);
     const int handles = CountHandles();
     const int windows = CountWindows();
     for (int i = 0; i < 5; ++i)
-        round();
+        round(i == 0);
     EXPECT_EQ(CountHandles(), handles);
     EXPECT_EQ(CountWindows(), windows);
 }
