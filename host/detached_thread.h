@@ -1,6 +1,6 @@
 // Threads that nobody joins: a driver may keep one for ever. Not by std::thread, whose detach meets the thread's end in
-// the run-time library that we link: both free its record, a later thread gets it twice over, and one of fifty starts
-// of the host ended so.
+// the run-time library that we link: both free its record, a later thread gets it twice over, and one of thirty
+// starts of its tests ended so.
 #pragma once
 
 #include <functional>
