@@ -3,7 +3,7 @@
 #include "kernel/kernel_window.h"
 #include "stress/panel_hands.h"
 #include "stress/parts.h"
-#include "support/heap_blocks.h"
+#include "support/own_objects.h"
 #include "support/ini_folder.h"
 #include "support/registry_sandbox.h"
 
@@ -58,7 +58,7 @@ static bool RunRound(int round)
         FreeLibrary(module);
         return Expect(false, "lvkernel.dll cannot be loaded");
     }
-    Expect(CountBlocksOf(module), "its blocks cannot be counted");
+    Expect(CountObjectsOf(module), "its blocks and GDI objects cannot be counted");
     StartAndStop(table.lpFuncTable, round);
     FreeLibrary(module);
     return Expect(GetModuleHandleA("lvkernel.dll") == nullptr, "lvkernel.dll stays loaded");

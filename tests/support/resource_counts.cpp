@@ -1,11 +1,7 @@
-// Counters of windows and GDI objects, and all counters together.
+// A counter of windows, and all counters together.
 #include "support/resource_counts.h"
 
 #include <windows.h>
-
-#include <cstring>
-#include <iterator>
-#include <utility>
 
 // ---- Windows ------------------------------------------------------------------------------------------------------
 
@@ -33,54 +29,6 @@ int CountWindows()
     return count;
 }
 
-// ---- GDI objects --------------------------------------------------------------------------------------------------
-
-// Wine keeps its table where 32-bit Windows of those days did, and tells nothing through GetGuiResources.
-static int CountGdiTable()
-{
-    constexpr size_t TABLE_OFFSET = 0x94; // in the process environment block
-    constexpr size_t ENTRIES = 0x4000, ENTRY_SIZE = 24, TYPE_OFFSET = 14;
-    const auto environment = reinterpret_cast<const BYTE *(WINAPI *)()>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), "RtlGetCurrentPeb")));
-    const BYTE *block = environment();
-    const BYTE *table;
-    memcpy(&table, block + TABLE_OFFSET, sizeof table);
-    int count = 0;
-    for (size_t entry = 0; table && entry < ENTRIES; ++entry)
-        count += table[entry * ENTRY_SIZE + TYPE_OFFSET] != 0;
-    return count;
-}
-
-// Wine keeps a device context for each window that was painted lately, up to 64 of them, each with a region and a
-// bitmap. Filled before the first count, that cache does not grow between two counts.
-static void FillContextCache()
-{
-    static bool filled;
-    if (std::exchange(filled, true))
-        return;
-    HWND windows[80];
-    HDC contexts[80];
-    for (size_t n = 0; n < std::size(windows); ++n) {
-        windows[n] = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-        contexts[n] = GetDC(windows[n]);
-    }
-    for (size_t n = 0; n < std::size(windows); ++n) {
-        ReleaseDC(windows[n], contexts[n]);
-        DestroyWindow(windows[n]);
-    }
-}
-
-static bool IsWine()
-{
-    return GetProcAddress(GetModuleHandleA("ntdll"), "wine_get_version") != nullptr;
-}
-
-int CountGdiObjects()
-{
-    FillContextCache();
-    return IsWine() ? CountGdiTable() : static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
-}
-
 // ---- All ----------------------------------------------------------------------------------------------------------
 
 static const struct {
@@ -95,7 +43,6 @@ static const struct {
 
 RESOURCECOUNTS CountResources()
 {
-    FillContextCache();
     RESOURCECOUNTS counts;
     for (size_t kind = 0; kind < counts.size(); ++kind)
         counts[kind] = s_Kinds[kind].count();
@@ -104,7 +51,6 @@ RESOURCECOUNTS CountResources()
 
 RESOURCECOUNTS CountResourcesNow()
 {
-    FillContextCache();
     return {CountHandlesNow(), CountWindows(), CountGdiObjects(), CountHeapBlocks()};
 }
 
@@ -128,11 +74,12 @@ const char *FindDeafCounter()
         const RESOURCECOUNTS before = CountResources();
         const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
         const HWND window = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-        const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+        const LOGFONTA description = {};
+        const HFONT font = CreateFontIndirectA(&description);
         void *block = HeapAlloc(GetProcessHeap(), 0, 10);
         const RESOURCECOUNTS leaked = CountResources();
         HeapFree(GetProcessHeap(), 0, block);
-        DeleteObject(brush);
+        DeleteObject(font);
         DestroyWindow(window);
         CloseHandle(event);
         if (round > 0) {

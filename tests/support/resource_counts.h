@@ -1,16 +1,14 @@
-// What belongs to this process, as the system counts it, under Wine as well as under Windows. For "the count after is
-// the count before".
+// What belongs to this process. For "the count after is the count before".
 #pragma once
 
 #include "support/handle_count.h"
-#include "support/heap_blocks.h"
+#include "support/own_objects.h"
 
 #include <array>
 
-int CountWindows();    // windows of all threads, with the windows inside them
-int CountGdiObjects(); // pens, brushes, fonts, bitmaps, regions, device contexts
+int CountWindows(); // windows of all threads, with the windows inside them
 
-// These, kernel handles, and blocks of the heap that our code has allocated.
+// These, kernel handles, and the GDI objects and heap blocks of our own code.
 constexpr int RESOURCE_KINDS = 4;
 using RESOURCECOUNTS = std::array<int, RESOURCE_KINDS>;
 RESOURCECOUNTS CountResources();
