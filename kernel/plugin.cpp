@@ -2,6 +2,7 @@
 #include "kernel/plugin.h"
 
 #include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "kernel/host_command.h"
 #include "kernel/kernel_thread.h"
 #include "kernel/link/host_packet.h"
@@ -66,7 +67,7 @@ int PluginInit(void *lpPacket)
     packet->dst.bSubClass = ENDPOINT_SUBCLASS_PLUGIN;
     g_MyAddr = packet->dst;
     g_hPanelDlg = nullptr;
-    LoadStringA(g_hInstance, IDS_TITLE, g_szTitle, sizeof g_szTitle);
+    LoadText(IDS_TITLE, g_szTitle, sizeof g_szTitle);
     g_wHostID = ENDPOINT_ID_UNKNOWN;
     return StartKernelThread(g_hHostWnd);
 }

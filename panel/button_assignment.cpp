@@ -74,7 +74,7 @@ void AssignCandidate(HWND hPage, const BUTTONPAGE *lpPage)
 {
     char name[SETTING_TEXT_SIZE];
     char path[SETTING_TEXT_SIZE];
-    if (!ReadSelectedText(hPage, IDC_BUTTON_CANDIDATES, name))
+    if (!ReadSelectedCandidate(hPage, IDC_BUTTON_CANDIDATES, name))
         return;
     const int slot = FindCandidate(name);
     if (slot == -1 || !ReadCandidatePath(slot, path))
@@ -94,7 +94,7 @@ void OnCandidates(HWND hPage, const BUTTONPAGE *lpPage)
     AssignCandidate(hPage, lpPage);
     // Also the name of a candidate that is no longer stored.
     char name[SETTING_TEXT_SIZE];
-    if (ReadSelectedText(hPage, IDC_BUTTON_CANDIDATES, name) && name[0])
+    if (ReadSelectedCandidate(hPage, IDC_BUTTON_CANDIDATES, name) && name[0])
         StoreText(VALUE_PROGRAM_NAME, lpPage, name);
     SaveParameterText(hPage, lpPage);
 }

@@ -2,29 +2,24 @@
 #include "panel/candidate_list.h"
 
 #include "launcher/candidates.h"
+#include "panel/resources/controls.h"
 #include "settings/registry.h"
 
 int FillCandidateList(HWND hPage, int nList)
 {
     char name[SETTING_TEXT_SIZE];
     for (int slot = 0; slot < CANDIDATE_COUNT; ++slot)
-        if (ReadCandidateName(slot, name) &&
-            SendDlgItemMessageA(hPage, nList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name)) < 0)
+        if (ReadCandidateName(slot, name) && AddListEntry(hPage, nList, name) < 0)
             return 0;
     return 1;
 }
 
-int ReadListText(HWND hPage, int nList, LRESULT index, char *lpszText)
+bool ReadCandidateEntry(HWND hPage, int nList, int nEntry, char *lpszName)
 {
-    lpszText[0] = '\0';
-    const LRESULT length = SendDlgItemMessageA(hPage, nList, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
-    if (length < 0 || length >= static_cast<LRESULT>(SETTING_TEXT_SIZE))
-        return 0;
-    SendDlgItemMessageA(hPage, nList, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(lpszText));
-    return 1;
+    return ReadListEntry(hPage, nList, nEntry, lpszName, SETTING_TEXT_SIZE);
 }
 
-int ReadSelectedText(HWND hPage, int nList, char *lpszText)
+bool ReadSelectedCandidate(HWND hPage, int nList, char *lpszName)
 {
-    return ReadListText(hPage, nList, SendDlgItemMessageA(hPage, nList, LB_GETCURSEL, 0, 0), lpszText);
+    return ReadCandidateEntry(hPage, nList, SelectedListEntry(hPage, nList), lpszName);
 }

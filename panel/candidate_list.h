@@ -9,8 +9,7 @@
 // added.
 int FillCandidateList(HWND hPage, int nList);
 
-// The text of an entry. lpszText: SETTING_TEXT_SIZE bytes. Result: 1; 0 with an empty text for an index that is none.
-int ReadListText(HWND hPage, int nList, LRESULT index, char *lpszText);
-
-// The selected entry. Result: 1; 0 with an empty text without a selection.
-int ReadSelectedText(HWND hPage, int nList, char *lpszText);
+// The name in an entry, or in the selected one. lpszName: SETTING_TEXT_SIZE bytes. False with an empty text without
+// such an entry.
+bool ReadCandidateEntry(HWND hPage, int nList, int nEntry, char *lpszName);
+bool ReadSelectedCandidate(HWND hPage, int nList, char *lpszName);

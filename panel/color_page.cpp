@@ -11,6 +11,7 @@
 #include "panel/file_drop.h"
 #include "panel/panel_width.h"
 #include "panel/profile_lists.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
@@ -49,7 +50,7 @@ static void SwitchDirectLinkOn(HWND page)
     g_bDirectLink = 1;
     DisableColorPage(page);
     NotifyDirectLink(1);
-    SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    SelectListEntry(page, IDC_COLOR_APP_LIST, -1);
 }
 
 static void SwitchDirectLinkOff(HWND page)

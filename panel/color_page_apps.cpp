@@ -8,6 +8,7 @@
 #include "panel/open_file.h"
 #include "panel/page_message.h"
 #include "panel/profile_lists.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/app_path.h"
@@ -21,22 +22,12 @@ constexpr UINT ALL_FILES = 0xFFFFFFFF; // asks DragQueryFile for the number of f
 
 // ---- List ---------------------------------------------------------------------------------------------------------
 
-static LRESULT AppList(HWND page, UINT message, int item)
-{
-    return SendDlgItemMessageA(page, IDC_COLOR_APP_LIST, message, static_cast<WPARAM>(item), 0);
-}
-
-static int SelectedItem(HWND page)
-{
-    return static_cast<int>(AppList(page, LB_GETCURSEL, 0));
-}
-
 // The slot of the selected entry; -1 without a selection.
 static int SelectedSlot(HWND page)
 {
-    const int item = SelectedItem(page);
-    const LRESULT slot = item < 0 ? -1 : AppList(page, LB_GETITEMDATA, item);
-    return slot >= 0 && slot < APP_PROFILE_COUNT ? static_cast<int>(slot) : -1;
+    const int entry = SelectedListEntry(page, IDC_COLOR_APP_LIST);
+    const int slot = entry < 0 ? -1 : ListEntryData(page, IDC_COLOR_APP_LIST, entry);
+    return slot >= 0 && slot < APP_PROFILE_COUNT ? slot : -1;
 }
 
 void EnableDirectLinkBox(HWND hPage)
@@ -146,7 +137,7 @@ void OnDeleteApp(HWND hPage)
     if (slot < 0)
         return;
     DeleteAppProfile(slot);
-    AppList(hPage, LB_DELETESTRING, SelectedItem(hPage));
+    DeleteListEntry(hPage, IDC_COLOR_APP_LIST, SelectedListEntry(hPage, IDC_COLOR_APP_LIST));
     SetDlgItemTextA(hPage, IDC_COLOR_ALIAS, "");
     if (g_nAppProfile == 0)
         EnableWindow(GetDlgItem(hPage, IDC_COLOR_DIRECT_LINK), FALSE);

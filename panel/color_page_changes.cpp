@@ -4,6 +4,7 @@
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/color_page_images.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 
 #include <commctrl.h>
@@ -76,7 +77,7 @@ void OnEcoButton(HWND hPage)
 
 void OnColorTemp(HWND hPage)
 {
-    const LRESULT position = SendDlgItemMessageA(hPage, IDC_COLOR_TEMP, CB_GETCURSEL, 0, 0);
+    const int position = SelectedComboEntry(hPage, IDC_COLOR_TEMP);
     if (position < 0 || position >= COLOR_TEMP_COUNT)
         return;
     const LONG monitor = g_nCurMonitor;

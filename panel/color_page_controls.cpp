@@ -1,9 +1,9 @@
 // The controls of the colour page, by tables: which belong together, and how they look in each state.
 #include "panel/color_page_controls.h"
 
-#include "kernel/base/plugin_state.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/color_presets.h"
@@ -139,9 +139,7 @@ void SetBrightnessItem(HWND hPage, bool bEco, WORD wValue)
 {
     if (g_bDirectLink)
         return;
-    char text[32] = "";
-    LoadStringA(g_hInstance, bEco ? IDS_BRIGHTNESS_ECO : IDS_BRIGHTNESS, text, sizeof text);
-    SetDlgItemTextA(hPage, IDC_COLOR_ECO, text);
+    SetControlString(hPage, IDC_COLOR_ECO, bEco ? IDS_BRIGHTNESS_ECO : IDS_BRIGHTNESS);
     CheckDlgButton(hPage, IDC_COLOR_ECO, bEco ? BST_CHECKED : BST_UNCHECKED);
     const LONG *maxima = bEco ? g_nMaxBrightEco : g_nMaxBright;
     ShowValue(hPage, IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_BRIGHTNESS_SLIDER, wValue, maxima[g_nCurMonitor], TRUE);
@@ -191,24 +189,22 @@ int GetColorTempPos(LONG nMonitor, LONG nValue)
 void SelectColorTemp(HWND hPage, LONG nValue)
 {
     // What is found beyond the list's end is left from a longer one.
-    const LRESULT position = GetColorTempPos(g_nCurMonitor, nValue);
-    const bool listed = position < SendDlgItemMessageA(hPage, IDC_COLOR_TEMP, CB_GETCOUNT, 0, 0);
-    SendDlgItemMessageA(hPage, IDC_COLOR_TEMP, CB_SETCURSEL, static_cast<WPARAM>(listed ? position : -1), 0);
+    const int position = GetColorTempPos(g_nCurMonitor, nValue);
+    SelectComboEntry(hPage, IDC_COLOR_TEMP, position < ComboEntryCount(hPage, IDC_COLOR_TEMP) ? position : -1);
 }
 
 void ResetProfileChoice(HWND hPage)
 {
-    SendDlgItemMessageA(hPage, IDC_COLOR_PROFILE_COMBO, CB_SETCURSEL, 0, 0);
+    SelectComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, 0);
 }
 
 static void FillColorTemps(HWND page, LONG monitor)
 {
-    SendDlgItemMessageA(page, IDC_COLOR_TEMP, CB_RESETCONTENT, 0, 0);
+    ClearCombo(page, IDC_COLOR_TEMP);
     for (int value = 0; value < COLOR_TEMP_COUNT; ++value) {
         if (!g_Monitor[monitor].bColorPreset[value])
             continue;
-        const LRESULT position = SendDlgItemMessageA(page, IDC_COLOR_TEMP, CB_ADDSTRING, 0,
-                                                     reinterpret_cast<LPARAM>(ColorPresetName(value)));
+        const int position = AddComboEntry(page, IDC_COLOR_TEMP, ColorPresetName(value));
         if (position >= 0 && position < COLOR_TEMP_COUNT)
             g_nColorTempMap[monitor][position] = value;
     }

@@ -1,7 +1,6 @@
 // Colour profiles from the list to the monitor, and into the list.
 #include "panel/color_page_profiles.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
@@ -9,21 +8,12 @@
 #include "panel/color_page_images.h"
 #include "panel/page_message.h"
 #include "panel/profile_lists.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/profile_store.h"
 
 #include <initializer_list>
-
-static LRESULT ProfileCombo(HWND page, UINT message, int position)
-{
-    return SendDlgItemMessageA(page, IDC_COLOR_PROFILE_COMBO, message, static_cast<WPARAM>(position), 0);
-}
-
-static int SelectedPosition(HWND page)
-{
-    return static_cast<int>(ProfileCombo(page, CB_GETCURSEL, 0));
-}
 
 // ---- Apply --------------------------------------------------------------------------------------------------------
 
@@ -88,9 +78,9 @@ void ApplySysProfile(HWND hPage, int nItemData)
 
 void OnProfileChosen(HWND hPage)
 {
-    const int position = SelectedPosition(hPage);
+    const int position = SelectedComboEntry(hPage, IDC_COLOR_PROFILE_COMBO);
     if (position > 0)
-        ApplySysProfile(hPage, static_cast<int>(ProfileCombo(hPage, CB_GETITEMDATA, position)));
+        ApplySysProfile(hPage, ComboEntryData(hPage, IDC_COLOR_PROFILE_COMBO, position));
 }
 
 // ---- Register and delete ------------------------------------------------------------------------------------------
@@ -112,23 +102,24 @@ void OnRegisterProfile(HWND hPage)
     }
     char word[64] = "";
     char name[96];
-    LoadStringA(g_hInstance, IDS_PROFILE_NEW, word, sizeof word);
+    LoadText(IDS_PROFILE_NEW, word, sizeof word);
     wsprintfA(name, "%s%d", word, slot);
     AddProfileComboItem(hPage, slot + 1, name);
     SetProfileData(PROFILE_SYS_SET, slot, name, name);
     ++g_nSysProfile; // before the write: its message box lets the user open this page anew, which counts afresh
     WriteSysProfile(slot);
-    ProfileCombo(hPage, CB_SETCURSEL, slot); // the entry before the new one, which nothing has been applied from
+    // The entry before the new one, which nothing has been applied from.
+    SelectComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, slot);
 }
 
 void OnDeleteProfile(HWND hPage)
 {
-    const int position = SelectedPosition(hPage);
+    const int position = SelectedComboEntry(hPage, IDC_COLOR_PROFILE_COMBO);
     if (position <= SYS_PROFILE_FIRST_USER) {
         ShowPageError(hPage, IDS_SYSTEM_PROFILE_STAYS, PRODUCT_TITLE);
         return;
     }
-    DeleteSysProfile(static_cast<int>(ProfileCombo(hPage, CB_GETITEMDATA, position)) - 1);
-    ProfileCombo(hPage, CB_DELETESTRING, position);
-    ProfileCombo(hPage, CB_SETCURSEL, position - 1);
+    DeleteSysProfile(ComboEntryData(hPage, IDC_COLOR_PROFILE_COMBO, position) - 1);
+    DeleteComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, position);
+    SelectComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, position - 1);
 }

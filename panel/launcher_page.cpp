@@ -10,6 +10,7 @@
 #include "panel/candidate_list.h"
 #include "panel/file_drop.h"
 #include "panel/open_file.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
@@ -26,26 +27,14 @@ static const int testButtons[LAUNCHER_BUTTON_COUNT] = {IDC_LAUNCHER_TEST_1, IDC_
 
 // ---- Present assignments ------------------------------------------------------------------------------------------
 
-static BOOL Assignments(HWND hPage, UINT message, WPARAM wParam, const void *lParam)
-{
-    return static_cast<BOOL>(
-        SendDlgItemMessageA(hPage, IDC_LAUNCHER_ASSIGNMENTS, message, wParam, reinterpret_cast<LPARAM>(lParam)));
-}
-
 static void AddColumns(HWND hPage)
 {
     static const struct {
         LPCSTR title;
         int width;
     } columns[] = {{"ボタン", 50}, {"アプリケーション", 100}, {"パラメータ", 200}};
-    for (int n = 0; n < static_cast<int>(ARRAYSIZE(columns)); ++n) {
-        LVCOLUMNA column = {};
-        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-        column.pszText = const_cast<char *>(columns[n].title);
-        column.cx = columns[n].width;
-        column.iSubItem = n;
-        Assignments(hPage, LVM_INSERTCOLUMNA, static_cast<WPARAM>(n), &column);
-    }
+    for (int n = 0; n < static_cast<int>(ARRAYSIZE(columns)); ++n)
+        AddReportColumn(hPage, IDC_LAUNCHER_ASSIGNMENTS, n, columns[n].title, columns[n].width, LVCFMT_LEFT);
 }
 
 // The button's row and its test button; the latter empty and disabled where the model has no such button.
@@ -55,24 +44,8 @@ static void ShowButton(HWND hPage, int button)
     const int present = ReadButtonLabel(hPage, button, label, sizeof label);
     SetDlgItemTextA(hPage, testButtons[button - 1], label);
     EnableWindow(GetDlgItem(hPage, testButtons[button - 1]), present);
-    if (!present)
-        return;
-    LVITEMA row = {};
-    row.mask = LVIF_TEXT | LVIF_PARAM;
-    row.iItem = button; // beyond the end, and so behind the others
-    row.pszText = label;
-    row.lParam = button;
-    Assignments(hPage, LVM_INSERTITEMA, 0, &row);
-}
-
-static BOOL SetCell(HWND hPage, int row, int column, char *text)
-{
-    LVITEMA cell = {};
-    cell.mask = LVIF_TEXT;
-    cell.iItem = row;
-    cell.iSubItem = column;
-    cell.pszText = text;
-    return row >= 0 && Assignments(hPage, LVM_SETITEMA, 0, &cell);
+    if (present) // the number of its row lies beyond the end, which puts it behind the others
+        InsertReportRow(hPage, IDC_LAUNCHER_ASSIGNMENTS, button, label, button);
 }
 
 // The row is found by trial, from the one that the button has on a model with all buttons up to two above. So behind a
@@ -85,9 +58,9 @@ static void ShowAssignment(HWND hPage, int button)
     ReadAssignmentText(VALUE_PROGRAM_NAME, g_nCurMonitor, button, program);
     ReadAssignmentText(VALUE_PROGRAM_PARAMETER, g_nCurMonitor, button, parameter);
     int row = button - 1;
-    while (!SetCell(hPage, row, 1, program) && row > button - 3)
+    while (!SetReportCell(hPage, IDC_LAUNCHER_ASSIGNMENTS, row, 1, program) && row > button - 3)
         --row;
-    SetCell(hPage, row, 2, parameter);
+    SetReportCell(hPage, IDC_LAUNCHER_ASSIGNMENTS, row, 2, parameter);
 }
 
 static void FillAssignments(HWND hPage)
@@ -97,16 +70,10 @@ static void FillAssignments(HWND hPage)
         ShowButton(hPage, button);
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
         ShowAssignment(hPage, button);
-    SendDlgItemMessageA(hPage, IDC_LAUNCHER_ASSIGNMENTS, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
-                        LVS_EX_FULLROWSELECT);
+    SelectWholeRows(hPage, IDC_LAUNCHER_ASSIGNMENTS);
 }
 
 // ---- Candidates ---------------------------------------------------------------------------------------------------
-
-static LRESULT Candidates(HWND hPage, UINT message, WPARAM wParam, LPCSTR text)
-{
-    return SendDlgItemMessageA(hPage, IDC_LAUNCHER_CANDIDATES, message, wParam, reinterpret_cast<LPARAM>(text));
-}
 
 static void Refuse(HWND hPage, LPCSTR text)
 {
@@ -116,7 +83,7 @@ static void Refuse(HWND hPage, LPCSTR text)
 // One more fits than the messages say: with their number, one slot could never be used.
 static bool IsListFull(HWND hPage)
 {
-    return Candidates(hPage, LB_GETCOUNT, 0, nullptr) >= CANDIDATE_COUNT;
+    return ListEntryCount(hPage, IDC_LAUNCHER_CANDIDATES) >= CANDIDATE_COUNT;
 }
 
 // The last part of a path; empty for the root of a drive.
@@ -129,18 +96,18 @@ static LPCSTR NameOf(char *path)
 // title: what must not be in the list yet, in any letter case.
 static void AddCandidate(HWND hPage, char *path, LPCSTR title)
 {
-    if (Candidates(hPage, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), title) != LB_ERR) {
+    if (FindListEntry(hPage, IDC_LAUNCHER_CANDIDATES, title) != LB_ERR) {
         Refuse(hPage, "すでに同名で登録されています");
         return;
     }
     const int slot = FindFreeCandidate();
     if (slot == -1 || !NameOf(path)[0])
         return;
-    LRESULT index = Candidates(hPage, LB_INSERTSTRING, static_cast<WPARAM>(slot), NameOf(path));
-    if (index == LB_ERR) // the list lacks an entry that is still stored
-        index = Candidates(hPage, LB_ADDSTRING, 0, NameOf(path));
+    int entry = InsertListEntry(hPage, IDC_LAUNCHER_CANDIDATES, slot, NameOf(path));
+    if (entry == LB_ERR) // the list lacks an entry that is still stored
+        entry = AddListEntry(hPage, IDC_LAUNCHER_CANDIDATES, NameOf(path));
     char name[SETTING_TEXT_SIZE];
-    if (ReadListText(hPage, IDC_LAUNCHER_CANDIDATES, index, name))
+    if (ReadCandidateEntry(hPage, IDC_LAUNCHER_CANDIDATES, entry, name))
         WriteCandidate(slot, name, path);
 }
 
@@ -186,10 +153,10 @@ static void OnDrop(HWND hPage, HDROP hDrop)
 static void OnRemove(HWND hPage)
 {
     char name[SETTING_TEXT_SIZE];
-    const LRESULT index = Candidates(hPage, LB_GETCURSEL, 0, nullptr);
-    if (!ReadListText(hPage, IDC_LAUNCHER_CANDIDATES, index, name))
+    const int entry = SelectedListEntry(hPage, IDC_LAUNCHER_CANDIDATES);
+    if (!ReadCandidateEntry(hPage, IDC_LAUNCHER_CANDIDATES, entry, name))
         return;
-    Candidates(hPage, LB_DELETESTRING, static_cast<WPARAM>(index), nullptr);
+    DeleteListEntry(hPage, IDC_LAUNCHER_CANDIDATES, entry);
     const int slot = FindCandidate(name);
     if (slot != -1)
         DeleteCandidate(slot);

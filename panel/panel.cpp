@@ -2,6 +2,7 @@
 #include "panel/panel.h"
 
 #include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
@@ -9,6 +10,7 @@
 #include "panel/page_tree.h"
 #include "panel/pages.h"
 #include "panel/panel_width.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
@@ -37,18 +39,17 @@ void FillMonitorCombo(HWND hPanel)
     for (LONG i = 1; i <= g_nMonitor; ++i) {
         char input[64] = "Undefined";
         if (const UINT string = InputString(GetVCP(i - 1, VCP_INPUT_SOURCE, nullptr)))
-            LoadStringA(g_hInstance, string, input, sizeof input);
+            LoadText(string, input, sizeof input);
         char text[128];
         wsprintfA(text, "%d: %s (%s) ", i, g_Monitor[i - 1].szModel, input);
-        SendDlgItemMessageA(hPanel, IDC_PANEL_MONITOR, CB_INSERTSTRING, static_cast<WPARAM>(i - 1),
-                            reinterpret_cast<LPARAM>(text));
+        InsertComboEntry(hPanel, IDC_PANEL_MONITOR, i - 1, text);
     }
 }
 
 // Whatever the list notifies of: only another selection counts.
 static void OnMonitorCombo(HWND hPanel)
 {
-    const LONG selected = static_cast<LONG>(SendDlgItemMessageA(hPanel, IDC_PANEL_MONITOR, CB_GETCURSEL, 0, 0));
+    const LONG selected = SelectedComboEntry(hPanel, IDC_PANEL_MONITOR);
     if (!IsMonitorIndex(selected) || selected == g_nCurMonitor)
         return;
     g_nCurMonitor = selected;
@@ -110,7 +111,7 @@ static INT_PTR OnInitNormal(HWND hPanel)
 {
     g_nCurMonitor = 0;
     FillMonitorCombo(hPanel);
-    SendDlgItemMessageA(hPanel, IDC_PANEL_MONITOR, CB_SETCURSEL, static_cast<WPARAM>(g_nCurMonitor), 0);
+    SelectComboEntry(hPanel, IDC_PANEL_MONITOR, g_nCurMonitor);
     BuildPageTree(hPanel);
     TakePanelSize(hPanel);
     return CheckPassedReservations(hPanel) && IsWindow(hPanel) && InitPanelToolTips(hPanel);

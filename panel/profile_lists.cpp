@@ -2,6 +2,7 @@
 #include "panel/profile_lists.h"
 
 #include "kernel/base/texts.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "profiles/profile_load.h"
@@ -15,26 +16,22 @@ void AddAppListItem(HWND hPage, int nSlot)
     if (nSlot < 0 || nSlot >= APP_PROFILE_COUNT)
         return;
     ++g_nAppProfile;
-    const HWND hList = GetDlgItem(hPage, IDC_COLOR_APP_LIST);
-    if (!hList)
+    if (!GetDlgItem(hPage, IDC_COLOR_APP_LIST))
         return;
     char *path = g_AppProfile[nSlot].szName;
     const char *backslash = LastBackslash(path);
-    const LRESULT item =
-        SendMessageA(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(backslash ? backslash + 1 : path));
-    if (item >= 0)
-        SendMessageA(hList, LB_SETITEMDATA, static_cast<WPARAM>(item), nSlot);
+    const int entry = AddListEntry(hPage, IDC_COLOR_APP_LIST, backslash ? backslash + 1 : path);
+    if (entry >= 0)
+        SetListEntryData(hPage, IDC_COLOR_APP_LIST, entry, nSlot);
 }
 
 void AddProfileComboItem(HWND hPage, int nPosition, LPCSTR lpszText)
 {
-    const HWND hCombo = GetDlgItem(hPage, IDC_COLOR_PROFILE_COMBO);
-    if (!hCombo)
+    if (!GetDlgItem(hPage, IDC_COLOR_PROFILE_COMBO))
         return;
-    const LRESULT item =
-        SendMessageA(hCombo, CB_INSERTSTRING, static_cast<WPARAM>(nPosition), reinterpret_cast<LPARAM>(lpszText));
-    if (item >= 0)
-        SendMessageA(hCombo, CB_SETITEMDATA, static_cast<WPARAM>(item), nPosition);
+    const int entry = InsertComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, nPosition, lpszText);
+    if (entry >= 0)
+        SetComboEntryData(hPage, IDC_COLOR_PROFILE_COMBO, entry, nPosition);
 }
 
 static void AddNoProfileItem(HWND hPage)

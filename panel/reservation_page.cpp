@@ -1,12 +1,12 @@
 // The reservation page's controls. What is entered and listed goes by panel/reservation_rows.
 #include "panel/reservation_page.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "panel/page_focus.h"
 #include "panel/reservation_rows.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
@@ -22,21 +22,16 @@
 
 // ---- Entry --------------------------------------------------------------------------------------------------------
 
-static void InsertEntry(HWND hPage, int combo, int position, LPCSTR text)
-{
-    SendDlgItemMessageA(hPage, combo, CB_INSERTSTRING, static_cast<WPARAM>(position), reinterpret_cast<LPARAM>(text));
-}
-
 // Every hour at the position of its number, as "13 (午後1時)".
 static void FillHours(HWND hPage, int combo)
 {
-    char morning[64] = "", afternoon[64] = "";
-    LoadStringA(g_hInstance, IDS_HOUR_MORNING, morning, sizeof morning);
-    LoadStringA(g_hInstance, IDS_HOUR_AFTERNOON, afternoon, sizeof afternoon);
+    char morning[64], afternoon[64];
+    LoadText(IDS_HOUR_MORNING, morning, sizeof morning);
+    LoadText(IDS_HOUR_AFTERNOON, afternoon, sizeof afternoon);
     for (int hour = 0; hour < 24; ++hour) {
         char text[96];
         wsprintfA(text, hour < 12 ? morning : afternoon, hour, hour % 12);
-        InsertEntry(hPage, combo, hour, text);
+        InsertComboEntry(hPage, combo, hour, text);
     }
 }
 
@@ -45,7 +40,7 @@ static void FillMinutes(HWND hPage, int combo)
     for (int minute = 0; minute < 60; ++minute) {
         char text[8];
         wsprintfA(text, "%d", minute);
-        InsertEntry(hPage, combo, minute, text);
+        InsertComboEntry(hPage, combo, minute, text);
     }
 }
 
@@ -57,23 +52,23 @@ static void FillMoments(HWND hPage)
     for (const MOMENTCONTROLS &controls : g_MomentControls) {
         SendDlgItemMessageA(hPage, controls.nDate, DTM_SETSYSTEMTIME, GDT_VALID, reinterpret_cast<LPARAM>(&now));
         FillHours(hPage, controls.nHour);
-        SendDlgItemMessageA(hPage, controls.nHour, CB_SETCURSEL, now.wHour, 0);
+        SelectComboEntry(hPage, controls.nHour, now.wHour);
         FillMinutes(hPage, controls.nMinute);
-        SendDlgItemMessageA(hPage, controls.nMinute, CB_SETCURSEL, now.wMinute, 0);
+        SelectComboEntry(hPage, controls.nMinute, now.wMinute);
     }
 }
 
-static void AddChannel(HWND hPage, int *position, LPCSTR text, LPARAM data)
+static void AddChannel(HWND hPage, int *position, LPCSTR text, int data)
 {
-    InsertEntry(hPage, IDC_RESERVATION_CHANNEL, *position, text);
-    SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_SETITEMDATA, static_cast<WPARAM>(*position), data);
+    InsertComboEntry(hPage, IDC_RESERVATION_CHANNEL, *position, text);
+    SetComboEntryData(hPage, IDC_RESERVATION_CHANNEL, *position, data);
     ++*position;
 }
 
-static void AddInputChannel(HWND hPage, int *position, UINT label, LPARAM data)
+static void AddInputChannel(HWND hPage, int *position, UINT label, int data)
 {
-    char text[INPUT_LABEL_SIZE] = "";
-    LoadStringA(g_hInstance, label, text, sizeof text);
+    char text[INPUT_LABEL_SIZE];
+    LoadText(label, text, sizeof text);
     AddChannel(hPage, position, text, data);
 }
 
@@ -82,7 +77,7 @@ static void AddInputChannel(HWND hPage, int *position, UINT label, LPARAM data)
 static void FillChannelCombo(HWND hPage, LONG nMonitor)
 {
     static const char unused[] = "    ";
-    constexpr LPARAM DATA_S_VIDEO = 17, DATA_VIDEO = 18;
+    constexpr int DATA_S_VIDEO = 17, DATA_VIDEO = 18;
     if (!IsMonitorIndex(nMonitor))
         return;
     const MONITORENTRY *entry = &g_Monitor[nMonitor];
@@ -97,7 +92,7 @@ static void FillChannelCombo(HWND hPage, LONG nMonitor)
         AddInputChannel(hPage, &position, IDS_INPUT_S_VIDEO, DATA_S_VIDEO);
     if (entry->bInputSource[INPUT_VIDEO]) {
         AddInputChannel(hPage, &position, IDS_INPUT_VIDEO, DATA_VIDEO);
-        SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_SETCURSEL, 0, 0);
+        SelectComboEntry(hPage, IDC_RESERVATION_CHANNEL, 0);
     }
 }
 
@@ -113,16 +108,9 @@ static void InsertColumns(HWND hPage)
         {IDS_COLUMN_END_TIME, 63},   {IDS_COLUMN_MONITOR, 99},    {IDS_COLUMN_CHANNEL, 63},
     };
     for (int n = 0; n < static_cast<int>(ARRAYSIZE(columns)); ++n) {
-        char text[32] = "";
-        LoadStringA(g_hInstance, columns[n].string, text, sizeof text);
-        LVCOLUMNA column = {};
-        column.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
-        column.fmt = LVCFMT_CENTER;
-        column.cx = columns[n].width;
-        column.pszText = text;
-        column.iSubItem = n;
-        SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_INSERTCOLUMNA, static_cast<WPARAM>(n),
-                            reinterpret_cast<LPARAM>(&column));
+        char text[32];
+        LoadText(columns[n].string, text, sizeof text);
+        AddReportColumn(hPage, IDC_RESERVATION_LIST, n, text, columns[n].width, LVCFMT_CENTER);
     }
 }
 
@@ -132,24 +120,14 @@ static void FillList(HWND hPage)
     for (int n = 0; n < RESERVATION_COUNT; ++n)
         if (g_Reservation[n].szSection[0])
             AddReservationRow(hPage, n);
-    SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
-                        LVS_EX_FULLROWSELECT);
-}
-
-// The selected row; -1 when there is none.
-static int SelectedRow(HWND hPage)
-{
-    return static_cast<int>(SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
-                                                MAKELPARAM(LVNI_SELECTED, 0)));
+    SelectWholeRows(hPage, IDC_RESERVATION_LIST);
 }
 
 static void DeleteSelectedReservation(HWND hPage, int nRow)
 {
-    LVITEMA item = {};
-    item.mask = LVIF_PARAM;
-    item.iItem = nRow;
-    if (SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)))
-        DeleteReservationRow(hPage, static_cast<int>(item.lParam), nRow, DELETE_ROW_ERROR_BUTTON);
+    int slot;
+    if (ReadReportData(hPage, IDC_RESERVATION_LIST, nRow, &slot))
+        DeleteReservationRow(hPage, slot, nRow, DELETE_ROW_ERROR_BUTTON);
 }
 
 // ---- The question at the start ------------------------------------------------------------------------------------
@@ -229,7 +207,7 @@ static void OnAdd(HWND hPage)
 
 static void OnDelete(HWND hPage)
 {
-    const int row = SelectedRow(hPage);
+    const int row = SelectedReportRow(hPage, IDC_RESERVATION_LIST);
     if (row < 0)
         return;
     DeleteSelectedReservation(hPage, row);
@@ -262,7 +240,7 @@ static INT_PTR OnNotify(HWND hPage, const NMHDR *header)
     switch (header->code) {
     case NM_CLICK:
     case NM_DBLCLK:
-        EnablePageControl(hPage, IDC_RESERVATION_DELETE, SelectedRow(hPage) >= 0);
+        EnablePageControl(hPage, IDC_RESERVATION_DELETE, SelectedReportRow(hPage, IDC_RESERVATION_LIST) >= 0);
         return TRUE;
     case LVN_DELETEITEM:
         // By the button below, or at the end minute: there is room for another one.

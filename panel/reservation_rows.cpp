@@ -5,6 +5,7 @@
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "timer/reservation_rules.h"
@@ -24,8 +25,8 @@ const MOMENTCONTROLS g_MomentControls[] = {
 
 static int SelectedIndex(HWND hPage, int control, int count)
 {
-    const LRESULT index = SendDlgItemMessageA(hPage, control, CB_GETCURSEL, 0, 0);
-    return index >= 0 && index < count ? static_cast<int>(index) : -1;
+    const int index = SelectedComboEntry(hPage, control);
+    return index < count ? index : -1;
 }
 
 static bool ReadMoment(HWND hPage, const MOMENTCONTROLS *controls, char *date, char *time)
@@ -57,14 +58,9 @@ static bool ReadMonitor(RESERVATION *slot)
 
 static bool ReadChannel(HWND hPage, RESERVATION *slot)
 {
-    const WPARAM selected =
-        static_cast<WPARAM>(SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETCURSEL, 0, 0));
-    const LRESULT length = SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETLBTEXTLEN, selected, 0);
-    char text[64] = "";
-    if (length == CB_ERR || length >= static_cast<LRESULT>(sizeof text))
-        return false;
-    if (SendDlgItemMessageA(hPage, IDC_RESERVATION_CHANNEL, CB_GETLBTEXT, selected, reinterpret_cast<LPARAM>(text)) ==
-        CB_ERR)
+    char text[64];
+    if (!ReadComboEntry(hPage, IDC_RESERVATION_CHANNEL, SelectedComboEntry(hPage, IDC_RESERVATION_CHANNEL), text,
+                        sizeof text))
         return false;
     lstrcpynA(slot->szChannel, text, sizeof slot->szChannel);
     return true;
@@ -132,32 +128,16 @@ int AddReservation(HWND hPage)
 
 // ---- List ---------------------------------------------------------------------------------------------------------
 
-static void SetCell(HWND hPage, int row, int column, char *text)
-{
-    LVITEMA item = {};
-    item.iSubItem = column;
-    item.pszText = text;
-    SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_SETITEMTEXTA, static_cast<WPARAM>(row),
-                        reinterpret_cast<LPARAM>(&item));
-}
-
 void AddReservationRow(HWND hPage, int n)
 {
     RESERVATION *slot = &g_Reservation[n];
-    LVITEMA item = {};
-    item.mask = LVIF_TEXT | LVIF_PARAM;
-    item.iItem = n;
-    item.pszText = slot->szDate;
-    item.lParam = n;
-    // Behind the last row when the list is shorter than that.
-    const int row = static_cast<int>(
-        SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+    const int row = InsertReportRow(hPage, IDC_RESERVATION_LIST, n, slot->szDate, n);
     char monitor[32];
     wsprintfA(monitor, "%d:%12s", slot->nCrtNo + 1, slot->szLcd);
     char *const cells[] = {slot->szTime, slot->szEndDate, slot->szEndTime, monitor, slot->szChannel};
     int column = 1;
     for (char *cell : cells)
-        SetCell(hPage, row, column++, cell);
+        SetReportCell(hPage, IDC_RESERVATION_LIST, row, column++, cell);
 }
 
 void DeleteReservationRow(HWND hPage, int n, int nRow, LPCSTR lpszErrorText)
@@ -168,23 +148,12 @@ void DeleteReservationRow(HWND hPage, int n, int nRow, LPCSTR lpszErrorText)
     FreeReservationSlot(n);
 }
 
-static bool ReadRowSlot(HWND hPage, int row, int *slot)
-{
-    LVITEMA item = {};
-    item.mask = LVIF_PARAM;
-    item.iItem = row;
-    if (!SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)))
-        return false;
-    *slot = static_cast<int>(item.lParam);
-    return true;
-}
-
 // The row of a slot; -1 when there is none or a row before it cannot be read.
 static int FindRow(HWND hPage, int rows, int n)
 {
     for (int row = 0; row < rows; ++row) {
         int slot;
-        if (!ReadRowSlot(hPage, row, &slot))
+        if (!ReadReportData(hPage, IDC_RESERVATION_LIST, row, &slot))
             return -1;
         if (slot == n)
             return row;

@@ -2,6 +2,7 @@
 #include "panel/tooltips.h"
 
 #include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "launcher/launcher_settings.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"
@@ -74,17 +75,17 @@ int AddStringToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, U
 {
     char text[TIP_TEXT_SIZE] = "";
     if (uString)
-        LoadStringA(g_hInstance, uString, text, sizeof text);
+        LoadText(uString, text, sizeof text);
     return AddToolTip(hDlg, nControl, uImageMessage, uImage, uString ? text : nullptr);
 }
 
 void AddLabelToolTip(HWND hDlg, int nControl, int nButton, UINT uString)
 {
     char label[LABEL_TEXT_SIZE];
-    char format[TIP_TEXT_SIZE] = "";
+    char format[TIP_TEXT_SIZE];
     char text[LABEL_TEXT_SIZE + TIP_TEXT_SIZE];
     ReadButtonLabel(hDlg, nButton, label, sizeof label);
-    LoadStringA(g_hInstance, uString, format, sizeof format);
+    LoadText(uString, format, sizeof format);
     wsprintfA(text, format, label);
     AddToolTip(hDlg, nControl, 0, 0, text);
 }

@@ -1,7 +1,7 @@
 // The first profiles, and the file that they go to.
 #include "profiles/profile_load.h"
 
-#include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "panel/resources/strings.h"
 #include "profiles/first_run_apps.h"
 #include "profiles/profile_store.h"
@@ -24,7 +24,7 @@ void InitSystemProfiles()
         PROFILEENTRY *entry = &g_SysProfile[slot];
         *entry = profiles[slot].values;
         wsprintfA(entry->szSection, SYS_PROFILE_SECTION, slot);
-        LoadStringA(g_hInstance, profiles[slot].name, entry->szName, sizeof entry->szName);
+        LoadText(profiles[slot].name, entry->szName, sizeof entry->szName);
         lstrcpynA(entry->szAlias, entry->szName, sizeof entry->szAlias);
     }
 }

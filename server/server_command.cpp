@@ -1,7 +1,6 @@
 // The table of server commands, and what they do.
 #include "server/server_command.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "monitor/color_settings.h"
 #include "monitor/monitor_power.h"
@@ -160,7 +159,7 @@ static void ReportIdentity(const RECEIVED *lpReceived, const COMMANDROW *)
 static void ReportVersion(const RECEIVED *lpReceived, const COMMANDROW *)
 {
     char version[REPLY_TEXT_SIZE] = "";
-    LoadStringA(g_hInstance, IDS_VERSION, version, sizeof version);
+    LoadText(IDS_VERSION, version, sizeof version);
     CloseServerSocket(s_sockVersion.exchange(SendText(lpReceived, SERVER_STATUS_DATA, version)));
 }
 
@@ -237,7 +236,7 @@ static void SendFinalReply(const RECEIVED *lpReceived, const COMMANDROW *lpRow)
     if (lpRow->lpszReply)
         lstrcpynA(text, lpRow->lpszReply, sizeof text);
     else
-        LoadStringA(g_hInstance, lpRow->nReplyString, text, sizeof text);
+        LoadText(lpRow->nReplyString, text, sizeof text);
     const BYTE status = lpRow == &s_Unknown ? SERVER_STATUS_REFUSED : SERVER_STATUS_DONE;
     CloseServerSocket(SendText(lpReceived, status, text));
 }

@@ -2,6 +2,7 @@
 #include "server/server_link.h"
 
 #include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "panel/resources/strings.h"
 #include "server/server_command.h"
 #include "server/server_state.h"
@@ -59,7 +60,7 @@ static void SetUpIdentity()
     }
     if (!ReadName(VALUE_GROUP_NAME, g_szGroupName)) {
         memset(g_szGroupName, 0, sizeof g_szGroupName);
-        LoadStringA(g_hInstance, IDS_PROFILE_NONE, g_szGroupName, sizeof g_szGroupName);
+        LoadText(IDS_PROFILE_NONE, g_szGroupName, sizeof g_szGroupName);
     }
 }
 

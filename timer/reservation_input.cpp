@@ -1,7 +1,7 @@
 // Labels, choices and the VCP sequence of an input switch.
 #include "timer/reservation_input.h"
 
-#include "kernel/base/plugin_state.h"
+#include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
@@ -69,7 +69,7 @@ int GetInputLabel(char *lpszBuffer, int nSize)
 {
     lpszBuffer[0] = '\0';
     const LONG input = GetVCP(g_nCurMonitor, VCP_INPUT_SOURCE, nullptr);
-    LoadStringA(g_hInstance, InputLabelString(input), lpszBuffer, nSize);
+    LoadText(InputLabelString(input), lpszBuffer, nSize);
     return 1;
 }
 
@@ -77,8 +77,8 @@ int GetInputLabel(char *lpszBuffer, int nSize)
 // case would take the second bytes of some characters for letters.
 static bool IsLabelOf(const MONITORENTRY *entry, LPCSTR text, WORD input)
 {
-    char label[INPUT_LABEL_SIZE] = "";
-    LoadStringA(g_hInstance, InputLabelString(input), label, sizeof label);
+    char label[INPUT_LABEL_SIZE];
+    LoadText(InputLabelString(input), label, sizeof label);
     return entry->bInputSource[input] && strcmp(text, label) == 0;
 }
 

@@ -2,7 +2,7 @@
 #include "timer/reserve_prompt.h"
 
 #include "kernel/base/plugin_state.h"
-#include "kernel/base/texts.h"
+#include "panel/resources/controls.h"
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
@@ -33,13 +33,6 @@ void SetPromptReservation(LONG nSlot, LONG nMonitor, LONG nChannel, LONG nInput,
 
 // ---- Faces --------------------------------------------------------------------------------------------------------
 
-static void SetPromptText(HWND hDlg, UINT string)
-{
-    char text[256];
-    LoadText(string, text, sizeof text);
-    SetDlgItemTextA(hDlg, IDC_PROMPT_TEXT, text);
-}
-
 // A button that is only hidden keeps the focus, and Space would still press it.
 static void ShowButton(HWND hDlg, int button, bool shown)
 {
@@ -57,7 +50,7 @@ static void ShowFace(HWND hDlg, bool question)
 {
     const bool focused = IsChild(hDlg, GetFocus());
     s_QuestionOpen = question;
-    SetPromptText(hDlg, question ? IDS_PROMPT_QUESTION : IDS_PROMPT_DELETED);
+    SetControlString(hDlg, IDC_PROMPT_TEXT, question ? IDS_PROMPT_QUESTION : IDS_PROMPT_DELETED);
     ShowButton(hDlg, IDC_PROMPT_SWITCH, question);
     ShowButton(hDlg, IDC_PROMPT_DELETE, question);
     ShowButton(hDlg, IDC_PROMPT_OK, !question);
