@@ -1,5 +1,5 @@
 // The button pages: the launcher function of each front-panel button, and POWER as a shutdown button.
-#include "panel/button_page.h"
+#include "panel/page_table.h"
 
 #include "launcher/launcher_settings.h"
 #include "monitor/selection.h"

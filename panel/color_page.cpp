@@ -1,5 +1,5 @@
 // The colour page's dialog procedure, its opening, and its three switches: DirectLink, all monitors, second half.
-#include "panel/color_page.h"
+#include "panel/page_table.h"
 
 #include "monitor/color_settings.h"
 #include "monitor/selection.h"
@@ -9,15 +9,13 @@
 #include "panel/color_page_images.h"
 #include "panel/color_page_profiles.h"
 #include "panel/file_drop.h"
-#include "panel/panel_width.h"
+#include "panel/pages.h"
 #include "panel/profile_lists.h"
 #include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
 #include "settings/registry.h"
-
-constexpr int SECOND_HALF_WIDTH = 144; // pixels, as the panel's widths
 
 // ---- Opening ------------------------------------------------------------------------------------------------------
 
@@ -81,10 +79,7 @@ static void OnAllMonitors(HWND page)
 
 static void OnToggle(HWND page)
 {
-    const bool open = IsDlgButtonChecked(page, IDC_COLOR_TOGGLE) == BST_CHECKED;
-    CheckDlgButton(page, IDC_COLOR_TOGGLE, open ? BST_UNCHECKED : BST_CHECKED);
-    SetDlgItemTextA(page, IDC_COLOR_TOGGLE, open ? "色設定画面を開く" : "色設定画面を閉じる");
-    SlidePanelBy(GetParent(page), open ? -SECOND_HALF_WIDTH : SECOND_HALF_WIDTH);
+    TogglePageHalf(page, TREE_COLOR);
 }
 
 // ---- Dialog procedure ---------------------------------------------------------------------------------------------

@@ -1,5 +1,5 @@
 // The launcher settings page: the candidates that buttons can be given, and what every button starts.
-#include "panel/launcher_page.h"
+#include "panel/page_table.h"
 
 #include "kernel/base/texts.h"
 #include "launcher/assignments.h"

@@ -1,5 +1,5 @@
 // The button lock page: switches the selected monitor's front-panel buttons between usable and locked.
-#include "panel/lock_page.h"
+#include "panel/page_table.h"
 
 #include "launcher/launcher_settings.h"
 #include "monitor/selection.h"

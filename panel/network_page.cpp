@@ -4,7 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "kernel/base/texts.h"
 #include "panel/page_focus.h"
-#include "panel/panel_width.h"
+#include "panel/pages.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
@@ -17,8 +17,6 @@
 #include <initializer_list>
 
 HWND g_hNetworkPage = nullptr;
-
-constexpr int LOG_WIDTH = 168; // pixels that the panel is wider with the log
 
 // ---- What is shown ------------------------------------------------------------------------------------------------
 
@@ -166,17 +164,6 @@ static void OnApply(HWND hPage)
         ShowNames(hPage);
 }
 
-// ---- Log ----------------------------------------------------------------------------------------------------------
-
-// The page stays as it is: the panel's edge covers and uncovers the log.
-static void OnToggle(HWND hPage)
-{
-    const bool open = IsDlgButtonChecked(hPage, IDC_NETWORK_TOGGLE) == BST_CHECKED;
-    CheckDlgButton(hPage, IDC_NETWORK_TOGGLE, open ? BST_UNCHECKED : BST_CHECKED);
-    SetDlgItemTextA(hPage, IDC_NETWORK_TOGGLE, open ? "通信ログ画面を開く" : "通信ログ画面を閉じる");
-    SlidePanelBy(g_hPanelDlg, open ? -LOG_WIDTH : LOG_WIDTH);
-}
-
 // ---- Page ---------------------------------------------------------------------------------------------------------
 
 static INT_PTR OnInit(HWND hPage)
@@ -206,7 +193,7 @@ static INT_PTR OnCommand(HWND hPage, WORD control)
         OnApply(hPage);
         return TRUE;
     case IDC_NETWORK_TOGGLE:
-        OnToggle(hPage);
+        TogglePageHalf(hPage, TREE_COMM_LOG);
         return TRUE;
     }
     return FALSE;

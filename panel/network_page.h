@@ -4,6 +4,3 @@
 #include <windows.h>
 
 extern HWND g_hNetworkPage; // null while it does not exist. Kernel thread.
-
-// The dialog procedure. Kernel thread.
-INT_PTR CALLBACK NetworkPageProc(HWND hPage, UINT message, WPARAM wParam, LPARAM lParam);

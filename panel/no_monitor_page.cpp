@@ -7,7 +7,7 @@
 
 static HWND s_hNoMonitorPage = nullptr; // as far as the panel knows
 
-static INT_PTR CALLBACK NoMonitorDlgProc(HWND hPage, UINT message, WPARAM wParam, LPARAM)
+INT_PTR CALLBACK NoMonitorDlgProc(HWND hPage, UINT message, WPARAM wParam, LPARAM)
 {
     switch (message) {
     case WM_INITDIALOG:
@@ -28,7 +28,7 @@ static INT_PTR CALLBACK NoMonitorDlgProc(HWND hPage, UINT message, WPARAM wParam
 
 void CreateNoMonitorPage(HWND hPanel)
 {
-    s_hNoMonitorPage = CreatePageWindow(hPanel, IDD_NO_MONITOR_PAGE, NoMonitorDlgProc);
+    s_hNoMonitorPage = CreatePageWindow(hPanel, TREE_ROOT);
 }
 
 void DestroyNoMonitorPage()

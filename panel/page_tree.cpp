@@ -7,6 +7,10 @@
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 
+#include <initializer_list>
+
+static_assert(TREE_BUTTON_6 - TREE_BUTTON_1 == LAUNCHER_BUTTON_COUNT - 1);
+
 static HTREEITEM s_Items[TREE_ITEM_COUNT]; // null = not in the tree
 
 // ---- Items --------------------------------------------------------------------------------------------------------
@@ -16,45 +20,34 @@ static LRESULT Tree(HWND hPanel, UINT message, WPARAM wParam, const void *lParam
     return SendDlgItemMessageA(hPanel, IDC_PANEL_TREE, message, wParam, reinterpret_cast<LPARAM>(lParam));
 }
 
-static void InsertItem(HWND hPanel, TREEITEM item, HTREEITEM hParent, LPCSTR lpszText)
+static void InsertItem(HWND hPanel, TREEITEM item, LPCSTR lpszText)
 {
+    const TREEITEM parent = PageRow(item)->parent;
     TVINSERTSTRUCTA insertion = {};
-    insertion.hParent = hParent;
+    insertion.hParent = parent == TREE_NONE ? TVI_ROOT : s_Items[parent];
     insertion.hInsertAfter = TVI_LAST;
     insertion.item.mask = TVIF_TEXT;
     insertion.item.pszText = const_cast<char *>(lpszText);
     s_Items[item] = reinterpret_cast<HTREEITEM>(Tree(hPanel, TVM_INSERTITEMA, 0, &insertion));
 }
 
-static void InsertRoot(HWND hPanel)
+static void InsertPage(HWND hPanel, TREEITEM item)
 {
-    InsertItem(hPanel, TREE_ROOT, TVI_ROOT, "Lumivane2");
-}
-
-static void InsertPage(HWND hPanel, TREEITEM item, LPCSTR lpszText)
-{
-    InsertItem(hPanel, item, s_Items[TREE_ROOT], lpszText);
+    InsertItem(hPanel, item, PageRow(item)->text);
 }
 
 // ---- What the trees have in common --------------------------------------------------------------------------------
 
 static void InsertColorAndNetwork(HWND hPanel)
 {
-    InsertPage(hPanel, TREE_APPLICATIONS, "アプリケーション登録");
-    InsertItem(hPanel, TREE_COLOR, s_Items[TREE_APPLICATIONS], "色設定");
-    InsertPage(hPanel, TREE_NETWORK, "ネットワーク設定");
-    InsertItem(hPanel, TREE_COMM_LOG, s_Items[TREE_NETWORK], "通信ログ");
+    for (const TREEITEM item : {TREE_APPLICATIONS, TREE_COLOR, TREE_NETWORK, TREE_COMM_LOG})
+        InsertPage(hPanel, item);
 }
 
 static void InsertReservation(HWND hPanel)
 {
     if (IsMonitorIndex(g_nCurMonitor) && g_Monitor[g_nCurMonitor].bTuner)
-        InsertPage(hPanel, TREE_RESERVATION, "タイマー予約設定");
-}
-
-static void InsertVersion(HWND hPanel)
-{
-    InsertPage(hPanel, TREE_VERSION, "バージョン情報");
+        InsertPage(hPanel, TREE_RESERVATION);
 }
 
 // Inserts the lock page for a monitor that can lock its buttons. Result: the highest press report that the monitor
@@ -63,7 +56,7 @@ static LONG InsertButtonLock(HWND hPanel)
 {
     if (GetVCP(g_nCurMonitor, VCP_BUTTON_LOCK, nullptr) == -1)
         return 0;
-    InsertPage(hPanel, TREE_BUTTON_LOCK, "ボタンロック");
+    InsertPage(hPanel, TREE_BUTTON_LOCK);
     LONG maximum = 0;
     SetVCP(g_nCurMonitor, VCP_BUTTON_PRESSED, BUTTON_PRESSED_NONE);
     GetVCP(g_nCurMonitor, VCP_BUTTON_PRESSED, &maximum);
@@ -72,12 +65,12 @@ static LONG InsertButtonLock(HWND hPanel)
 
 static void InsertLauncher(HWND hPanel)
 {
-    InsertPage(hPanel, TREE_LAUNCHER, "ランチャー設定");
+    InsertPage(hPanel, TREE_LAUNCHER);
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button) {
         char label[BUTTON_LABEL_SIZE] = "";
         ReadButtonLabel(hPanel, button, label, sizeof label);
         if (label[0])
-            InsertItem(hPanel, static_cast<TREEITEM>(TREE_BUTTON_1 + button - 1), s_Items[TREE_LAUNCHER], label);
+            InsertItem(hPanel, static_cast<TREEITEM>(TREE_BUTTON_1 + button - 1), label);
     }
 }
 
@@ -85,12 +78,12 @@ static void InsertLauncher(HWND hPanel)
 
 void BuildPageTree(HWND hPanel)
 {
-    InsertRoot(hPanel);
+    InsertPage(hPanel, TREE_ROOT);
     InsertColorAndNetwork(hPanel);
     // The launcher is not offered here: it comes with the first change of monitor.
     InsertButtonLock(hPanel);
     InsertReservation(hPanel);
-    InsertVersion(hPanel);
+    InsertPage(hPanel, TREE_VERSION);
 }
 
 void RebuildPageTree(HWND hPanel)
@@ -100,13 +93,13 @@ void RebuildPageTree(HWND hPanel)
     if (InsertButtonLock(hPanel) >> 8 == 255)
         InsertLauncher(hPanel);
     InsertReservation(hPanel);
-    InsertVersion(hPanel);
+    InsertPage(hPanel, TREE_VERSION);
 }
 
 void BuildNoMonitorTree(HWND hPanel)
 {
-    InsertRoot(hPanel);
-    InsertVersion(hPanel);
+    InsertPage(hPanel, TREE_ROOT);
+    InsertPage(hPanel, TREE_VERSION);
 }
 
 void CollapsePageTree(HWND hPanel)

@@ -3,26 +3,11 @@
 // Kernel thread. The functions that build the tree ask the selected monitor about its buttons.
 #pragma once
 
+#include "panel/page_table.h"
+
 #include <windows.h>
 
 #include <commctrl.h>
-
-// The items: a parent before its children, the buttons one after another.
-enum TREEITEM : int {
-    TREE_ROOT,
-    TREE_APPLICATIONS,
-    TREE_COLOR,
-    TREE_NETWORK,
-    TREE_COMM_LOG,
-    TREE_BUTTON_LOCK,
-    TREE_LAUNCHER,
-    TREE_BUTTON_1,
-    TREE_BUTTON_6 = TREE_BUTTON_1 + 5,
-    TREE_RESERVATION,
-    TREE_VERSION,
-    TREE_ITEM_COUNT,
-    TREE_NONE = -1,
-};
 
 // Fills the empty tree as the panel opens with it: without the launcher's items.
 void BuildPageTree(HWND hPanel);

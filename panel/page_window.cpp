@@ -6,9 +6,10 @@
 
 constexpr int PAGE_LEFT = 178; // pixels from the left of the panel's client area
 
-HWND CreatePageWindow(HWND hPanel, int nTemplate, DLGPROC lpfnProc)
+HWND CreatePageWindow(HWND hPanel, TREEITEM item)
 {
-    const HWND hPage = CreateDialogParamA(g_hInstance, MAKEINTRESOURCEA(nTemplate), hPanel, lpfnProc, 0);
+    const PAGEROW *row = PageRow(item);
+    const HWND hPage = CreateDialogParamA(g_hInstance, MAKEINTRESOURCEA(row->dialog), hPanel, row->proc, 0);
     if (!hPage)
         return nullptr;
     RECT place;

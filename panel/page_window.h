@@ -3,7 +3,9 @@
 // Kernel thread.
 #pragma once
 
+#include "panel/page_table.h"
+
 #include <windows.h>
 
-// Creates a page dialog, puts it in its place beside the tree and shows it. Result: its window, or null.
-HWND CreatePageWindow(HWND hPanel, int nTemplate, DLGPROC lpfnProc);
+// Creates the page of a tree item, puts it in its place beside the tree and shows it. Result: its window, or null.
+HWND CreatePageWindow(HWND hPanel, TREEITEM item);

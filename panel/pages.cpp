@@ -2,72 +2,18 @@
 #include "panel/pages.h"
 
 #include "kernel/base/plugin_state.h"
-#include "panel/button_page.h"
-#include "panel/color_page.h"
-#include "panel/launcher_page.h"
-#include "panel/lock_page.h"
-#include "panel/network_page.h"
 #include "panel/no_monitor_page.h"
 #include "panel/page_window.h"
 #include "panel/panel_width.h"
-#include "panel/reservation_page.h"
-#include "panel/resources/resource.h"
-#include "panel/version_page.h"
 
-static HWND s_Pages[PAGE_COUNT]; // null = does not exist
-
-// By PAGEKIND.
-static const struct {
-    int dialog;
-    DLGPROC proc;
-} pages[PAGE_COUNT] = {
-    {IDD_COLOR_PAGE, ColorDlgProc},
-    {IDD_NETWORK_PAGE, NetworkPageProc},
-    {IDD_RESERVATION_PAGE, ReservationPageProc},
-    {IDD_VERSION_PAGE, VersionDlgProc},
-    {IDD_LAUNCHER_PAGE, LauncherPageProc},
-    {IDD_BUTTON_LOCK_PAGE, ButtonLockPageProc},
-    {IDD_BUTTON_1_PAGE, ButtonPageProc},
-    {IDD_BUTTON_2_PAGE, ButtonPageProc},
-    {IDD_BUTTON_3_PAGE, ButtonPageProc},
-    {IDD_BUTTON_4_PAGE, ButtonPageProc},
-    {IDD_BUTTON_5_PAGE, ButtonPageProc},
-    {IDD_POWER_PAGE, ButtonPageProc},
-};
-
-// What a tree item opens: the page, and the width of the panel beyond its base width, in pixels matched to the page's
-// template at the dialog font.
-struct PAGEOPENING {
-    TREEITEM item;
-    PAGEKIND page;
-    int widening;
-    // Of an item that shows the second half of a page: the width without that half, and the page's button for it.
-    int halfWidening;
-    int toggle;
-    LPCSTR toggleText;
-};
-
-static const PAGEOPENING openings[] = {
-    {TREE_APPLICATIONS, PAGE_COLOR, 200, 0, 0, nullptr},
-    {TREE_COLOR, PAGE_COLOR, 344, 200, IDC_COLOR_TOGGLE, "色設定画面を閉じる"},
-    {TREE_NETWORK, PAGE_NETWORK, 160, 0, 0, nullptr},
-    {TREE_COMM_LOG, PAGE_NETWORK, 328, 160, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる"},
-    {TREE_RESERVATION, PAGE_RESERVATION, 408, 0, 0, nullptr},
-    {TREE_LAUNCHER, PAGE_LAUNCHER, 376, 0, 0, nullptr},
-    {TREE_VERSION, PAGE_VERSION, 224, 0, 0, nullptr},
-    {TREE_BUTTON_LOCK, PAGE_BUTTON_LOCK, 152, 0, 0, nullptr},
-};
-
-constexpr int BUTTON_PAGE_WIDENING = 256;
-constexpr int NO_MONITOR_WIDENING = 400;
-constexpr int VERSION_WIDENING = 224;
+static HWND s_Pages[TREE_ITEM_COUNT]; // by PageOwner; null = does not exist
 
 // ---- Pages --------------------------------------------------------------------------------------------------------
 
-void CreatePage(HWND hPanel, PAGEKIND page)
+void CreatePage(HWND hPanel, TREEITEM item)
 {
     DestroyPages();
-    s_Pages[page] = CreatePageWindow(hPanel, pages[page].dialog, pages[page].proc);
+    s_Pages[PageOwner(item)] = CreatePageWindow(hPanel, item);
 }
 
 void DestroyPages()
@@ -79,9 +25,9 @@ void DestroyPages()
     }
 }
 
-HWND PageWindow(PAGEKIND page)
+HWND PageWindow(TREEITEM item)
 {
-    return page >= 0 && page < PAGE_COUNT ? s_Pages[page] : nullptr;
+    return item >= 0 && item < TREE_ITEM_COUNT ? s_Pages[PageOwner(item)] : nullptr;
 }
 
 void ForgetPage(HWND hPage)
@@ -97,21 +43,38 @@ void ForgetPages()
         page = nullptr;
 }
 
+// ---- The second half of a page ------------------------------------------------------------------------------------
+
+static void ShowToggle(HWND hPage, const PAGEHALF *half, bool open)
+{
+    SetDlgItemTextA(hPage, half->toggle, open ? half->closeText : half->openText);
+    CheckDlgButton(hPage, half->toggle, open ? BST_CHECKED : BST_UNCHECKED);
+}
+
+void TogglePageHalf(HWND hPage, TREEITEM item)
+{
+    const PAGEROW *row = PageRow(item);
+    const bool open = IsDlgButtonChecked(hPage, row->half.toggle) != BST_CHECKED;
+    const int width = row->widening - PageRow(row->half.narrow)->widening;
+    ShowToggle(hPage, &row->half, open);
+    SlidePanelBy(GetParent(hPage), open ? width : -width);
+}
+
 // ---- Choice of a page ---------------------------------------------------------------------------------------------
 
-static void ShowOpening(HWND hPanel, const PAGEOPENING *opening)
+static void ShowPage(HWND hPanel, TREEITEM item)
 {
-    // The page is open already, without its second half.
-    if (opening->halfWidening && PageWindow(opening->page) && PanelWidening(hPanel) == opening->halfWidening) {
-        SlidePanel(hPanel, opening->halfWidening, opening->widening);
+    const PAGEROW *row = PageRow(item);
+    const bool wide = row->half.narrow != TREE_NONE;
+    const int narrowWidening = wide ? PageRow(row->half.narrow)->widening : 0;
+    if (wide && PageWindow(item) && PanelWidening(hPanel) == narrowWidening) {
+        SlidePanel(hPanel, narrowWidening, row->widening); // the page is open already, without its second half
     } else {
-        SlidePanel(hPanel, 0, opening->widening);
-        CreatePage(hPanel, opening->page);
+        SlidePanel(hPanel, 0, row->widening);
+        CreatePage(hPanel, item);
     }
-    if (!opening->toggle)
-        return;
-    SetDlgItemTextA(PageWindow(opening->page), opening->toggle, opening->toggleText);
-    CheckDlgButton(PageWindow(opening->page), opening->toggle, BST_CHECKED);
+    if (wide)
+        ShowToggle(PageWindow(item), &row->half, true);
 }
 
 static void ShowRoot(HWND hPanel)
@@ -124,29 +87,24 @@ static void SelectNormalPage(HWND hPanel, TREEITEM item)
 {
     if (item == TREE_ROOT)
         ShowRoot(hPanel);
-    if (item >= TREE_BUTTON_1 && item <= TREE_BUTTON_6) {
-        SlidePanel(hPanel, 0, BUTTON_PAGE_WIDENING);
-        CreatePage(hPanel, static_cast<PAGEKIND>(PAGE_BUTTON_1 + (static_cast<int>(item) - TREE_BUTTON_1)));
-    }
-    for (const PAGEOPENING &opening : openings)
-        if (opening.item == item)
-            ShowOpening(hPanel, &opening);
+    else if (item != TREE_NONE)
+        ShowPage(hPanel, item);
 }
 
 // Without a monitor: the root stands for the page that tells what to check, and nothing slides.
 static void SelectNoMonitorPage(HWND hPanel, TREEITEM item)
 {
     if (item == TREE_ROOT) {
-        if (PageWindow(PAGE_VERSION))
+        if (PageWindow(TREE_VERSION))
             ShowRoot(hPanel);
-        SetPanelWidening(hPanel, NO_MONITOR_WIDENING);
+        SetPanelWidening(hPanel, PageRow(TREE_ROOT)->widening);
         CreateNoMonitorPage(hPanel);
     } else if (item == TREE_VERSION) {
         if (IsNoMonitorPageOpen())
             SetPanelWidening(hPanel, 0);
         DestroyNoMonitorPage();
-        SetPanelWidening(hPanel, VERSION_WIDENING);
-        CreatePage(hPanel, PAGE_VERSION);
+        SetPanelWidening(hPanel, PageRow(TREE_VERSION)->widening);
+        CreatePage(hPanel, TREE_VERSION);
     }
 }
 

@@ -3,35 +3,26 @@
 // Kernel thread.
 #pragma once
 
-#include "panel/page_tree.h"
+#include "panel/page_table.h"
 
 #include <windows.h>
-
-// The pages that a tree item opens, in the order in which they are destroyed. The button pages follow one another.
-enum PAGEKIND : int {
-    PAGE_COLOR,
-    PAGE_NETWORK,
-    PAGE_RESERVATION,
-    PAGE_VERSION,
-    PAGE_LAUNCHER,
-    PAGE_BUTTON_LOCK,
-    PAGE_BUTTON_1,
-    PAGE_BUTTON_6 = PAGE_BUTTON_1 + 5,
-    PAGE_COUNT,
-};
 
 // Shows what an item of the tree stands for, at the width that belongs to it. TREE_NONE changes nothing.
 void SelectPage(HWND hPanel, TREEITEM item);
 
-// Destroys whatever page there is and creates this one, to the right of the tree. Without its template there is no page
-// afterwards.
-void CreatePage(HWND hPanel, PAGEKIND page);
+// Destroys whatever page there is and creates the item's, to the right of the tree. Without its template there is no
+// page afterwards.
+void CreatePage(HWND hPanel, TREEITEM item);
 
 // Destroys the pages that exist; the no-monitor page is none of them.
 void DestroyPages();
 
-// The window of a page; null when it does not exist.
-HWND PageWindow(PAGEKIND page);
+// The window of the page that an item opens, of either form of it; null when it does not exist.
+HWND PageWindow(TREEITEM item);
+
+// Covers or uncovers a page's second half, as the page's button for it is pressed. item: the one that opens the page
+// with that half. The page stays as it is: the panel's edge slides.
+void TogglePageHalf(HWND hPage, TREEITEM item);
 
 // Forgets a page whose window is being destroyed; other windows are ignored.
 void ForgetPage(HWND hPage);

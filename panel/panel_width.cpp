@@ -3,7 +3,6 @@
 
 #include "panel/page_focus.h"
 
-constexpr int SLIDE_STEP = 8;
 constexpr DWORD SLIDE_PAUSE_MS = 1;
 
 static RECT rcPanel; // the panel's window when it was opened

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+constexpr int SLIDE_STEP = 8;
+
 // Takes the panel's present size as its base size.
 void TakePanelSize(HWND hPanel);
 
@@ -15,9 +17,9 @@ int PanelWidening(HWND hPanel);
 // Sets the panel to its base width plus nWidening, at once.
 void SetPanelWidening(HWND hPanel, int nWidening);
 
-// Slides the panel in steps of 8 from nFrom to nTo, both counted from the base width and a multiple of 8 apart; either
-// may be the larger. Blocks for about a millisecond a step.
+// Slides the panel in steps from nFrom to nTo, both counted from the base width and whole steps apart; either may be
+// the larger. Blocks for about a millisecond a step.
 void SlidePanel(HWND hPanel, int nFrom, int nTo);
 
-// Slides the panel by nDelta, a multiple of 8, from the width that it has now.
+// Slides the panel by nDelta, whole steps, from the width that it has now.
 void SlidePanelBy(HWND hPanel, int nDelta);

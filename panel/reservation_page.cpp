@@ -1,5 +1,5 @@
 // The reservation page's controls. What is entered and listed goes by panel/reservation_rows.
-#include "panel/reservation_page.h"
+#include "panel/page_table.h"
 
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"

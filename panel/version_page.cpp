@@ -1,5 +1,5 @@
 // The version page's dialog procedure.
-#include "panel/version_page.h"
+#include "panel/page_table.h"
 
 #include "panel/resources/images.h"
 #include "panel/resources/resource.h"

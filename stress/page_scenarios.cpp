@@ -13,7 +13,7 @@
 
 static HWND s_hPage; // null when it did not come: an act without it would be none
 
-static void OpenAt(STAGE *stage, TREEITEM item, PAGEKIND page)
+static void OpenAt(STAGE *stage, TREEITEM item)
 {
     {
         const auto lock = stage->run.host.Lock();
@@ -22,7 +22,7 @@ static void OpenAt(STAGE *stage, TREEITEM item, PAGEKIND page)
     g_nReservation = 0;
     for (RESERVATION &slot : g_Reservation)
         slot = {};
-    s_hPage = OpenPage(&stage->run.host, item, page);
+    s_hPage = OpenPage(&stage->run.host, item);
     CloseReservationFiles();
 }
 
@@ -47,7 +47,7 @@ void OpenPanelAtRoot(STAGE *stage)
     if (g_hPanelDlg)
         ChooseItem(TREE_ROOT);
     else
-        OpenAt(stage, TREE_ROOT, PAGE_VERSION);
+        OpenAt(stage, TREE_ROOT);
     CloseReservationFiles();
 }
 
@@ -64,7 +64,7 @@ void OpenColorPage(STAGE *stage)
         entry = {};
     for (PROFILEENTRY &entry : g_SysProfile)
         entry = {};
-    OpenAt(stage, TREE_COLOR, PAGE_COLOR);
+    OpenAt(stage, TREE_COLOR);
 }
 
 void ChangeColors(STAGE *)
@@ -95,7 +95,7 @@ std::string ProfilesNotStored(STAGE *)
 
 void OpenLockPage(STAGE *stage)
 {
-    OpenAt(stage, TREE_BUTTON_LOCK, PAGE_BUTTON_LOCK);
+    OpenAt(stage, TREE_BUTTON_LOCK);
 }
 
 void LockButton(STAGE *)
@@ -110,7 +110,7 @@ std::string ButtonNotLocked(STAGE *stage)
 
 void OpenButtonPage(STAGE *stage)
 {
-    OpenAt(stage, static_cast<TREEITEM>(TREE_BUTTON_1 + 1), static_cast<PAGEKIND>(PAGE_BUTTON_1 + 1));
+    OpenAt(stage, TREE_BUTTON_2);
 }
 
 void EnableLauncher(STAGE *)
@@ -128,7 +128,7 @@ std::string LauncherNotEnabled(STAGE *)
 void OpenReservationPage(STAGE *stage)
 {
     nChangeMsg = CHANGE_AT_ONCE;
-    OpenAt(stage, TREE_RESERVATION, PAGE_RESERVATION);
+    OpenAt(stage, TREE_RESERVATION);
     SYSTEMTIME day = {};
     day.wYear = 2006;
     day.wMonth = 6;

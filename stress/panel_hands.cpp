@@ -47,8 +47,8 @@ bool OpenPanel(TestHost *host)
 
 bool IsPageShown()
 {
-    for (int page = 0; page < PAGE_COUNT; ++page)
-        if (IsWindowVisible(PageWindow(static_cast<PAGEKIND>(page))))
+    for (int item = TREE_ROOT; item < TREE_ITEM_COUNT; ++item)
+        if (IsWindowVisible(PageWindow(static_cast<TREEITEM>(item))))
             return true;
     return false;
 }
@@ -71,7 +71,7 @@ int ChooseAllItems()
     return pages;
 }
 
-HWND OpenPage(TestHost *host, TREEITEM item, PAGEKIND page)
+HWND OpenPage(TestHost *host, TREEITEM item)
 {
     ClosePanel();
     if (!OpenPanel(host))
@@ -79,7 +79,7 @@ HWND OpenPage(TestHost *host, TREEITEM item, PAGEKIND page)
     ChooseMonitor(1);
     ChooseMonitor(0);
     ChooseItem(item);
-    return PageWindow(page);
+    return PageWindow(item);
 }
 
 void ChooseMonitor(int monitor)

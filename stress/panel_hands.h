@@ -1,6 +1,7 @@
 // Monitors with all that the panel can be about, and the hands that open it and walk through its tree.
 #pragma once
 
+#include "panel/page_tree.h"
 #include "panel/pages.h"
 #include "support/hands.h"
 #include "support/test_host.h"
@@ -24,7 +25,7 @@ bool IsPageShown();
 int ChooseAllItems();
 
 // Opens the panel anew, with the launcher's items in its tree, at a page. Null when that does not come.
-HWND OpenPage(TestHost *host, TREEITEM item, PAGEKIND page);
+HWND OpenPage(TestHost *host, TREEITEM item);
 
 void ChooseMonitor(int monitor);
 void ClosePanel();

@@ -12,8 +12,7 @@ protected:
     {
         if (!Panel())
             OpenPanel();
-        return OpenPage(static_cast<TREEITEM>(TREE_BUTTON_1 + button - 1),
-                        static_cast<PAGEKIND>(PAGE_BUTTON_1 + button - 1));
+        return OpenPage(static_cast<TREEITEM>(TREE_BUTTON_1 + button - 1));
     }
 
     void SetMask(LONG mask)

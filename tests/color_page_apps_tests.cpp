@@ -35,7 +35,7 @@ protected:
     {
         ASSERT_TRUE(Open());
         Choose(TREE_APPLICATIONS);
-        page = Page(PAGE_COLOR);
+        page = Page(TREE_COLOR);
         ASSERT_NE(page, nullptr);
         host.TakeLog();
     }
@@ -168,7 +168,7 @@ TEST_F(ColorPageAppsTest, Browse)
     g_nAppProfile = 3;
     AnswerFileDialog("C:\\late.exe", 0, [&] { Choose(TREE_ROOT); });
     Click(page, IDC_COLOR_BROWSE);
-    EXPECT_EQ(Page(PAGE_COLOR), nullptr);
+    EXPECT_EQ(Page(TREE_COLOR), nullptr);
     EXPECT_EQ(Stored(2), "");
 }
 

@@ -60,7 +60,7 @@ protected:
         Choose(TREE_ROOT);
         Requests();
         Choose(TREE_COLOR);
-        page = Page(PAGE_COLOR);
+        page = Page(TREE_COLOR);
         ASSERT_NE(page, nullptr);
         EXPECT_EQ(Requests(), "get 0 E0|get 0 10|get 0 12|get 0 14|" + gainsRead);
     }
@@ -389,7 +389,7 @@ TEST_F(ColorPageTest, ToggleOfTheSecondHalf)
 {
     OpenPage();
     Choose(TREE_APPLICATIONS);
-    page = Page(PAGE_COLOR);
+    page = Page(TREE_COLOR);
     // The edge of the panel lies behind the first group and before the second, or behind both.
     const auto place = [&](int group) {
         RECT rect, client;

@@ -24,7 +24,7 @@ protected:
     {
         if (!Panel())
             OpenPanel(monitor);
-        return OpenPage(TREE_LAUNCHER, PAGE_LAUNCHER);
+        return OpenPage(TREE_LAUNCHER);
     }
 
     // Slot k holds "k.txt" in "C:\k".

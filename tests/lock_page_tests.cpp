@@ -20,7 +20,7 @@ protected:
     {
         if (!Panel())
             OpenPanel();
-        return OpenPage(TREE_BUTTON_LOCK, PAGE_BUTTON_LOCK);
+        return OpenPage(TREE_BUTTON_LOCK);
     }
 
     void SetMask(std::optional<LONG> mask)

@@ -28,7 +28,7 @@ protected:
             PutDword(HKEY_CURRENT_USER, "Lumivane2", "EnableChangeName", *allowed);
         Choose(TREE_ROOT);
         Choose(TREE_NETWORK);
-        return Page(PAGE_NETWORK);
+        return Page(TREE_NETWORK);
     }
 };
 
@@ -90,8 +90,8 @@ TEST_F(NetworkPageTest, PortsAreTakenOverByTheStart)
             EXPECT_EQ(boxes.back().icon, 'x');
         }
         EXPECT_EQ(Ports(Reopen()), c.kept);
-        Click(Page(PAGE_NETWORK), IDC_NETWORK_STOP);
-        EXPECT_EQ(EnabledControls(Page(PAGE_NETWORK)), "1005 1006 1007 1009 ");
+        Click(Page(TREE_NETWORK), IDC_NETWORK_STOP);
+        EXPECT_EQ(EnabledControls(Page(TREE_NETWORK)), "1005 1006 1007 1009 ");
     }
 }
 
@@ -166,7 +166,7 @@ TEST_F(NetworkPageTest, TheLogIsUncoveredAndCovered)
     for (const bool byTree : {false, true}) {
         Choose(TREE_ROOT);
         Choose(byTree ? TREE_COMM_LOG : TREE_NETWORK);
-        const HWND page = Page(PAGE_NETWORK);
+        const HWND page = Page(TREE_NETWORK);
         for (const bool open : {!byTree, byTree}) {
             Click(page, IDC_NETWORK_TOGGLE);
             EXPECT_EQ(Widening(), open ? 328 : 160);

@@ -198,18 +198,18 @@ TEST_F(PanelTest, WidthOfEachPageInEveryOrder)
         const char *name;
         TREEITEM item;
         int widening;
-        PAGEKIND page;
+        int control; // of this page alone
     } cases[] = {
-        {"applications", TREE_APPLICATIONS, 200, PAGE_COLOR},
-        {"colours", TREE_COLOR, 344, PAGE_COLOR},
-        {"network", TREE_NETWORK, 160, PAGE_NETWORK},
-        {"log", TREE_COMM_LOG, 328, PAGE_NETWORK},
-        {"reservation", TREE_RESERVATION, 408, PAGE_RESERVATION},
-        {"launcher", TREE_LAUNCHER, 376, PAGE_LAUNCHER},
-        {"button lock", TREE_BUTTON_LOCK, 152, PAGE_BUTTON_LOCK},
-        {"version", TREE_VERSION, 224, PAGE_VERSION},
-        {"button 1", TREE_BUTTON_1, 256, PAGE_BUTTON_1},
-        {"button 6", TREE_BUTTON_6, 256, PAGE_BUTTON_6},
+        {"applications", TREE_APPLICATIONS, 200, IDC_COLOR_APP_LIST},
+        {"colours", TREE_COLOR, 344, IDC_COLOR_APP_LIST},
+        {"network", TREE_NETWORK, 160, IDC_NETWORK_LOG},
+        {"log", TREE_COMM_LOG, 328, IDC_NETWORK_LOG},
+        {"reservation", TREE_RESERVATION, 408, IDC_RESERVATION_LIST},
+        {"launcher", TREE_LAUNCHER, 376, IDC_LAUNCHER_ASSIGNMENTS},
+        {"button lock", TREE_BUTTON_LOCK, 152, IDC_LOCK_PICTURE},
+        {"version", TREE_VERSION, 224, IDC_VERSION_PICTURE},
+        {"button 1", TREE_BUTTON_1, 256, IDC_BUTTON_1_ENABLE},
+        {"button 6", TREE_BUTTON_6, 256, IDC_POWER_ENABLE},
     };
     ASSERT_TRUE(Open());
     ChooseMonitor(1);
@@ -223,10 +223,13 @@ TEST_F(PanelTest, WidthOfEachPageInEveryOrder)
         before = chosen.name;
         Choose(chosen.item);
         EXPECT_EQ(Widening(), chosen.widening);
-        for (int page = 0; page < PAGE_COUNT; ++page)
-            EXPECT_EQ(Page(static_cast<PAGEKIND>(page)) != nullptr, page == chosen.page) << page;
+        const HWND page = Page(chosen.item);
+        EXPECT_NE(GetDlgItem(page, chosen.control), nullptr);
+        for (int item = TREE_ROOT; item < TREE_ITEM_COUNT; ++item)
+            EXPECT_TRUE(Page(static_cast<TREEITEM>(item)) == nullptr || Page(static_cast<TREEITEM>(item)) == page)
+                << "there is another page, of item " << item;
         POINT corner = {};
-        MapWindowPoints(Page(chosen.page), Panel(), &corner, 1);
+        MapWindowPoints(page, Panel(), &corner, 1);
         EXPECT_EQ(corner.x, 178);
         EXPECT_EQ(corner.y, 0);
     };
@@ -243,8 +246,8 @@ TEST_F(PanelTest, WidthOfEachPageInEveryOrder)
         choose(rest);
     Choose(TREE_ROOT);
     EXPECT_EQ(Widening(), 0);
-    for (int page = 0; page < PAGE_COUNT; ++page)
-        EXPECT_EQ(Page(static_cast<PAGEKIND>(page)), nullptr);
+    for (int item = TREE_ROOT; item < TREE_ITEM_COUNT; ++item)
+        EXPECT_EQ(Page(static_cast<TREEITEM>(item)), nullptr);
     RECT now;
     GetWindowRect(Panel(), &now);
     EXPECT_TRUE(EqualRect(&now, &base));
@@ -255,15 +258,14 @@ TEST_F(PanelTest, SecondHalfOfAnOpenPage)
 {
     const struct {
         TREEITEM half, whole;
-        PAGEKIND page;
         int toggle;
         const char *text;
         int widening;
         int covered, beforeIt; // a control of the second half, and the last button before that half
     } cases[] = {
-        {TREE_APPLICATIONS, TREE_COLOR, PAGE_COLOR, IDC_COLOR_TOGGLE, "色設定画面を閉じる", 344,
-         IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_PROFILE_DELETE},
-        {TREE_NETWORK, TREE_COMM_LOG, PAGE_NETWORK, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる", 328, IDC_NETWORK_LOG,
+        {TREE_APPLICATIONS, TREE_COLOR, IDC_COLOR_TOGGLE, "色設定画面を閉じる", 344, IDC_COLOR_BRIGHTNESS_EDIT,
+         IDC_COLOR_PROFILE_DELETE},
+        {TREE_NETWORK, TREE_COMM_LOG, IDC_NETWORK_TOGGLE, "通信ログ画面を閉じる", 328, IDC_NETWORK_LOG,
          IDC_NETWORK_APPLY},
     };
     ASSERT_TRUE(Open());
@@ -273,14 +275,14 @@ TEST_F(PanelTest, SecondHalfOfAnOpenPage)
         SCOPED_TRACE(c.text);
         Choose(TREE_ROOT);
         Choose(c.half);
-        const HWND page = Page(c.page);
+        const HWND page = Page(c.whole);
         EXPECT_FALSE(IsChecked(page, c.toggle));
         EXPECT_FALSE(reached(page, c.covered));
         EXPECT_TRUE(reached(page, c.beforeIt));
         const HWND group = GetNextDlgGroupItem(Panel(), GetDlgItem(page, c.beforeIt), FALSE);
         EXPECT_NE(group, GetDlgItem(page, c.covered)) << "by an arrow key";
         Choose(c.whole);
-        EXPECT_EQ(Page(c.page), page) << "not created anew";
+        EXPECT_EQ(Page(c.whole), page) << "not created anew";
         EXPECT_TRUE(reached(page, c.covered));
         EXPECT_EQ(Widening(), c.widening);
         EXPECT_TRUE(IsChecked(page, c.toggle));
@@ -288,14 +290,14 @@ TEST_F(PanelTest, SecondHalfOfAnOpenPage)
         Choose(TREE_ROOT);
         Choose(c.whole);
         EXPECT_EQ(Widening(), c.widening) << "from the base width";
-        EXPECT_TRUE(IsChecked(Page(c.page), c.toggle));
-        EXPECT_TRUE(reached(Page(c.page), c.covered));
+        EXPECT_TRUE(IsChecked(Page(c.whole), c.toggle));
+        EXPECT_TRUE(reached(Page(c.whole), c.covered));
         // A page that closed itself leaves its width behind.
         Choose(c.half);
-        SendMessageA(Page(c.page), WM_CLOSE, 0, 0);
-        EXPECT_EQ(Page(c.page), nullptr);
+        SendMessageA(Page(c.whole), WM_CLOSE, 0, 0);
+        EXPECT_EQ(Page(c.whole), nullptr);
         Choose(c.whole);
-        EXPECT_NE(Page(c.page), nullptr);
+        EXPECT_NE(Page(c.whole), nullptr);
     }
 }
 
@@ -310,9 +312,9 @@ TEST_F(PanelTest, AChangeOfMonitorReturnsToTheBaseWidth)
     ChooseMonitor(1);
     EXPECT_EQ(g_nCurMonitor, 1);
     EXPECT_EQ(Widening(), 0);
-    EXPECT_FALSE(IsReachedByTab(Panel(), GetDlgItem(Page(PAGE_BUTTON_LOCK), IDC_LOCK_TOGGLE_1)));
+    EXPECT_FALSE(IsReachedByTab(Panel(), GetDlgItem(Page(TREE_BUTTON_LOCK), IDC_LOCK_TOGGLE_1)));
     Choose(TREE_VERSION);
-    EXPECT_EQ(Page(PAGE_BUTTON_LOCK), nullptr);
+    EXPECT_EQ(Page(TREE_BUTTON_LOCK), nullptr);
 }
 
 TEST_F(PanelTest, WithoutAMonitor)
@@ -330,7 +332,7 @@ TEST_F(PanelTest, WithoutAMonitor)
     EXPECT_EQ(Widening(), 224 - opened);
     Choose(TREE_ROOT);
     EXPECT_EQ(Widening(), 400 - opened);
-    EXPECT_EQ(Page(PAGE_VERSION), nullptr);
+    EXPECT_EQ(Page(TREE_VERSION), nullptr);
     const HWND page = GetWindow(GetDlgItem(Panel(), IDC_PANEL_DEBUG), GW_HWNDNEXT);
     TakeRecordedCalls();
     Click(page, IDC_NO_MONITOR_LIST);
@@ -405,11 +407,11 @@ TEST_F(PanelTest, IsDrivenByRealMouseAndKeyboard)
     ASSERT_TRUE(Comes([&] { return IsWindowVisible(Panel()) && SelectedTreeItem(Panel()) == TREE_ROOT; }));
     // Right opens what is closed, down goes on: "アプリケーション登録", then "色設定" below it.
     GiveInput("key Right key Down");
-    ASSERT_TRUE(Comes([&] { return Page(PAGE_COLOR) && Widening() == 200; }));
+    ASSERT_TRUE(Comes([&] { return Page(TREE_COLOR) && Widening() == 200; }));
     GiveInput("key Right key Down");
     ASSERT_TRUE(Comes([&] { return Widening() == 344; }));
 
-    const HWND slider = GetDlgItem(Page(PAGE_COLOR), IDC_COLOR_CONTRAST_SLIDER);
+    const HWND slider = GetDlgItem(Page(TREE_COLOR), IDC_COLOR_CONTRAST_SLIDER);
     RECT thumb;
     SendMessageA(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
     const int x = (thumb.left + thumb.right) / 2, y = (thumb.top + thumb.bottom) / 2;
@@ -421,7 +423,7 @@ TEST_F(PanelTest, IsDrivenByRealMouseAndKeyboard)
         return host.monitors[0].features[VCP_CONTRAST].current;
     };
     ASSERT_TRUE(Comes([&] { return contrast() < 70; })) << "the monitor followed the thumb";
-    EXPECT_EQ(TextOf(Page(PAGE_COLOR), IDC_COLOR_CONTRAST_EDIT), std::to_string(contrast()));
+    EXPECT_EQ(TextOf(Page(TREE_COLOR), IDC_COLOR_CONTRAST_EDIT), std::to_string(contrast()));
     const LONG dragged = contrast();
     GiveInput("key Right");
     EXPECT_TRUE(Comes([&] { return contrast() == dragged + 1; })) << "and the arrow key";

@@ -30,7 +30,7 @@ protected:
     {
         Choose(TREE_ROOT);
         Choose(TREE_RESERVATION);
-        return Page(PAGE_RESERVATION);
+        return Page(TREE_RESERVATION);
     }
 
     // The names of the first monitor's channels; all others are unused.
@@ -93,7 +93,7 @@ TEST_F(ReservationPageTest, BeginsAtThePresentMinute)
     EXPECT_EQ(TipOf(page, IDC_RESERVATION_END_DATE), "予約終了時間を設定します\n※予約開始される直前の画面に戻ります。");
     EXPECT_EQ(TipOf(page, IDC_RESERVATION_USE_END), "予約終了時間を指定するか否かを設定します。");
     SendMessageA(page, WM_COMMAND, IDC_RESERVATION_CLOSE, 0);
-    EXPECT_EQ(Page(PAGE_RESERVATION), nullptr);
+    EXPECT_EQ(Page(TREE_RESERVATION), nullptr);
     EXPECT_EQ(g_hReservationPage, nullptr);
 }
 

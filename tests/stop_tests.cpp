@@ -54,7 +54,7 @@ TEST_F(StopTest, AssignmentsStay)
     for (const int control : {BROWSE_PROGRAM, BROWSE_PARAMETER}) {
         g_bAbort = 0;
         OpenPanel();
-        const HWND page = OpenPage(TREE_BUTTON_1, PAGE_BUTTON_1);
+        const HWND page = OpenPage(TREE_BUTTON_1);
         StopWhileOpen(Sjis("実行ファイルの選択"), page, WM_COMMAND, static_cast<WPARAM>(control));
         for (const auto &[name, text] : values)
             EXPECT_EQ(Text(name), text) << control;

@@ -13,13 +13,13 @@ void LauncherPagesTest::OpenPanel(int monitor)
     ChooseMonitor(monitor);
 }
 
-HWND LauncherPagesTest::OpenPage(TREEITEM item, PAGEKIND page)
+HWND LauncherPagesTest::OpenPage(TREEITEM item)
 {
     Choose(TREE_ROOT);
     Choose(item);
     host.TakeLog();
     TakeRecordedCalls();
-    return Page(page);
+    return Page(item);
 }
 
 void LauncherPagesTest::Put(const std::string &name, DWORD value)

@@ -17,7 +17,7 @@ protected:
     void OpenPanel(int monitor = 0);
 
     // Opens a page; the log then begins with what is done on it.
-    HWND OpenPage(TREEITEM item, PAGEKIND page);
+    HWND OpenPage(TREEITEM item);
 
     // The user's launcher values; texts as their bytes.
     static void Put(const std::string &name, DWORD value);

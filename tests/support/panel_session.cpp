@@ -62,9 +62,9 @@ HWND PanelTest::Panel() const
     return g_hPanelDlg;
 }
 
-HWND PanelTest::Page(PAGEKIND page) const
+HWND PanelTest::Page(TREEITEM item) const
 {
-    return PageWindow(page);
+    return PageWindow(item);
 }
 
 int PanelTest::Widening() const

@@ -2,6 +2,7 @@
 // user.
 #pragma once
 
+#include "panel/page_tree.h"
 #include "panel/pages.h"
 #include "support/hands.h"
 #include "support/plugin_session.h"
@@ -29,7 +30,7 @@ protected:
     void ChooseMonitor(int monitor);
 
     HWND Panel() const;
-    HWND Page(PAGEKIND page) const; // null when it is not open
+    HWND Page(TREEITEM item) const; // the page that the item opens; null when it is not open
 
     // The width of the panel beyond the width that it opened with.
     int Widening() const;

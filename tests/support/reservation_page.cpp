@@ -4,7 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
-#include "panel/reservation_page.h"
+#include "panel/page_table.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
