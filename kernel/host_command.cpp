@@ -9,7 +9,7 @@
 #include "monitor/monitor_power.h"
 #include "monitor/monitor_table.h"
 #include "server/identity.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <cstring>
 
@@ -72,14 +72,12 @@ static void AnswerIdentity(const HOSTPACKET *command)
 
 static void AllowNameChange(const HOSTPACKET *command)
 {
-    AnswerResult(command, WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_ENABLE_CHANGE_NAME, 1) != 0);
+    AnswerResult(command, WriteSettingNumber(SETTING_ENABLE_CHANGE_NAME, 1) != 0);
 }
 
 // ---- Display control panel ----------------------------------------------------------------------------------------
 
-#define VALUE_NO_DISPLAY_CPL "NoDispCPL" // 1 forbids, 0 allows
-
-constexpr DWORD POLICY_UNREADABLE = 2; // any value but those two
+constexpr DWORD POLICY_UNREADABLE = 2; // any value but 1, which forbids, and 0
 constexpr DWORD REQUEST_FORBID = 0;
 constexpr DWORD REQUEST_ALLOW = 1;
 constexpr int POLICY_AS_ASKED = -1;
@@ -87,7 +85,7 @@ constexpr int POLICY_AS_ASKED = -1;
 static DWORD ReadPolicy()
 {
     DWORD stored = 0;
-    REGENTRY entry = {SUBKEY_POLICY_SYSTEM, VALUE_NO_DISPLAY_CPL, REG_DWORD, &stored, sizeof stored};
+    REGENTRY entry = SettingEntry(SETTING_NO_DISPLAY_CPL, &stored, sizeof stored);
     if (!ReadPolicySetting(&entry) || entry.dwType != REG_DWORD || entry.cbData != sizeof stored)
         return POLICY_UNREADABLE;
     return stored;
@@ -95,7 +93,7 @@ static DWORD ReadPolicy()
 
 static void WritePolicy(DWORD value)
 {
-    const REGENTRY entry = {SUBKEY_POLICY_SYSTEM, VALUE_NO_DISPLAY_CPL, REG_DWORD, &value, sizeof value};
+    const REGENTRY entry = SettingEntry(SETTING_NO_DISPLAY_CPL, &value, sizeof value);
     WritePolicySetting(&entry);
 }
 

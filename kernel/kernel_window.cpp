@@ -19,7 +19,7 @@
 #include "profiles/profile_store.h"
 #include "server/identity_setup.h"
 #include "server/server_link.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
 #include "timer/scheduler.h"
@@ -29,7 +29,6 @@
 LONG g_nRetry = 0;
 static bool s_FirstPass = false; // the first-pass step is still to come
 
-constexpr LONG RETRY_DEFAULT = 3;
 constexpr UINT START_UP_DELAY_MS = 1000;
 constexpr UINT FOREGROUND_PERIOD_MS = 2000;
 constexpr UINT RESERVATION_PERIOD_MS = 1000;
@@ -41,8 +40,8 @@ constexpr UINT CLOSE_OLDER_TIMEOUT_MS = 10000;
 
 static LONG ReadRetryCount()
 {
-    const LONG retry = ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "nRetry");
-    return retry == -1 || retry == 0 ? RETRY_DEFAULT : retry;
+    const LONG retry = ReadSettingNumber(SETTING_RETRY);
+    return retry == 0 ? RETRY_DEFAULT : retry;
 }
 
 static void InitCommonControlClasses()

@@ -2,30 +2,18 @@
 #include "launcher/candidates.h"
 
 #include "launcher/launcher_settings.h"
-#include "settings/registry.h"
 
 #include <cstring>
 
-#define VALUE_CANDIDATE_NAME "Reservation_%d"
-#define VALUE_CANDIDATE_PATH "Reservation_%d_Path"
-
-static LPCSTR FormName(char (&name)[64], LPCSTR format, int slot)
-{
-    wsprintfA(name, format, slot);
-    return name;
-}
-
 int ReadCandidateName(int nSlot, char *lpszName)
 {
-    char name[64];
     // An empty name counts as none: it could be neither seen nor chosen.
-    return ReadLauncherText(FormName(name, VALUE_CANDIDATE_NAME, nSlot), lpszName) && lpszName[0];
+    return ReadLauncherText(SETTING_CANDIDATE_NAME, lpszName, nSlot) && lpszName[0];
 }
 
 int ReadCandidatePath(int nSlot, char *lpszPath)
 {
-    char name[64];
-    return ReadLauncherText(FormName(name, VALUE_CANDIDATE_PATH, nSlot), lpszPath);
+    return ReadLauncherText(SETTING_CANDIDATE_PATH, lpszPath, nSlot);
 }
 
 int FindCandidate(LPCSTR lpszName)
@@ -48,14 +36,12 @@ int FindFreeCandidate()
 
 void WriteCandidate(int nSlot, LPCSTR lpszName, LPCSTR lpszPath)
 {
-    char name[64];
-    WriteLauncherText(FormName(name, VALUE_CANDIDATE_NAME, nSlot), lpszName);
-    WriteLauncherText(FormName(name, VALUE_CANDIDATE_PATH, nSlot), lpszPath);
+    WriteLauncherText(SETTING_CANDIDATE_NAME, lpszName, nSlot);
+    WriteLauncherText(SETTING_CANDIDATE_PATH, lpszPath, nSlot);
 }
 
 void DeleteCandidate(int nSlot)
 {
-    char name[64];
-    DeleteLauncherText(FormName(name, VALUE_CANDIDATE_NAME, nSlot));
-    DeleteLauncherText(FormName(name, VALUE_CANDIDATE_PATH, nSlot));
+    DeleteSettingValue(SETTING_CANDIDATE_NAME, nSlot);
+    DeleteSettingValue(SETTING_CANDIDATE_PATH, nSlot);
 }

@@ -1,7 +1,6 @@
 // What a button starts, and the shell call that starts it.
 #include "launcher/launch.h"
 
-#include "launcher/assignments.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/selection.h"
 
@@ -27,9 +26,9 @@ LPCSTR DecideLaunch(const ASSIGNMENT *lpAssignment, char *lpszParameters)
 static void ReadAssignment(LONG monitor, int button, ASSIGNMENT *assignment)
 {
     char displayName[SETTING_TEXT_SIZE];
-    assignment->bProgram = ReadAssignmentText(VALUE_PROGRAM_NAME, monitor, button, displayName);
-    ReadAssignmentText(VALUE_PROGRAM_PATH, monitor, button, assignment->szPath);
-    ReadAssignmentText(VALUE_PROGRAM_PARAMETER, monitor, button, assignment->szParameter);
+    assignment->bProgram = ReadLauncherText(SETTING_PROGRAM_NAME, displayName, monitor, button);
+    ReadLauncherText(SETTING_PROGRAM_PATH, assignment->szPath, monitor, button);
+    ReadLauncherText(SETTING_PROGRAM_PARAMETER, assignment->szParameter, monitor, button);
 }
 
 int LaunchButton(HWND hWnd, LONG nMonitor, int nButton)

@@ -6,7 +6,6 @@
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "settings/ini.h"
-#include "settings/registry.h"
 
 BYTE ButtonBit(int nButton)
 {
@@ -16,88 +15,51 @@ BYTE ButtonBit(int nButton)
 
 // ---- Values -------------------------------------------------------------------------------------------------------
 
-// False when the value cannot be read.
-static bool TryReadValue(LPCSTR name, DWORD *value)
-{
-    DWORD stored = 0;
-    REGENTRY entry = {SUBKEY_LAUNCHER, name, REG_DWORD, &stored, sizeof stored};
-    if (!ReadSetting(&entry) || entry.cbData != sizeof stored)
-        return false;
-    *value = stored;
-    return true;
-}
-
-DWORD ReadLauncherValue(LPCSTR lpszName)
+DWORD ReadLauncherValue(SETTING setting, LONG nFirst, LONG nSecond)
 {
     DWORD value = 0;
-    TryReadValue(lpszName, &value);
+    TryReadSettingNumber(setting, &value, nFirst, nSecond);
     return value;
 }
 
-int WriteLauncherValue(LPCSTR lpszName, DWORD dwValue)
+int WriteLauncherValue(SETTING setting, DWORD dwValue, LONG nFirst, LONG nSecond)
 {
-    return WriteSettingDword(SUBKEY_LAUNCHER, REG_DWORD, lpszName, dwValue);
+    return WriteSettingNumber(setting, dwValue, nFirst, nSecond);
 }
 
-int ReadLauncherText(LPCSTR lpszName, char *lpszText)
+int ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond)
 {
     lpszText[0] = '\0';
-    return ReadSettingText(SUBKEY_LAUNCHER, lpszName, lpszText, SETTING_TEXT_SIZE);
+    return ReadSettingString(setting, lpszText, SETTING_TEXT_SIZE, nFirst, nSecond);
 }
 
-void WriteLauncherText(LPCSTR lpszName, LPCSTR lpszText)
+void WriteLauncherText(SETTING setting, LPCSTR lpszText, LONG nFirst, LONG nSecond)
 {
     // The whole buffer is stored, as it is for all texts.
     char text[SETTING_TEXT_SIZE] = "";
     lstrcpynA(text, lpszText, sizeof text);
     CutHalfCharacter(text);
-    WriteSettingText(SUBKEY_LAUNCHER, lpszName, text, sizeof text);
-}
-
-void DeleteLauncherText(LPCSTR lpszName)
-{
-    const REGENTRY entry = {SUBKEY_LAUNCHER, lpszName, 0, nullptr, 0};
-    DeleteSetting(&entry);
-}
-
-static bool TryReadMonitorValue(LPCSTR format, LONG monitor, DWORD *value)
-{
-    char name[64];
-    wsprintfA(name, format, monitor);
-    return TryReadValue(name, value);
-}
-
-static int WriteMonitorValue(LPCSTR format, LONG monitor, DWORD value)
-{
-    char name[64];
-    wsprintfA(name, format, monitor);
-    return WriteLauncherValue(name, value);
+    WriteSettingString(setting, text, sizeof text, nFirst, nSecond);
 }
 
 DWORD ReadButtonMode(LONG nMonitor, int nButton)
 {
-    char name[64];
-    wsprintfA(name, VALUE_BUTTON_MODE, nMonitor, nButton);
-    return ReadLauncherValue(name);
+    return ReadLauncherValue(SETTING_BUTTON_MODE, nMonitor, nButton);
 }
 
 int WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode)
 {
-    char name[64];
-    wsprintfA(name, VALUE_BUTTON_MODE, nMonitor, nButton);
-    return WriteLauncherValue(name, dwMode);
+    return WriteLauncherValue(SETTING_BUTTON_MODE, dwMode, nMonitor, nButton);
 }
 
 DWORD ReadPowerSwitch(LONG nMonitor)
 {
-    DWORD value = 0;
-    TryReadMonitorValue(VALUE_POWER_SWITCH, nMonitor, &value);
-    return value;
+    return ReadLauncherValue(SETTING_POWER_SWITCH, nMonitor);
 }
 
 int WritePowerSwitch(LONG nMonitor, DWORD dwSwitch)
 {
-    return WriteMonitorValue(VALUE_POWER_SWITCH, nMonitor, dwSwitch);
+    return WriteLauncherValue(SETTING_POWER_SWITCH, dwSwitch, nMonitor);
 }
 
 void SetLockBit(LONG nMonitor, BYTE bBit)
@@ -122,24 +84,24 @@ int ReadButtonLocks()
 void CheckLauncherReset()
 {
     DWORD endFlag;
-    if (!TryReadValue("EndFlag", &endFlag))
+    if (!TryReadSettingNumber(SETTING_END_FLAG, &endFlag))
         return;
     DWORD monitors;
-    const bool counted = TryReadValue("MaxMonitor", &monitors);
+    const bool counted = TryReadSettingNumber(SETTING_MAX_MONITOR, &monitors);
     if (endFlag == 1 || (counted && monitors != static_cast<DWORD>(g_nMonitor)))
         ResetLauncherSettings();
 }
 
 LONG InitLauncherSettings()
 {
-    WriteLauncherValue("MaxMonitor", static_cast<DWORD>(g_nMonitor));
-    WriteLauncherValue("EndFlag", 1);
-    const DWORD initFlag = ReadLauncherValue("InitFlag");
+    WriteLauncherValue(SETTING_MAX_MONITOR, static_cast<DWORD>(g_nMonitor));
+    WriteLauncherValue(SETTING_END_FLAG, 1);
+    const DWORD initFlag = ReadLauncherValue(SETTING_INIT_FLAG);
     if (WasReadError()) // the user's button modes are not cleared because the registry fails for a moment
         return 1;
     if (initFlag != 0)
         return static_cast<LONG>(initFlag);
-    WriteLauncherValue("InitFlag", 1);
+    WriteLauncherValue(SETTING_INIT_FLAG, 1);
     ClearLauncherEnables();
     return 1;
 }
@@ -148,7 +110,7 @@ LONG RestoreButtonLockStatus()
 {
     DWORD mask = 0;
     for (LONG monitor = 0; monitor < g_nMonitor && !g_bAbort; ++monitor) {
-        if (!TryReadMonitorValue(VALUE_LOCK_STATUS, monitor, &mask))
+        if (!TryReadSettingNumber(SETTING_LOCK_STATUS, &mask, monitor))
             break;
         SetVCP(monitor, VCP_BUTTON_LOCK, static_cast<WORD>(mask));
     }
@@ -164,7 +126,7 @@ void ReleaseButtonLocks()
 
 void WriteEndFlag()
 {
-    WriteLauncherValue("EndFlag", 0);
+    WriteLauncherValue(SETTING_END_FLAG, 0);
 }
 
 void ResetLauncherSettings()
@@ -179,7 +141,7 @@ void ResetLauncherSettings()
             WriteButtonMode(monitor, button, BUTTON_NORMAL);
         WritePowerSwitch(monitor, 0);
     }
-    WriteLauncherValue("dwLTimer", 0);
+    WriteLauncherValue(SETTING_LAUNCHER_COUNT, 0);
 }
 
 void ClearLauncherEnables()
@@ -192,13 +154,13 @@ void ClearLauncherEnables()
 
 int WriteLockStatus(LONG nMonitor, DWORD dwMask)
 {
-    return WriteMonitorValue(VALUE_LOCK_STATUS, nMonitor, dwMask);
+    return WriteLauncherValue(SETTING_LOCK_STATUS, dwMask, nMonitor);
 }
 
 int KeepLockStatus(LONG nMonitor)
 {
     DWORD stored;
-    if (TryReadMonitorValue(VALUE_LOCK_STATUS, nMonitor, &stored) || WasReadError())
+    if (TryReadSettingNumber(SETTING_LOCK_STATUS, &stored, nMonitor) || WasReadError())
         return 1;
     return WriteLockStatus(nMonitor, 0); // without one the masks of the monitors behind would not be restored either
 }
@@ -216,7 +178,7 @@ void SaveButtonLockStatus()
 
 DWORD GetLauncherCount()
 {
-    return ReadLauncherValue("dwLTimer");
+    return ReadLauncherValue(SETTING_LAUNCHER_COUNT);
 }
 
 int StepLauncherCount(int bUp)
@@ -224,7 +186,7 @@ int StepLauncherCount(int bUp)
     const DWORD count = GetLauncherCount();
     if (WasReadError()) // a step from a count that is not known would lose it
         return 0;
-    return WriteLauncherValue("dwLTimer", bUp == 1 ? count + 1 : count - 1);
+    return WriteLauncherValue(SETTING_LAUNCHER_COUNT, bUp == 1 ? count + 1 : count - 1);
 }
 
 void UpdateLauncherPoll(int bUp)

@@ -4,40 +4,33 @@
 // functions that touch VCP codes wait for the host.
 #pragma once
 
+#include "settings/setting_table.h"
+
 #include <windows.h>
 
 constexpr int LAUNCHER_BUTTON_COUNT = 6;
 constexpr int LAUNCHER_BUTTON_POWER = 6;
 
-// Value "Launcher_%d_Enable_%d": what a button does. Anything else counts as normal.
+// SETTING_BUTTON_MODE: what a button does. Anything else counts as normal.
 enum : DWORD {
     BUTTON_NORMAL = 0,
     BUTTON_LOCKED = 1,
     BUTTON_LAUNCHER = 2,
 };
 
-// Names of the values that are formed with a monitor index and a button number.
-#define VALUE_BUTTON_MODE "Launcher_%d_Enable_%d"
-#define VALUE_PROGRAM_NAME "exe_%d_%d" // of the program or file, as it is shown
-#define VALUE_PROGRAM_PATH "exe_%d_%d_Path"
-#define VALUE_PROGRAM_PARAMETER "exe_%d_%d_Param" // of a document its path once more
-#define VALUE_LOCK_STATUS "ButtonLockStatus_%d"
-#define VALUE_POWER_SWITCH "PowerSwitch_%d"
-
 // A button's bit in the lock mask (VCP 0xF2) and in the press report (VCP 0xF4): 1, 2, 4, 8, 16 and, for POWER, 128.
 // 0 for a number that is no button.
 BYTE ButtonBit(int nButton);
 
-// One 32-bit launcher value by its formatted name. Reads give 0 for an absent value; writes give 1, or 0 on failure.
-// Any thread.
-DWORD ReadLauncherValue(LPCSTR lpszName);
-int WriteLauncherValue(LPCSTR lpszName, DWORD dwValue);
+// One 32-bit launcher value; any of them may be 0xFFFFFFFF. nFirst and nSecond: the numbers in its name. Reads give 0
+// for an absent value; writes give 1, or 0 on failure. Any thread.
+DWORD ReadLauncherValue(SETTING setting, LONG nFirst = 0, LONG nSecond = 0);
+int WriteLauncherValue(SETTING setting, DWORD dwValue, LONG nFirst = 0, LONG nSecond = 0);
 
-// One launcher text by its formatted name, in a buffer of SETTING_TEXT_SIZE bytes. Reads give 1, or 0 with an empty
-// text for an absent value; a text to be written may be of any length and is cut.
-int ReadLauncherText(LPCSTR lpszName, char *lpszText);
-void WriteLauncherText(LPCSTR lpszName, LPCSTR lpszText);
-void DeleteLauncherText(LPCSTR lpszName);
+// One launcher text, in a buffer of SETTING_TEXT_SIZE bytes. Reads give 1, or 0 with an empty text for an absent value;
+// a text to be written may be of any length and is cut.
+int ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond = 0);
+void WriteLauncherText(SETTING setting, LPCSTR lpszText, LONG nFirst, LONG nSecond = 0);
 
 // What a button does (BUTTON_...), and whether a monitor's POWER button shuts the PC down (1); 0 when absent. Writes as
 // above.

@@ -1,7 +1,6 @@
 // The details group of the button pages.
 #include "panel/button_assignment.h"
 
-#include "launcher/assignments.h"
 #include "launcher/candidates.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/selection.h"
@@ -9,21 +8,20 @@
 #include "panel/open_file.h"
 #include "panel/resources/resource.h"
 #include "profiles/app_path.h"
-#include "settings/registry.h"
 
 #include <cstring>
 #include <initializer_list>
 
-static void StoreText(LPCSTR format, const BUTTONPAGE *page, LPCSTR text)
+static void StoreText(SETTING setting, const BUTTONPAGE *page, LPCSTR text)
 {
-    WriteAssignmentText(format, g_nCurMonitor, page->button, text);
+    WriteLauncherText(setting, text, g_nCurMonitor, page->button);
 }
 
-static void ShowText(HWND hPage, int edit, LPCSTR format, const BUTTONPAGE *page)
+static void ShowText(HWND hPage, int edit, SETTING setting, const BUTTONPAGE *page)
 {
     char text[SETTING_TEXT_SIZE];
     SendDlgItemMessageA(hPage, edit, EM_LIMITTEXT, sizeof text - 1, 0);
-    if (ReadAssignmentText(format, g_nCurMonitor, page->button, text))
+    if (ReadLauncherText(setting, text, g_nCurMonitor, page->button))
         SetDlgItemTextA(hPage, edit, text);
 }
 
@@ -31,15 +29,15 @@ int FillDetails(HWND hPage, const BUTTONPAGE *lpPage)
 {
     if (!FillCandidateList(hPage, IDC_BUTTON_CANDIDATES))
         return 0;
-    ShowText(hPage, lpPage->program, VALUE_PROGRAM_NAME, lpPage);
-    ShowText(hPage, lpPage->parameter, VALUE_PROGRAM_PARAMETER, lpPage);
+    ShowText(hPage, lpPage->program, SETTING_PROGRAM_NAME, lpPage);
+    ShowText(hPage, lpPage->parameter, SETTING_PROGRAM_PARAMETER, lpPage);
     return 1;
 }
 
 int IsProgramAssigned(HWND hPage, const BUTTONPAGE *lpPage)
 {
     char name[SETTING_TEXT_SIZE];
-    ReadAssignmentText(VALUE_PROGRAM_NAME, g_nCurMonitor, lpPage->button, name);
+    ReadLauncherText(SETTING_PROGRAM_NAME, name, g_nCurMonitor, lpPage->button);
     if (!MatchesFileSpec(name, "*.exe") && !MatchesFileSpec(name, "*.lnk"))
         return BROWSING_ALLOWED;
     EnableWindow(GetDlgItem(hPage, lpPage->browseProgram), FALSE);
@@ -82,9 +80,9 @@ void AssignCandidate(HWND hPage, const BUTTONPAGE *lpPage)
     const bool program = IsProgramName(name);
     EnableWindow(GetDlgItem(hPage, lpPage->browseProgram), !program);
     if (!program)
-        StoreText(VALUE_PROGRAM_PARAMETER, lpPage, path);
-    StoreText(VALUE_PROGRAM_PATH, lpPage, path);
-    StoreText(VALUE_PROGRAM_NAME, lpPage, name);
+        StoreText(SETTING_PROGRAM_PARAMETER, lpPage, path);
+    StoreText(SETTING_PROGRAM_PATH, lpPage, path);
+    StoreText(SETTING_PROGRAM_NAME, lpPage, name);
     SetDlgItemTextA(hPage, lpPage->program, name);
     SetDlgItemTextA(hPage, lpPage->parameter, program ? "" : path);
 }
@@ -95,7 +93,7 @@ void OnCandidates(HWND hPage, const BUTTONPAGE *lpPage)
     // Also the name of a candidate that is no longer stored.
     char name[SETTING_TEXT_SIZE];
     if (ReadSelectedCandidate(hPage, IDC_BUTTON_CANDIDATES, name) && name[0])
-        StoreText(VALUE_PROGRAM_NAME, lpPage, name);
+        StoreText(SETTING_PROGRAM_NAME, lpPage, name);
     SaveParameterText(hPage, lpPage);
 }
 
@@ -108,15 +106,15 @@ void BrowseApplication(HWND hPage, const BUTTONPAGE *lpPage)
     if (!ChooseFile(hPage, FILEKIND::Program, path, title) || !IsWindow(hPage))
         return;
     SetDlgItemTextA(hPage, lpPage->program, title);
-    StoreText(VALUE_PROGRAM_NAME, lpPage, title);
-    StoreText(VALUE_PROGRAM_PATH, lpPage, path);
+    StoreText(SETTING_PROGRAM_NAME, lpPage, title);
+    StoreText(SETTING_PROGRAM_PATH, lpPage, path);
 }
 
 void DeleteApplication(HWND hPage, const BUTTONPAGE *lpPage)
 {
     SetDlgItemTextA(hPage, lpPage->program, "");
-    DeleteAssignmentText(VALUE_PROGRAM_NAME, g_nCurMonitor, lpPage->button);
-    DeleteAssignmentText(VALUE_PROGRAM_PATH, g_nCurMonitor, lpPage->button);
+    DeleteSettingValue(SETTING_PROGRAM_NAME, g_nCurMonitor, lpPage->button);
+    DeleteSettingValue(SETTING_PROGRAM_PATH, g_nCurMonitor, lpPage->button);
     EnableWindow(GetDlgItem(hPage, lpPage->browseProgram), TRUE);
 }
 
@@ -126,19 +124,19 @@ void BrowseParameter(HWND hPage, const BUTTONPAGE *lpPage)
     if (!ChooseFile(hPage, FILEKIND::Any, path, nullptr) || !IsWindow(hPage))
         return;
     SetDlgItemTextA(hPage, lpPage->parameter, path);
-    StoreText(VALUE_PROGRAM_PARAMETER, lpPage, path);
+    StoreText(SETTING_PROGRAM_PARAMETER, lpPage, path);
 }
 
 void DeleteParameter(HWND hPage, const BUTTONPAGE *lpPage)
 {
     // First: the edit's notification stores the empty text.
     SetDlgItemTextA(hPage, lpPage->parameter, "");
-    DeleteAssignmentText(VALUE_PROGRAM_PARAMETER, g_nCurMonitor, lpPage->button);
+    DeleteSettingValue(SETTING_PROGRAM_PARAMETER, g_nCurMonitor, lpPage->button);
 }
 
 void SaveParameterText(HWND hPage, const BUTTONPAGE *lpPage)
 {
     char text[SETTING_TEXT_SIZE] = "";
     GetDlgItemTextA(hPage, lpPage->parameter, text, sizeof text);
-    StoreText(VALUE_PROGRAM_PARAMETER, lpPage, text);
+    StoreText(SETTING_PROGRAM_PARAMETER, lpPage, text);
 }

@@ -15,7 +15,7 @@
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 // ---- Opening ------------------------------------------------------------------------------------------------------
 
@@ -44,7 +44,7 @@ static INT_PTR OnInit(HWND page)
 
 static void SwitchDirectLinkOn(HWND page)
 {
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK, 1);
+    WriteSettingNumber(SETTING_DIRECT_LINK, 1);
     g_bDirectLink = 1;
     DisableColorPage(page);
     NotifyDirectLink(1);
@@ -53,7 +53,7 @@ static void SwitchDirectLinkOn(HWND page)
 
 static void SwitchDirectLinkOff(HWND page)
 {
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK, 0);
+    WriteSettingNumber(SETTING_DIRECT_LINK, 0);
     g_bDirectLink = 0;
     RestoreDefaultColor();
     // While it was on nothing was shown: an edit left empty would be taken for a 0 as soon as it loses the focus.

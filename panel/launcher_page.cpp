@@ -2,7 +2,6 @@
 #include "panel/page_table.h"
 
 #include "kernel/base/texts.h"
-#include "launcher/assignments.h"
 #include "launcher/candidates.h"
 #include "launcher/launch.h"
 #include "launcher/launcher_settings.h"
@@ -55,8 +54,8 @@ static void ShowAssignment(HWND hPage, int button)
 {
     char program[SETTING_TEXT_SIZE];
     char parameter[SETTING_TEXT_SIZE];
-    ReadAssignmentText(VALUE_PROGRAM_NAME, g_nCurMonitor, button, program);
-    ReadAssignmentText(VALUE_PROGRAM_PARAMETER, g_nCurMonitor, button, parameter);
+    ReadLauncherText(SETTING_PROGRAM_NAME, program, g_nCurMonitor, button);
+    ReadLauncherText(SETTING_PROGRAM_PARAMETER, parameter, g_nCurMonitor, button);
     int row = button - 1;
     while (!SetReportCell(hPage, IDC_LAUNCHER_ASSIGNMENTS, row, 1, program) && row > button - 3)
         --row;

@@ -11,7 +11,7 @@
 #include "server/identity.h"
 #include "server/server_link.h"
 #include "server/server_state.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <cstring>
 #include <initializer_list>
@@ -34,7 +34,7 @@ static void EnableNames(HWND hPage, BOOL bEnable)
 
 static BOOL MayChangeNames()
 {
-    const LONG allowed = ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_ENABLE_CHANGE_NAME);
+    const LONG allowed = ReadSettingNumber(SETTING_ENABLE_CHANGE_NAME);
     return allowed != 0 && allowed != -1; // -1: not there
 }
 
@@ -145,9 +145,9 @@ static void ChangeNames(HWND hPage)
     EnableNames(hPage, FALSE);
     ReadName(hPage, IDC_NETWORK_USER_NAME, g_szUserName);
     ReadName(hPage, IDC_NETWORK_GROUP_NAME, g_szGroupName);
-    WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, g_szUserName, sizeof g_szUserName);
-    WriteSettingText(SUBKEY_GENERAL, VALUE_GROUP_NAME, g_szGroupName, sizeof g_szGroupName);
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_ENABLE_CHANGE_NAME, 0);
+    WriteSettingString(SETTING_USER_NAME, g_szUserName, sizeof g_szUserName);
+    WriteSettingString(SETTING_GROUP_NAME, g_szGroupName, sizeof g_szGroupName);
+    WriteSettingNumber(SETTING_ENABLE_CHANGE_NAME, 0);
     PluginSendIdentity(nullptr);
 }
 

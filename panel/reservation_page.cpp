@@ -10,15 +10,13 @@
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_store.h"
 
 #include <commctrl.h>
 
 #include <cstring>
-
-#define VALUE_CHANGE_MSG "nChangeMsg"
 
 // ---- Entry --------------------------------------------------------------------------------------------------------
 
@@ -135,7 +133,7 @@ static void DeleteSelectedReservation(HWND hPage, int nRow)
 // Result: 1, or 0 when the setting is neither on nor off, as while a prompt is on screen; the box then stays as it is.
 static int LoadChangeMsg(HWND hPage)
 {
-    const LONG stored = ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_CHANGE_MSG);
+    const LONG stored = ReadSettingNumber(SETTING_CHANGE_MSG);
     if (stored != -1)
         nChangeMsg = stored;
     if (nChangeMsg != CHANGE_AT_ONCE && nChangeMsg != CHANGE_ASK_FIRST)
@@ -152,7 +150,7 @@ static int ToggleChangeMsg(HWND hPage)
         nChangeMsg = state == BST_CHECKED ? CHANGE_AT_ONCE : CHANGE_ASK_FIRST;
         CheckDlgButton(hPage, IDC_RESERVATION_ASK, state == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED);
     }
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_CHANGE_MSG, static_cast<DWORD>(nChangeMsg));
+    WriteSettingNumber(SETTING_CHANGE_MSG, static_cast<DWORD>(nChangeMsg));
     return state != BST_INDETERMINATE;
 }
 

@@ -8,7 +8,7 @@
 #include "panel/resources/strings.h"
 #include "profiles/app_path.h"
 #include "profiles/profile_store.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 SHAREDFLAG g_bDirectLink = 0;
 SHAREDFLAG g_bForeIdle = 1;
@@ -36,7 +36,7 @@ void ResetForegroundState()
 
 void StartDirectLink()
 {
-    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_DIRECT_LINK) != 1)
+    if (ReadSettingNumber(SETTING_DIRECT_LINK) != 1)
         return;
     // Once more, in case the file was edited since the store was loaded a second ago.
     SetProfileData(PROFILE_APP_LOAD, 0, nullptr, nullptr);
@@ -112,7 +112,7 @@ int FindForegroundApp()
 int AskColorChange(HWND)
 {
     DWORD noAsk = 0;
-    REGENTRY entry = {SUBKEY_GENERAL, "NoAskDialog", REG_DWORD, &noAsk, sizeof noAsk};
+    REGENTRY entry = SettingEntry(SETTING_NO_ASK, &noAsk, sizeof noAsk); // also one of fewer bytes
     if (ReadSetting(&entry) && noAsk != 0)
         return 1;
     return ShowStringBox(nullptr, IDS_ASK_COLOR_CHANGE, PRODUCT_TITLE, MB_YESNO | MB_TASKMODAL | MB_SETFOREGROUND) ==

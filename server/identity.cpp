@@ -3,7 +3,7 @@
 
 #include "kernel/base/texts.h"
 #include "kernel/link/host_packet.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <cstring>
 
@@ -12,7 +12,7 @@ constexpr DWORD NET_SPEC_SIZE = 26; // of which the record has the head
 static void ReadNetSpec(BYTE (&head)[HOST_IDENTITY_NET_SIZE])
 {
     BYTE netSpec[NET_SPEC_SIZE] = {};
-    REGENTRY entry = {SUBKEY_HOST_SETTINGS, "MyNetSpec", REG_BINARY, netSpec, sizeof netSpec};
+    REGENTRY entry = SettingEntry(SETTING_NET_SPEC, netSpec, sizeof netSpec);
     if (ReadSetting(&entry) && entry.dwType == REG_BINARY)
         memcpy(head, netSpec, sizeof head);
 }
@@ -20,8 +20,8 @@ static void ReadNetSpec(BYTE (&head)[HOST_IDENTITY_NET_SIZE])
 void BuildIdentity(HOSTIDENTITY *lpIdentity)
 {
     *lpIdentity = HOSTIDENTITY{};
-    ReadSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, lpIdentity->szUserName, sizeof lpIdentity->szUserName);
-    ReadSettingText(SUBKEY_GENERAL, VALUE_GROUP_NAME, lpIdentity->szGroupName, sizeof lpIdentity->szGroupName);
+    ReadSettingString(SETTING_USER_NAME, lpIdentity->szUserName, sizeof lpIdentity->szUserName);
+    ReadSettingString(SETTING_GROUP_NAME, lpIdentity->szGroupName, sizeof lpIdentity->szGroupName);
     ReadNetSpec(lpIdentity->bNetSpec);
 }
 

@@ -3,7 +3,7 @@
 
 #include "kernel/base/platform.h"
 #include "server/identity.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <windows.h>
 #include <winsock.h>
@@ -27,7 +27,7 @@ static bool GetHostName(char (&name)[HOST_IDENTITY_NAME_SIZE])
 static bool StoreHostName()
 {
     char name[HOST_IDENTITY_NAME_SIZE] = "";
-    return !GetHostName(name) || WriteSettingText(SUBKEY_GENERAL, VALUE_USER_NAME, name, sizeof name);
+    return !GetHostName(name) || WriteSettingString(SETTING_USER_NAME, name, sizeof name);
 }
 
 // GetComputerNameExA, which early versions of both families lack.
@@ -45,15 +45,15 @@ static void StoreDomainName()
     if (length == 0 || length > sizeof name || !getName(NAME_TYPE_DNS_DOMAIN, name, &length) || length == 0)
         return;
     // The stored text is as long as the second answer says: without its terminator.
-    WriteSettingText(SUBKEY_GENERAL, VALUE_GROUP_NAME, name, length);
+    WriteSettingString(SETTING_GROUP_NAME, name, length);
 }
 
 void SetupIdentity()
 {
     // Names that the user has chosen are not overwritten because the registry fails for a moment.
-    if (ReadSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF") != -1 || WasReadError())
+    if (ReadSettingNumber(SETTING_IDENTITY_MADE) != -1 || WasReadError())
         return;
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, "IiF", 1);
+    WriteSettingNumber(SETTING_IDENTITY_MADE, 1);
     if (StoreHostName())
         StoreDomainName();
 }

@@ -12,7 +12,7 @@
 #include "server/server_datagram.h"
 #include "server/server_reply.h"
 #include "server/server_state.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <cstring>
 
@@ -170,7 +170,7 @@ void CloseVersionConnection()
 
 static void AllowNameChange(const RECEIVED *, const COMMANDROW *)
 {
-    WriteSettingDword(SUBKEY_GENERAL, REG_DWORD, VALUE_ENABLE_CHANGE_NAME, 1);
+    WriteSettingNumber(SETTING_ENABLE_CHANGE_NAME, 1);
 }
 
 // ---- Message boxes: the listener waits until they are closed ------------------------------------------------------

@@ -6,7 +6,7 @@
 #include "panel/resources/strings.h"
 #include "server/server_command.h"
 #include "server/server_state.h"
-#include "settings/registry.h"
+#include "settings/setting_table.h"
 
 #include <cstring>
 #include <winsock.h>
@@ -37,10 +37,10 @@ static DWORD LookUpAddress(LPCSTR lpszHost)
 
 // Reads a name with whatever the value has behind it, since the server gets the buffer whole; what the value does not
 // fill is zero. False when there is none.
-static bool ReadName(LPCSTR lpszValue, char (&szName)[SERVER_NAME_SIZE])
+static bool ReadName(SETTING setting, char (&szName)[SERVER_NAME_SIZE])
 {
     char stored[SERVER_NAME_SIZE] = "";
-    REGENTRY entry = {SUBKEY_GENERAL, lpszValue, REG_SZ, stored, sizeof stored};
+    REGENTRY entry = SettingEntry(setting, stored, sizeof stored);
     if (!ReadSetting(&entry) || entry.dwType != REG_SZ)
         return false;
     stored[sizeof stored - 1] = '\0'; // a value that fills the buffer need not end with its zero
@@ -54,11 +54,11 @@ static void SetUpIdentity()
     g_szHostName[sizeof g_szHostName - 1] = '\0'; // a name that was cut may come without
     g_dwMyIpAddr = LookUpAddress(g_szHostName);
 
-    if (!ReadName(VALUE_USER_NAME, g_szUserName)) {
+    if (!ReadName(SETTING_USER_NAME, g_szUserName)) {
         memset(g_szUserName, 0, sizeof g_szUserName);
         memcpy(g_szUserName, g_szHostName, sizeof g_szHostName - 1);
     }
-    if (!ReadName(VALUE_GROUP_NAME, g_szGroupName)) {
+    if (!ReadName(SETTING_GROUP_NAME, g_szGroupName)) {
         memset(g_szGroupName, 0, sizeof g_szGroupName);
         LoadText(IDS_PROFILE_NONE, g_szGroupName, sizeof g_szGroupName);
     }

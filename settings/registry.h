@@ -30,15 +30,6 @@ enum REGBASE : int {
 #define SUBKEY_HOST_SETTINGS "Settings" // the host's own, read only
 #define SUBKEY_POLICY_SYSTEM "System"
 
-// Values below SUBKEY_GENERAL that several modules use: the names by which a management server knows this PC, and
-// whether its user may change them.
-#define VALUE_USER_NAME "LocalUserName"
-#define VALUE_GROUP_NAME "LocalGroupName"
-#define VALUE_ENABLE_CHANGE_NAME "EnableChangeName"
-
-// Whether the colours follow the program in front: 1 = on, anything else = off.
-#define VALUE_DIRECT_LINK "DirectLink"
-
 // Size of the buffers for path and name values, terminator included.
 constexpr DWORD SETTING_TEXT_SIZE = 260;
 

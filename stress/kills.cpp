@@ -43,9 +43,7 @@ static void WriteSettings(int round)
     SaveReservation(round % RESERVATION_COUNT);
     StoreReservationChannel(round % RESERVATION_COUNT, round % 2 ? "1" : "3");
     StepLauncherCount(round % 2);
-    char name[64];
-    wsprintfA(name, VALUE_BUTTON_MODE, 0, 1 + round % LAUNCHER_BUTTON_COUNT);
-    WriteLauncherValue(name, BUTTON_LAUNCHER);
+    WriteLauncherValue(SETTING_BUTTON_MODE, BUTTON_LAUNCHER, 0, 1 + round % LAUNCHER_BUTTON_COUNT);
 }
 
 void RunVictim(DWORD owner)

@@ -51,8 +51,8 @@ static void PrepareUsed(STAGE *stage)
 {
     PrepareNew(stage);
     PutGeneral("IiF", 1);
-    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_USER_NAME, "user");
-    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_GROUP_NAME, "group");
+    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalUserName", "user");
+    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalGroupName", "group");
     const struct {
         const char *name;
         DWORD value;

@@ -53,7 +53,7 @@ void AgeFile(const std::string &path, int seconds)
 TEST_F(FaultTest, ARegistryThatCannotBeReadIsNoFirstRun)
 {
     PutDword(HKEY_CURRENT_USER, SUBKEY_GENERAL, "IiF", 1);
-    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_USER_NAME, "chosen");
+    PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalUserName", "chosen");
     Put("InitFlag", 1);
     Put("Launcher_0_Enable_1", BUTTON_LAUNCHER);
     Put("dwLTimer", 2);
@@ -61,7 +61,7 @@ TEST_F(FaultTest, ARegistryThatCannotBeReadIsNoFirstRun)
     for (const int nth : {1, 2}) {
         InjectFault(Fault::Registry, nth);
         SetupIdentity();
-        EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_USER_NAME), "chosen") << nth;
+        EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalUserName"), "chosen") << nth;
         // Two values are written before, by three calls each.
         InjectFault(Fault::Registry, 4 + nth);
         EXPECT_EQ(InitLauncherSettings(), 1);
@@ -84,8 +84,8 @@ TEST_F(FaultTest, AHostNameThatIsNotKnownIsNotStored)
     RegCloseKey(key);
     InjectFault(Fault::Socket, 1, 2);
     SetupIdentity();
-    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_USER_NAME), std::nullopt);
-    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, VALUE_GROUP_NAME), "office.example") << "that is known";
+    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalUserName"), std::nullopt);
+    EXPECT_EQ(TextAt(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalGroupName"), "office.example") << "that is known";
 }
 
 TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
