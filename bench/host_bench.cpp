@@ -21,6 +21,7 @@
 #include "host/console.h"
 #include "host/host_app.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/stand_in.h"
 #include "tests/support/handle_count.h"
@@ -144,7 +145,6 @@ static void MeasureStart(REPORT *report)
 constexpr int POLLED_MONITORS = 10;
 constexpr int HOUR_OF_POLLS = 3600 / 2; // the plug-in looks every two seconds for pressed buttons
 constexpr int FIRST_POLLS = 50;         // until all that comes into being with use is there
-constexpr BYTE VCP_BUTTON_PRESSED = 0xF4;
 
 template <typename FUNCTION>
 static FUNCTION FindInStandIn(const char *name)

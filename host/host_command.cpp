@@ -5,10 +5,10 @@
 
 #include "host/packet_log.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 
 constexpr WORD REPLY_NONE = 0xFFFE;  // the command gets no reply
 constexpr WORD COMMAND_CARRIER = 16; // HOSTPACKET::wCommand of every command
-constexpr BYTE BUTTON_LOCK = 0xF2;
 
 static DWORD s_nLastRequest; // request number of the last command; window's thread only
 
@@ -94,7 +94,7 @@ static bool ReadSetVcp(const WORDS &words, std::vector<BYTE> *payload, std::stri
     unsigned code = 0, value = 0;
     *error = "takes a VCP code of two hexadecimal digits (but F2: see lock) and a value from 0 to 65535";
     if (words.size() != 2 || !ParseNumber(words[0], 16, 0xFF, &code) || !ParseNumber(words[1], 10, 0xFFFF, &value) ||
-        code == BUTTON_LOCK)
+        code == VCP_BUTTON_LOCK)
         return false;
     FillVcpPayload(payload, 0, value, static_cast<BYTE>(code));
     return true;
@@ -106,7 +106,7 @@ static bool ReadLock(const WORDS &words, std::vector<BYTE> *payload, std::string
     *error = "takes a button mask from 0 to 255 (1 2 4 8 16 for buttons 1 to 5, 128 for POWER)";
     if (words.size() != 1 || !ParseNumber(words[0], 10, 0xFF, &mask))
         return false;
-    FillVcpPayload(payload, operation, mask, BUTTON_LOCK);
+    FillVcpPayload(payload, operation, mask, VCP_BUTTON_LOCK);
     return true;
 }
 
@@ -161,11 +161,11 @@ static std::string TellVcp(const HOSTANSWER &answer)
     const int maximum = static_cast<int>(PayloadDword(&answer.reply, 0));
     const int value = static_cast<int>(PayloadDword(&answer.reply, 4));
     const BYTE code = static_cast<BYTE>(PayloadDword(&answer.reply, 8));
-    if (code == BUTTON_LOCK && PacketData(&answer.reply)->wCode == PLUGIN_COMMAND_WRITE_VCP)
+    if (code == VCP_BUTTON_LOCK && PacketData(&answer.reply)->wCode == PLUGIN_COMMAND_WRITE_VCP)
         return "button lock: done";
     if (value == -1)
-        return Format("%s (0x%02X): cannot be read", FeatureName(code), code);
-    return Format("%s (0x%02X): %d of %d", FeatureName(code), code, value, maximum);
+        return Format("%s (0x%02X): cannot be read", VcpShortName(code), code);
+    return Format("%s (0x%02X): %d of %d", VcpShortName(code), code, value, maximum);
 }
 
 static std::string TellCount(const HOSTANSWER &answer)

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 
 static const REQUESTKIND s_requests[] = {
     {HOST_NOTICE, "notice", 0},
@@ -16,18 +17,6 @@ static const REQUESTKIND s_requests[] = {
     {HOST_GET_MONITOR_NAME, "get-name", 4},
     {HOST_GET_CAPABILITIES, "get-capabilities", 4},
     {HOST_GET_EDID, "get-edid", 4},
-};
-
-static const struct {
-    BYTE code;
-    const char *name;
-} s_features[] = {
-    {0x04, "factory-reset"}, {0x05, "luminance-reset"}, {0x08, "colour-reset"},
-    {0x10, "brightness"},    {0x12, "contrast"},        {0x14, "colour-preset"},
-    {0x16, "red-gain"},      {0x18, "green-gain"},      {0x1A, "blue-gain"},
-    {0x1E, "auto-setup"},    {0x60, "input"},           {0xD6, "power-mode"},
-    {0xE0, "eco"},           {0xE8, "tv-channel"},      {0xF0, "end-of-use"},
-    {0xF2, "button-lock"},   {0xF4, "button-register"},
 };
 
 const char *CopyPacket(const HOSTPACKET *source, PACKET *copy)
@@ -118,14 +107,6 @@ const REQUESTKIND *FindRequestKind(WORD command)
     return nullptr;
 }
 
-const char *FeatureName(BYTE code)
-{
-    for (const auto &feature : s_features)
-        if (feature.code == code)
-            return feature.name;
-    return "other";
-}
-
 static std::string HexBytes(const PACKET *packet)
 {
     std::string hex;
@@ -151,7 +132,7 @@ static std::string CommonPart(const PACKET *packet)
 static std::string FeaturePart(const PACKET *packet)
 {
     const WORD code = PacketData(packet)->wCode;
-    return Format(" code=0x%02X feature=%s", code, code <= 0xFF ? FeatureName(static_cast<BYTE>(code)) : "other");
+    return Format(" code=0x%02X feature=%s", code, VcpShortName(code));
 }
 
 // A monitor index or value: signed, since -1 has a meaning.

@@ -48,9 +48,6 @@ struct REQUESTKIND {
 };
 const REQUESTKIND *FindRequestKind(WORD command); // null for an unknown command
 
-// What a VCP code stands for ("brightness"); "other" for one without a name here.
-const char *FeatureName(BYTE code);
-
 // The packet's content as name=value pairs for the log, by kind.
 std::string DescribeRequest(const PACKET *packet);
 std::string DescribeAnswer(const PACKET *packet);  // answer of the host to a request

@@ -6,6 +6,7 @@
 
 #include "host/packet_log.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 
 // ---- Asking the backend ---------------------------------------------------------------------------------------------
 
@@ -20,7 +21,7 @@ static void LogAccess(const char *kind, const PACKET *request, const std::string
 
 static std::string CodeFields(BYTE code)
 {
-    return Format(" code=0x%02X feature=%s", code, FeatureName(code));
+    return Format(" code=0x%02X feature=%s", code, VcpShortName(code));
 }
 
 static bool IsDone(MONITORRESULT result)

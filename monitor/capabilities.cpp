@@ -1,10 +1,9 @@
 // The walk over a capability string. Every pointer stays within [text, end): the text has no terminator of its own.
 #include "monitor/capabilities.h"
 
-#include <cstring>
+#include "monitor/vcp_codes.h"
 
-constexpr unsigned CODE_COLOR_PRESET = 0x14;
-constexpr unsigned CODE_INPUT_SOURCE = 0x60;
+#include <cstring>
 
 // Where a text occurs; null when it does not.
 static char *Find(char *p, const char *end, const char *what)
@@ -113,9 +112,9 @@ static int ReadVcpList(MONITORENTRY *entry, char *p, char *end)
         if (p == digits)
             continue;
         entry->bVcpCode[value] = 1;
-        if (value == CODE_COLOR_PRESET)
+        if (value == VCP_COLOR_PRESET)
             p = ReadValues(p, end, entry->bColorPreset, &value);
-        if (value == CODE_INPUT_SOURCE)
+        if (value == VCP_INPUT_SOURCE)
             p = ReadValues(p, end, entry->bInputSource, &value);
     }
 }

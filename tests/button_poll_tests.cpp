@@ -7,6 +7,7 @@
 #include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "settings/registry.h"
 #include "support/box_answerer.h"
 #include "support/plugin_session.h"
@@ -58,9 +59,9 @@ protected:
     void Report(size_t monitor, int code)
     {
         if (code == REFUSED)
-            host.monitors[monitor].features.erase(0xF4);
+            host.monitors[monitor].features.erase(VCP_BUTTON_PRESSED);
         else
-            host.monitors[monitor].features[0xF4] = {0, code << 8};
+            host.monitors[monitor].features[VCP_BUTTON_PRESSED] = {0, code << 8};
     }
 
     void Poll() { PollMonitorButtons(host.Window()); }
@@ -82,7 +83,7 @@ protected:
     // With nothing pressed, and the log empty.
     bool Run()
     {
-        host.monitors[0].features[0xF4] = {0, 255 << 8};
+        host.monitors[0].features[VCP_BUTTON_PRESSED] = {0, 255 << 8};
         if (!Start())
             return false;
         StartUp();
@@ -94,7 +95,7 @@ protected:
     void Press(int code)
     {
         const auto lock = host.Lock();
-        host.monitors[0].features[0xF4] = {0, code << 8};
+        host.monitors[0].features[VCP_BUTTON_PRESSED] = {0, code << 8};
     }
 
     std::optional<DWORD> EndFlag() { return DwordAt(HKEY_CURRENT_USER, SUBKEY_LAUNCHER, "EndFlag"); }

@@ -2,6 +2,7 @@
 #include "monitor/color_settings.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/vcp_codes.h"
 #include "support/plugin_session.h"
 
 namespace {
@@ -15,7 +16,7 @@ protected:
 
 TEST_F(ColorSettingsTest, BrightnessGoesToTheFieldOfTheEcoState)
 {
-    host.monitors[1].features[0x10].maximum = 80;
+    host.monitors[1].features[VCP_BRIGHTNESS].maximum = 80;
     ReadCurrentSettings(1);
     EXPECT_EQ(g_CurSetting[1].dwEco, 0u);
     EXPECT_EQ(g_CurSetting[1].wBright, 60);
@@ -29,8 +30,8 @@ TEST_F(ColorSettingsTest, BrightnessGoesToTheFieldOfTheEcoState)
     for (const LONG *maximum : {g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
         EXPECT_EQ(maximum[1], 100);
 
-    host.monitors[1].features[0xE0].current = 2; // any value but 0 is on
-    host.monitors[1].features[0x10] = {33, 90};
+    host.monitors[1].features[VCP_ECO_MODE].current = 2; // any value but 0 is on
+    host.monitors[1].features[VCP_BRIGHTNESS] = {33, 90};
     ReadCurrentSettings(1);
     EXPECT_EQ(g_CurSetting[1].wBrightEco, 33);
     EXPECT_EQ(g_nMaxBrightEco[1], 90);
@@ -56,7 +57,7 @@ TEST_F(ColorSettingsTest, FailedReads)
 TEST_F(ColorSettingsTest, AStopEndsTheReading)
 {
     host.plan = [](const TestRequest &request) {
-        if (request.code == 0x12)
+        if (request.code == VCP_CONTRAST)
             g_bAbort = 1;
         return Answer{};
     };

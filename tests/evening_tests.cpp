@@ -1,5 +1,6 @@
 // Whole evenings: a reservation entered, started and ended over the minutes of a set clock; what the monitor receives,
 // and what file, table and screen show after each step.
+#include "monitor/vcp_codes.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
@@ -99,9 +100,9 @@ protected:
     void Run(const Evening &evening)
     {
         nChangeMsg = evening.asked ? CHANGE_ASK_FIRST : CHANGE_AT_ONCE;
-        host.monitors[0].features = {{0x60, {evening.before, 9}}, {0xE8, {777, 999}}};
+        host.monitors[0].features = {{VCP_INPUT_SOURCE, {evening.before, 9}}, {VCP_TV_CHANNEL, {777, 999}}};
         if (evening.before == -1)
-            host.monitors[0].features.erase(0x60);
+            host.monitors[0].features.erase(VCP_INPUT_SOURCE);
         Enter(evening);
         CheckStart(evening, Begin(evening.asked));
         CheckEnd(evening);

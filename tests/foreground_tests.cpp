@@ -4,6 +4,7 @@
 #include "kernel/base/platform.h"
 #include "kernel/base/plugin_state.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "profiles/profile_store.h"
 #include "support/box_answerer.h"
 #include "support/front_programs.h"
@@ -187,8 +188,8 @@ TEST_F(ForegroundTest, MonitorsAndInputs)
         Register(c.slot, "C:\\x.exe");
         g_bAllMonitors = c.allMonitors;
         g_nCurMonitor = c.selected;
-        host.monitors[0].features[0x60].current = c.input0;
-        host.monitors[1].features[0x60].current = c.input1;
+        host.monitors[0].features[VCP_INPUT_SOURCE].current = c.input0;
+        host.monitors[1].features[VCP_INPUT_SOURCE].current = c.input1;
         ApplyAppProfile(c.slot);
         EXPECT_EQ(host.TakeLog(), c.requests);
     }

@@ -5,6 +5,7 @@
 #include "kernel/plugin.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "support/box_answerer.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
@@ -215,8 +216,8 @@ TEST_F(HostCommandTest, EachCommandOnTheSelectedMonitorAndOnAll)
             g_nCurMonitor = 1;
             g_bAllMonitors = all;
             host.monitors = {ColorMonitor("A"), ColorMonitor("B"), ColorMonitor("C")};
-            host.monitors[0].features[0x10].maximum = 80; // that of the selected monitor limits all
-            host.monitors[1].features[0xE0].current = c.eco;
+            host.monitors[0].features[VCP_BRIGHTNESS].maximum = 80; // that of the selected monitor limits all
+            host.monitors[1].features[VCP_ECO_MODE].current = c.eco;
             EXPECT_EQ(Command(c.code, Hex(c.block)), 1);
             EXPECT_EQ(m_block, Hex(c.after ? c.after : c.block));
             EXPECT_EQ(Traffic(), OnMonitors(c.steps));
@@ -232,7 +233,7 @@ TEST_F(HostCommandTest, EachCommandOnTheSelectedMonitorAndOnAll)
 TEST_F(HostCommandTest, AMaximumThatCannotBeReadIsTheSmallerOne)
 {
     g_nMaxContrast[1] = 70; // of an earlier read
-    host.monitors[1].features.erase(0x12);
+    host.monitors[1].features.erase(VCP_CONTRAST);
     Command(2, Hex("FFFFFFFF FFFF FFFF 3200 FFFF FFFF FFFF 0500"));
     EXPECT_EQ(Traffic(), (Lines{"get 1 12", "set 1 12 = 65535", "set 1 14 = 5"}));
     EXPECT_EQ(g_nMaxContrast[1], -1);
@@ -275,7 +276,7 @@ TEST_F(HostCommandTest, ButtonLock)
         for (const auto &c : cases) {
             SCOPED_TRACE(c.payload);
             g_bAllMonitors = all;
-            host.monitors[1].features[0xF2].current = c.before;
+            host.monitors[1].features[VCP_BUTTON_LOCK].current = c.before;
             for (DWORD button = 1; button <= 6; ++button)
                 PutDword(HKEY_CURRENT_USER, "LumvanLauncher", ("Launcher_1_Enable_" + std::to_string(button)).c_str(),
                          (button - 1) % 3);
@@ -304,7 +305,7 @@ TEST_F(HostCommandTest, ButtonLockAtItsLimits)
     Traffic();
 
     PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "Launcher_1_Enable_6", 0);
-    host.monitors[1].features.erase(0xF2);
+    host.monitors[1].features.erase(VCP_BUTTON_LOCK);
     g_nMonitor = 0;
     Command(20, lockPower);
     EXPECT_EQ(Traffic(), (Lines{"get 1 F2", "set 1 F2 = 65535"})) << "an unreadable mask is -1";

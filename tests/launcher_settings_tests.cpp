@@ -5,6 +5,7 @@
 #include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "settings/registry.h"
 #include "support/faults.h"
 #include "support/plugin_session.h"
@@ -101,8 +102,8 @@ TEST_F(LauncherSettingsTest, ACrashOrAnotherNumberOfMonitorsResets)
 
 TEST_F(LauncherSettingsTest, LocksAreSavedRestoredAndReleased)
 {
-    host.monitors[0].features[0xF2].current = 5;
-    host.monitors[1].features[0xF2].current = 128;
+    host.monitors[0].features[VCP_BUTTON_LOCK].current = 5;
+    host.monitors[1].features[VCP_BUTTON_LOCK].current = 128;
     SaveButtonLockStatus();
     EXPECT_EQ(Value("ButtonLockStatus_0"), 5u);
     EXPECT_EQ(Value("ButtonLockStatus_1"), 128u);
@@ -113,7 +114,7 @@ TEST_F(LauncherSettingsTest, LocksAreSavedRestoredAndReleased)
     EXPECT_EQ(RestoreButtonLockStatus(), 0) << "ends at the first monitor without a stored mask";
     EXPECT_EQ(host.TakeLog(), Lines{});
 
-    g_Monitor[0].bVcpCode[0xF2] = 0;
+    g_Monitor[0].bVcpCode[VCP_BUTTON_LOCK] = 0;
     ReleaseButtonLocks();
     EXPECT_EQ(host.TakeLog(), Lines{"set 1 F2 = 0"});
 }

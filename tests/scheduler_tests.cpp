@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
@@ -156,12 +157,12 @@ TEST_F(SchedulerTest, TwoInTheSameMinute)
     for (const bool reread : {false, true}) {
         LoadFile(file);
         nChangeMsg = CHANGE_ASK_FIRST;
-        host.monitors[0].features[0x60].current = 1;
+        host.monitors[0].features[VCP_INPUT_SOURCE].current = 1;
         SetMinute("2006/06/10 20:00");
         EXPECT_EQ(Tick(), (Lines{"get 0 60", "get 0 60"}));
         if (reread)
             nChangeMsg = CHANGE_ASK_FIRST; // the page has been opened meanwhile
-        host.monitors[0].features[0x60].current = 9;
+        host.monitors[0].features[VCP_INPUT_SOURCE].current = 9;
         Tick();
         EXPECT_EQ(g_nPromptIndex, 2) << "the question stays with the first";
         EXPECT_EQ(Press(IDC_PROMPT_SWITCH), (Lines{"get 0 E8", "set 0 E8 = 258", "set 0 60 = 9"}));
@@ -382,7 +383,7 @@ TEST_F(ReservationTimerTest, TheTimerChecksWhatIsLoaded)
 {
     host.monitors = {ColorMonitor("NRV-PA1")};
     host.monitors[0].capabilities = "(vcp(60(01 03 05) E8))";
-    host.monitors[0].features[0xE8] = {777, 999};
+    host.monitors[0].features[VCP_TV_CHANNEL] = {777, 999};
     ASSERT_TRUE(Start());
     StartUp();
     SetClock(2006, 6, 10, 20, 0);

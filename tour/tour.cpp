@@ -5,6 +5,7 @@
 #include "host/console.h"
 #include "host/simulated/monitor_window.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 #include "tour/tour_clock.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"
@@ -63,7 +64,7 @@ static std::string NumberList(const std::vector<BYTE> &values)
 static std::string PresetList(const WIREMONITOR &monitor)
 {
     const std::vector<CAPABILITYCODE> codes = CapabilityCodes(monitor.capabilities);
-    const CAPABILITYCODE *presets = FindCapabilityCode(codes, VCP_COLOUR_PRESET);
+    const CAPABILITYCODE *presets = FindCapabilityCode(codes, VCP_COLOR_PRESET);
     return presets ? NumberList(presets->values) : "-";
 }
 
@@ -81,14 +82,14 @@ static std::string ReadingList(const WIREMONITOR &monitor)
     static const struct {
         BYTE code;
         bool showsMaximum;
-    } shown[] = {{VCP_ECO, false}, {VCP_BRIGHTNESS, true}, {VCP_CONTRAST, true}, {VCP_COLOUR_PRESET, false},
-                 {VCP_RED, true},  {VCP_GREEN, true},      {VCP_BLUE, true},     {VCP_BUTTON_LOCK, false}};
+    } shown[] = {{VCP_ECO_MODE, false}, {VCP_BRIGHTNESS, true}, {VCP_CONTRAST, true},  {VCP_COLOR_PRESET, false},
+                 {VCP_RED_GAIN, true},  {VCP_GREEN_GAIN, true}, {VCP_BLUE_GAIN, true}, {VCP_BUTTON_LOCK, false}};
     std::string text;
     for (const auto &entry : shown) {
         const WIREMONITOR::READING &reading = monitor.readings[entry.code];
         if (!reading.done)
             continue;
-        text += Format("%s%s ", text.empty() ? "" : ", ", FeatureName(entry.code));
+        text += Format("%s%s ", text.empty() ? "" : ", ", VcpShortName(entry.code));
         if (reading.value == -1)
             text += "none";
         else

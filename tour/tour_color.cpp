@@ -6,6 +6,7 @@
 #include "host/console.h"
 #include "host/simulated/monitor_window.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"
@@ -122,7 +123,7 @@ static bool HasEco(const TOUR *tour)
 {
     const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
     return monitors.size() > MONITOR &&
-           FindCapabilityCode(CapabilityCodes(monitors[MONITOR].capabilities), VCP_ECO) != nullptr;
+           FindCapabilityCode(CapabilityCodes(monitors[MONITOR].capabilities), VCP_ECO_MODE) != nullptr;
 }
 
 // The button is there for any monitor; one without the mode ignores it.

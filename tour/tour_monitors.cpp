@@ -1,6 +1,7 @@
 // Looks into the tour's monitors: simulated ones, or those behind the stand-in for dxva2.dll.
 #include "tour/tour_monitors.h"
 
+#include "monitor/vcp_codes.h"
 #include "tests/dxva2_stand_in/stand_in.h"
 
 // Null when Windows' own library is loaded, or none.
@@ -56,18 +57,18 @@ MONITORSTATE TourMonitor(const TOUR *tour, int monitor)
         return GetMonitorState(&tour->app->simulation, monitor);
     MONITORSTATE state = {};
     state.powered = !HasCode(monitor, VCP_POWER_MODE) || StandInLevel(monitor, VCP_POWER_MODE).value == POWER_MODE_ON;
-    state.eco = StandInLevel(monitor, VCP_ECO).value != 0;
-    state.preset = StandInLevel(monitor, VCP_COLOUR_PRESET).value;
+    state.eco = StandInLevel(monitor, VCP_ECO_MODE).value != 0;
+    state.preset = StandInLevel(monitor, VCP_COLOR_PRESET).value;
     state.isUserPreset = state.preset >= FIRST_USER_PRESET;
-    state.input = StandInLevel(monitor, VCP_INPUT).value;
+    state.input = StandInLevel(monitor, VCP_INPUT_SOURCE).value;
     state.hasLock = HasCode(monitor, VCP_BUTTON_LOCK);
     state.lockMask = static_cast<BYTE>(StandInLevel(monitor, VCP_BUTTON_LOCK).value);
     state.pressed = NO_BUTTON;
     state.brightness = StandInLevel(monitor, VCP_BRIGHTNESS);
     state.contrast = StandInLevel(monitor, VCP_CONTRAST);
-    state.gains[0] = StandInLevel(monitor, VCP_RED);
-    state.gains[1] = StandInLevel(monitor, VCP_GREEN);
-    state.gains[2] = StandInLevel(monitor, VCP_BLUE);
+    state.gains[0] = StandInLevel(monitor, VCP_RED_GAIN);
+    state.gains[1] = StandInLevel(monitor, VCP_GREEN_GAIN);
+    state.gains[2] = StandInLevel(monitor, VCP_BLUE_GAIN);
     const std::vector<WIREMONITOR> wire = CopyWireMonitors(&tour->app->router);
     state.directLink = static_cast<size_t>(monitor) < wire.size() && wire[static_cast<size_t>(monitor)].directLink;
     return state;

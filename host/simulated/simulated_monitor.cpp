@@ -1,6 +1,8 @@
 // Monitors that exist only as descriptions: what they answer, what a write changes, what a button does.
 #include "host/simulated/simulated_monitor.h"
 
+#include "monitor/vcp_codes.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -14,7 +16,7 @@ BYTE ButtonBit(int button)
 
 static bool IsEcoOn(const SIMULATEDMONITOR *monitor)
 {
-    const SIMULATEDFEATURE &eco = monitor->features[VCP_ECO];
+    const SIMULATEDFEATURE &eco = monitor->features[VCP_ECO_MODE];
     return eco.present && eco.value != 0;
 }
 
@@ -139,11 +141,11 @@ static bool IsListedValue(const SIMULATEDMONITOR *monitor, BYTE code, WORD value
 static void ResetGroup(SIMULATEDMONITOR *monitor, BYTE resetCode)
 {
     static const BYTE luminance[] = {VCP_BRIGHTNESS, VCP_CONTRAST};
-    static const BYTE colour[] = {VCP_COLOUR_PRESET, VCP_RED, VCP_GREEN, VCP_BLUE};
-    if (resetCode == VCP_FACTORY_RESET)
+    static const BYTE colour[] = {VCP_COLOR_PRESET, VCP_RED_GAIN, VCP_GREEN_GAIN, VCP_BLUE_GAIN};
+    if (resetCode == VCP_RESTORE_DEFAULTS)
         for (int code = 0; code < 256; code++)
             ResetFeature(monitor, static_cast<BYTE>(code));
-    else if (resetCode == VCP_LUMINANCE_RESET)
+    else if (resetCode == VCP_RESTORE_LUMINANCE)
         for (const BYTE code : luminance)
             ResetFeature(monitor, code);
     else
@@ -153,7 +155,7 @@ static void ResetGroup(SIMULATEDMONITOR *monitor, BYTE resetCode)
 
 static bool IsResetCode(BYTE code)
 {
-    return code == VCP_FACTORY_RESET || code == VCP_LUMINANCE_RESET || code == VCP_COLOUR_RESET;
+    return code == VCP_RESTORE_DEFAULTS || code == VCP_RESTORE_LUMINANCE || code == VCP_RESTORE_COLOR;
 }
 
 static void ClearButtonRegister(SIMULATEDMONITOR *monitor)
@@ -183,7 +185,7 @@ static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD val
     }
     if (feature.file.momentary)
         return MONITOR_OK;
-    if (feature.file.userPresets && monitor->features[VCP_COLOUR_PRESET].value < FIRST_USER_PRESET)
+    if (feature.file.userPresets && monitor->features[VCP_COLOR_PRESET].value < FIRST_USER_PRESET)
         return MONITOR_IGNORED;
     if (!IsListedValue(monitor, code, value))
         return MONITOR_IGNORED;
@@ -396,11 +398,11 @@ MONITORSTATE GetMonitorState(SIMULATION *simulation, int index)
     state.powered = !features[VCP_POWER_MODE].present || features[VCP_POWER_MODE].value == POWER_MODE_ON;
     state.eco = IsEcoOn(monitor);
     state.directLink = monitor->directLink;
-    state.preset = features[VCP_COLOUR_PRESET].value;
+    state.preset = features[VCP_COLOR_PRESET].value;
     state.isUserPreset = state.preset >= FIRST_USER_PRESET;
     state.hasChannel = features[VCP_TV_CHANNEL].present;
     state.channel = features[VCP_TV_CHANNEL].value;
-    state.input = features[VCP_INPUT].value;
+    state.input = features[VCP_INPUT_SOURCE].value;
     state.lockMask = LockMask(monitor);
     state.reportsButtons = ButtonRegister(monitor) != nullptr;
     state.hasLock = features[VCP_BUTTON_LOCK].present;
@@ -409,8 +411,8 @@ MONITORSTATE GetMonitorState(SIMULATION *simulation, int index)
     state.pressCount = monitor->pressCount;
     state.brightness = LevelOf(monitor, VCP_BRIGHTNESS);
     state.contrast = LevelOf(monitor, VCP_CONTRAST);
-    state.gains[0] = LevelOf(monitor, VCP_RED);
-    state.gains[1] = LevelOf(monitor, VCP_GREEN);
-    state.gains[2] = LevelOf(monitor, VCP_BLUE);
+    state.gains[0] = LevelOf(monitor, VCP_RED_GAIN);
+    state.gains[1] = LevelOf(monitor, VCP_GREEN_GAIN);
+    state.gains[2] = LevelOf(monitor, VCP_BLUE_GAIN);
     return state;
 }

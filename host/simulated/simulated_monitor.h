@@ -10,24 +10,6 @@
 #include "host/monitor_backend.h"
 #include "host/simulated/monitor_file.h"
 
-// The codes whose meaning the simulation knows.
-enum : BYTE {
-    VCP_FACTORY_RESET = 0x04,
-    VCP_LUMINANCE_RESET = 0x05,
-    VCP_COLOUR_RESET = 0x08,
-    VCP_BRIGHTNESS = 0x10,
-    VCP_CONTRAST = 0x12,
-    VCP_COLOUR_PRESET = 0x14,
-    VCP_RED = 0x16,
-    VCP_GREEN = 0x18,
-    VCP_BLUE = 0x1A,
-    VCP_INPUT = 0x60,
-    VCP_POWER_MODE = 0xD6,
-    VCP_ECO = 0xE0,
-    VCP_TV_CHANNEL = 0xE8,
-    VCP_BUTTON_LOCK = 0xF2,
-};
-
 constexpr WORD FIRST_USER_PRESET = 11;
 constexpr WORD POWER_MODE_ON = 1, POWER_MODE_OFF = 4;
 constexpr BYTE NO_BUTTON = 255; // in the button register

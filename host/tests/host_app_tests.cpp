@@ -13,6 +13,7 @@
 #include "host/tests/support/fake_plugin.h"
 #include "host/tests/support/fake_shell.h"
 #include "host/text.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 

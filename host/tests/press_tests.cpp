@@ -3,6 +3,7 @@
 
 #include "host/simulated/monitor_picture.h"
 #include "host/simulated/press.h"
+#include "monitor/vcp_codes.h"
 
 static const char s_reporting[] = "[monitor]\nmodel = FIRST\ncapabilities = (vcp(10 F2 F4))\n"
                                   "button1 = MENU\nbutton2 = +\nbutton3 = 6:9\nbutton6 = Power\n"
@@ -39,10 +40,10 @@ public:
     int Look()
     {
         WORD value = 0, maximum = 0;
-        backend.getVcp(backend.context, 0, ACCESS_PATIENCE, 0xF4, &value, &maximum);
+        backend.getVcp(backend.context, 0, ACCESS_PATIENCE, VCP_BUTTON_PRESSED, &value, &maximum);
         return value >> 8;
     }
-    void Clear() { backend.setVcp(backend.context, 0, ACCESS_PATIENCE, 0xF4, NO_BUTTON); }
+    void Clear() { backend.setVcp(backend.context, 0, ACCESS_PATIENCE, VCP_BUTTON_PRESSED, NO_BUTTON); }
 
     int Poll()
     {

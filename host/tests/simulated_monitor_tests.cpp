@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "host/simulated/simulated_monitor.h"
+#include "monitor/vcp_codes.h"
 
 static const char s_text[] = "[monitor]\n"
                              "model = TEST\n"
@@ -80,13 +81,13 @@ TEST_F(SimulatedMonitor, WritesChangeWhatIsRead)
         MONITORRESULT result;
         int readBack;
     } cases[] = {
-        {"plain", 0x10, 30, MONITOR_OK, 30},
-        {"limited to the maximum", 0x10, 500, MONITOR_OK, 100},
-        {"refused above the maximum", 0x12, 101, MONITOR_IGNORED, 50},
-        {"a listed preset", 0x14, 11, MONITOR_OK, 11},
-        {"not among the listed values", 0x14, 6, MONITOR_IGNORED, 11},
-        {"all ones as a preset", 0x14, 0xFFFF, MONITOR_IGNORED, 11},
-        {"momentary", 0x1E, 1, MONITOR_OK, 0},
+        {"plain", VCP_BRIGHTNESS, 30, MONITOR_OK, 30},
+        {"limited to the maximum", VCP_BRIGHTNESS, 500, MONITOR_OK, 100},
+        {"refused above the maximum", VCP_CONTRAST, 101, MONITOR_IGNORED, 50},
+        {"a listed preset", VCP_COLOR_PRESET, 11, MONITOR_OK, 11},
+        {"not among the listed values", VCP_COLOR_PRESET, 6, MONITOR_IGNORED, 11},
+        {"all ones as a preset", VCP_COLOR_PRESET, 0xFFFF, MONITOR_IGNORED, 11},
+        {"momentary", VCP_AUTO_SETUP, 1, MONITOR_OK, 0},
         {"read-only", 0xC0, 1, MONITOR_IGNORED, 9},
         {"listed, not described", 0xAA, 200, MONITOR_OK, 200},
         {"listed with values, not described", 0xB0, 2, MONITOR_OK, 2},
@@ -110,24 +111,24 @@ TEST_F(SimulatedMonitor, UndescribedCodesComeFromTheCapabilityString)
 
 TEST_F(SimulatedMonitor, KeepsABrightnessPerEcoState)
 {
-    EXPECT_EQ(Read(0x10), 80);
-    Write(0xE0, 1);
-    EXPECT_EQ(Read(0x10), 45);
-    Write(0x10, 30);
+    EXPECT_EQ(Read(VCP_BRIGHTNESS), 80);
+    Write(VCP_ECO_MODE, 1);
+    EXPECT_EQ(Read(VCP_BRIGHTNESS), 45);
+    Write(VCP_BRIGHTNESS, 30);
     EXPECT_EQ(GetMonitorState(&simulation, 0).brightness.value, 30);
-    Write(0xE0, 0);
-    EXPECT_EQ(Read(0x10), 80);
-    Write(0xE0, 1);
-    EXPECT_EQ(Read(0x10), 30);
+    Write(VCP_ECO_MODE, 0);
+    EXPECT_EQ(Read(VCP_BRIGHTNESS), 80);
+    Write(VCP_ECO_MODE, 1);
+    EXPECT_EQ(Read(VCP_BRIGHTNESS), 30);
 }
 
 TEST_F(SimulatedMonitor, GainsCountInUserPresetsOnly)
 {
-    EXPECT_EQ(Write(0x16, 20), MONITOR_IGNORED);
-    EXPECT_EQ(Read(0x16), 90);
-    Write(0x14, 11);
-    EXPECT_EQ(Write(0x16, 20), MONITOR_OK);
-    EXPECT_EQ(Read(0x16), 20);
+    EXPECT_EQ(Write(VCP_RED_GAIN, 20), MONITOR_IGNORED);
+    EXPECT_EQ(Read(VCP_RED_GAIN), 90);
+    Write(VCP_COLOR_PRESET, 11);
+    EXPECT_EQ(Write(VCP_RED_GAIN, 20), MONITOR_OK);
+    EXPECT_EQ(Read(VCP_RED_GAIN), 20);
 }
 
 TEST_F(SimulatedMonitor, ResetsRestoreTheirGroup)
@@ -135,30 +136,30 @@ TEST_F(SimulatedMonitor, ResetsRestoreTheirGroup)
     const struct {
         BYTE reset;
         int brightness, preset, input;
-    } cases[] = {{0x05, 80, 11, 3}, {0x08, 20, 5, 3}, {0x04, 80, 5, 1}};
+    } cases[] = {{VCP_RESTORE_LUMINANCE, 80, 11, 3}, {VCP_RESTORE_COLOR, 20, 5, 3}, {VCP_RESTORE_DEFAULTS, 80, 5, 1}};
     for (const auto &one : cases) {
-        Write(0x10, 20);
-        Write(0x14, 11);
-        Write(0x60, 3);
+        Write(VCP_BRIGHTNESS, 20);
+        Write(VCP_COLOR_PRESET, 11);
+        Write(VCP_INPUT_SOURCE, 3);
         EXPECT_EQ(Write(one.reset, 0), MONITOR_IGNORED);
         EXPECT_EQ(Write(one.reset, 1), MONITOR_OK);
-        EXPECT_EQ(Read(0x10), one.brightness) << int(one.reset);
-        EXPECT_EQ(Read(0x14), one.preset) << int(one.reset);
-        EXPECT_EQ(Read(0x60), one.input) << int(one.reset);
+        EXPECT_EQ(Read(VCP_BRIGHTNESS), one.brightness) << int(one.reset);
+        EXPECT_EQ(Read(VCP_COLOR_PRESET), one.preset) << int(one.reset);
+        EXPECT_EQ(Read(VCP_INPUT_SOURCE), one.input) << int(one.reset);
     }
 }
 
 TEST_F(SimulatedMonitor, ReportsAPressUntilItIsCleared)
 {
     int maximum = 0;
-    EXPECT_EQ(Read(0xF4, &maximum), 255 << 8);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED, &maximum), 255 << 8);
     EXPECT_TRUE(PressMonitorButton(&simulation, 0, 1));
-    EXPECT_EQ(Read(0xF4, &maximum), 1 << 8);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED, &maximum), 1 << 8);
     EXPECT_EQ(maximum, 1 << 8);
-    EXPECT_EQ(Read(0xF4), 1 << 8) << "reading does not clear it";
-    EXPECT_EQ(Write(0xF4, 7), MONITOR_IGNORED);
-    EXPECT_EQ(Write(0xF4, 255), MONITOR_OK);
-    EXPECT_EQ(Read(0xF4, &maximum), 255 << 8);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED), 1 << 8) << "reading does not clear it";
+    EXPECT_EQ(Write(VCP_BUTTON_PRESSED, 7), MONITOR_IGNORED);
+    EXPECT_EQ(Write(VCP_BUTTON_PRESSED, 255), MONITOR_OK);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED, &maximum), 255 << 8);
     EXPECT_EQ(maximum, 255 << 8);
     for (const int absent : {0, 2, 7, -1})
         EXPECT_FALSE(PressMonitorButton(&simulation, 0, absent)) << absent;
@@ -168,19 +169,19 @@ TEST_F(SimulatedMonitor, TellsHowFarAPressHasCome)
 {
     const auto fate = [this] { return GetMonitorState(&simulation, 0).press; };
     EXPECT_EQ(fate(), PRESS_NONE);
-    Read(0xF4);
-    Write(0xF4, 255);
+    Read(VCP_BUTTON_PRESSED);
+    Write(VCP_BUTTON_PRESSED, 255);
     EXPECT_EQ(fate(), PRESS_NONE) << "the plug-in looks all the time";
     PressMonitorButton(&simulation, 0, 1);
-    Read(0x10);
-    Write(0xF4, 7);
+    Read(VCP_BRIGHTNESS);
+    Write(VCP_BUTTON_PRESSED, 7);
     EXPECT_EQ(fate(), PRESS_WAITING);
-    Write(0xF4, 255);
+    Write(VCP_BUTTON_PRESSED, 255);
     EXPECT_EQ(fate(), PRESS_LOST) << "cleared unread";
     PressMonitorButton(&simulation, 0, 1);
-    Read(0xF4);
+    Read(VCP_BUTTON_PRESSED);
     EXPECT_EQ(fate(), PRESS_READ);
-    Write(0xF4, 255);
+    Write(VCP_BUTTON_PRESSED, 255);
     EXPECT_EQ(fate(), PRESS_TAKEN);
     PressMonitorButton(&simulation, 0, 6);
     EXPECT_EQ(fate(), PRESS_WAITING) << "each press anew";
@@ -189,19 +190,19 @@ TEST_F(SimulatedMonitor, TellsHowFarAPressHasCome)
 TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
 {
     PressMonitorButton(&simulation, 0, 6);
-    EXPECT_EQ(Read(0xD6), POWER_MODE_OFF);
-    EXPECT_EQ(Read(0xF4), 128 << 8);
+    EXPECT_EQ(Read(VCP_POWER_MODE), POWER_MODE_OFF);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED), 128 << 8);
     PressMonitorButton(&simulation, 0, 6);
-    EXPECT_EQ(Read(0xD6), POWER_MODE_ON);
-    Write(0xF4, 255);
-    Write(0xF2, 128);
+    EXPECT_EQ(Read(VCP_POWER_MODE), POWER_MODE_ON);
+    Write(VCP_BUTTON_PRESSED, 255);
+    Write(VCP_BUTTON_LOCK, 128);
     PressMonitorButton(&simulation, 0, 6);
-    EXPECT_EQ(Read(0xD6), POWER_MODE_ON);
-    EXPECT_EQ(Read(0xF4), 128 << 8);
+    EXPECT_EQ(Read(VCP_POWER_MODE), POWER_MODE_ON);
+    EXPECT_EQ(Read(VCP_BUTTON_PRESSED), 128 << 8);
 
     std::string hiding = s_text;
     Add(hiding + ", hides-locked");
-    backend.setVcp(backend.context, 1, ACCESS_PATIENCE, 0xF2, 128);
+    backend.setVcp(backend.context, 1, ACCESS_PATIENCE, VCP_BUTTON_LOCK, 128);
     PressMonitorButton(&simulation, 1, 6);
     EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, NO_BUTTON);
     EXPECT_EQ(GetMonitorState(&simulation, 1).press, PRESS_UNREPORTED);
@@ -227,7 +228,7 @@ TEST_F(SimulatedMonitor, MisbehavesAsDescribed)
     silent.insert(silent.find("button1"), "answers = no\n");
     Add(silent);
     char name[HOST_NAME_SIZE], capabilities[HOST_CAPABILITIES_SIZE];
-    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_SILENT);
+    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, VCP_BRIGHTNESS, &value, &maximum), MONITOR_SILENT);
     EXPECT_EQ(backend.capabilities(backend.context, 1, ACCESS_PATIENCE, capabilities), MONITOR_SILENT);
     EXPECT_EQ(backend.name(backend.context, 1, ACCESS_PATIENCE, name), MONITOR_OK)
         << "the name is not asked of the monitor";
@@ -240,9 +241,10 @@ TEST_F(SimulatedMonitor, DelayTakesItsTime)
     Add(slow);
     WORD value = 0, maximum = 0;
     const DWORD start = GetTickCount();
-    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_OK);
+    EXPECT_EQ(backend.getVcp(backend.context, 1, ACCESS_PATIENCE, VCP_BRIGHTNESS, &value, &maximum), MONITOR_OK);
     EXPECT_GE(GetTickCount() - start, 50u);
-    EXPECT_EQ(backend.setVcp(backend.context, 1, 20, 0x10, 30), MONITOR_FAILED) << "longer than the caller waits";
+    EXPECT_EQ(backend.setVcp(backend.context, 1, 20, VCP_BRIGHTNESS, 30), MONITOR_FAILED)
+        << "longer than the caller waits";
     EXPECT_NE(GetMonitorState(&simulation, 1).brightness.value, 30);
 }
 
@@ -256,8 +258,9 @@ TEST_F(SimulatedMonitor, RefusesMonitorsThatAreNotThere)
         EXPECT_EQ(backend.name(backend.context, monitor, ACCESS_PATIENCE, text), MONITOR_FAILED);
         EXPECT_EQ(backend.capabilities(backend.context, monitor, ACCESS_PATIENCE, text), MONITOR_FAILED);
         EXPECT_EQ(backend.edid(backend.context, monitor, edid), MONITOR_FAILED);
-        EXPECT_EQ(backend.getVcp(backend.context, monitor, ACCESS_PATIENCE, 0x10, &value, &maximum), MONITOR_FAILED);
-        EXPECT_EQ(backend.setVcp(backend.context, monitor, ACCESS_PATIENCE, 0x10, 1), MONITOR_FAILED);
+        EXPECT_EQ(backend.getVcp(backend.context, monitor, ACCESS_PATIENCE, VCP_BRIGHTNESS, &value, &maximum),
+                  MONITOR_FAILED);
+        EXPECT_EQ(backend.setVcp(backend.context, monitor, ACCESS_PATIENCE, VCP_BRIGHTNESS, 1), MONITOR_FAILED);
         EXPECT_EQ(backend.inputList(backend.context, monitor, flags), MONITOR_FAILED);
         EXPECT_FALSE(PressMonitorButton(&simulation, monitor, 1));
     }

@@ -4,12 +4,13 @@
 #include <algorithm>
 
 #include "host/capability_text.h"
-#include "host/packet.h"
 #include "host/text.h"
-#include "host/windows_monitors/vcp_names.h"
+#include "monitor/vcp_codes.h"
 
 // The codes that the product reads.
-static const BYTE s_codes[] = {0x10, 0x12, 0x14, 0x16, 0x18, 0x1A, 0x60, 0xE0, 0xE8, 0xF2, 0xF4};
+static const BYTE s_codes[] = {VCP_BRIGHTNESS, VCP_CONTRAST,    VCP_COLOR_PRESET,  VCP_RED_GAIN,
+                               VCP_GREEN_GAIN, VCP_BLUE_GAIN,   VCP_INPUT_SOURCE,  VCP_ECO_MODE,
+                               VCP_TV_CHANNEL, VCP_BUTTON_LOCK, VCP_BUTTON_PRESSED};
 
 MONITORANSWERS AskMonitor(WINDOWSMONITORS *monitors, int index)
 {
@@ -144,7 +145,7 @@ static std::string DescribeCapabilities(const MONITORANSWERS &answers)
 // The product's own names for the codes from E0 on, which are this maker's.
 static std::string CodeName(BYTE code)
 {
-    return code >= 0xE0 ? std::string("maker's own, ") + FeatureName(code) : VcpName(code);
+    return code >= VCP_MAKERS_OWN ? std::string(VcpName(code)) + ", " + VcpShortName(code) : VcpName(code);
 }
 
 static std::string DescribeReadings(const MONITORANSWERS &answers)

@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/monitor_search.h"
 #include "monitor/monitor_table.h"
+#include "monitor/vcp_codes.h"
 #include "panel/page_table.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
@@ -145,7 +146,8 @@ std::string NoticeShown()
 ReservationTest::ReservationTest()
 {
     for (const char *model : {"NRV-PA1", "NRV-PA2"})
-        host.monitors.push_back({model, "(vcp(60(01 03 05 07 09) E8))", {{0x60, {3, 9}}, {0xE8, {777, 999}}}, {}});
+        host.monitors.push_back(
+            {model, "(vcp(60(01 03 05 07 09) E8))", {{VCP_INPUT_SOURCE, {3, 9}}, {VCP_TV_CHANNEL, {777, 999}}}, {}});
     InitMonitors();
     for (LONG monitor = 0; monitor < 2; ++monitor) {
         strcpy(g_Monitor[monitor].szInputName[0], "1");

@@ -1,6 +1,7 @@
 // A host window, scripted monitors, and answers right and wrong.
 #include "support/test_host.h"
 
+#include "monitor/vcp_codes.h"
 #include "support/faults.h"
 
 #include <algorithm>
@@ -15,15 +16,15 @@ TestMonitor ColorMonitor(const std::string &model)
     return {model,
             "(prot(monitor)type(lcd)model(" + model +
                 ")cmds(01 02 03)vcp(02 04 10 12 14(01 05 08 0B) 16 18 1A 60(01 03) E0 F2)mccs_ver(2.0))",
-            {{0x10, {60, 100}},
-             {0x12, {70, 100}},
-             {0x14, {5, 11}},
-             {0x16, {81, 100}},
-             {0x18, {82, 100}},
-             {0x1A, {83, 100}},
-             {0x60, {3, 3}},
-             {0xE0, {0, 1}},
-             {0xF2, {0, 255}}},
+            {{VCP_BRIGHTNESS, {60, 100}},
+             {VCP_CONTRAST, {70, 100}},
+             {VCP_COLOR_PRESET, {5, 11}},
+             {VCP_RED_GAIN, {81, 100}},
+             {VCP_GREEN_GAIN, {82, 100}},
+             {VCP_BLUE_GAIN, {83, 100}},
+             {VCP_INPUT_SOURCE, {3, 3}},
+             {VCP_ECO_MODE, {0, 1}},
+             {VCP_BUTTON_LOCK, {0, 255}}},
             {}};
 }
 

@@ -1,32 +1,60 @@
-// The names that the Monitor Control Command Set gives to VCP codes.
-#include "host/windows_monitors/vcp_names.h"
+// The codes of the Monitor Control Command Set (MCCS): numbers, names. The one home of both, for the plug-in, the host
+// and all that talks of monitors; free of Windows.
+#pragma once
 
-static const struct {
-    BYTE code;
-    const char *name;
-} s_names[] = {
+#include <cstdint>
+
+// The codes in use. From VCP_MAKERS_OWN on they are the maker's own.
+enum : uint8_t {
+    VCP_RESTORE_DEFAULTS = 0x04,  // this and the next two: any value but 0 restores
+    VCP_RESTORE_LUMINANCE = 0x05, // brightness and contrast
+    VCP_RESTORE_COLOR = 0x08,
+    VCP_BRIGHTNESS = 0x10,
+    VCP_CONTRAST = 0x12,
+    VCP_COLOR_PRESET = 0x14,
+    VCP_RED_GAIN = 0x16,
+    VCP_GREEN_GAIN = 0x18,
+    VCP_BLUE_GAIN = 0x1A,
+    VCP_AUTO_SETUP = 0x1E, // write 1 to start
+    VCP_INPUT_SOURCE = 0x60,
+    VCP_POWER_MODE = 0xD6,
+    VCP_ECO_MODE = 0xE0, // 0 off, else on
+    VCP_TV_CHANNEL = 0xE8,
+    VCP_BEFORE_SHUTDOWN = 0xF0, // written 0 just before the POWER button shuts the PC down
+    VCP_BUTTON_LOCK = 0xF2,     // mask of locked front-panel buttons
+    VCP_BUTTON_PRESSED = 0xF4,  // high byte: code of the last button pressed; 255 = none, written to clear it
+};
+constexpr uint8_t VCP_MAKERS_OWN = 0xE0;
+
+// What a code is called.
+struct VCPNAME {
+    uint8_t bCode;
+    const char *lpszName;                // in sentences
+    const char *lpszShortName = "other"; // one word, of the codes that the product or its simulation knows
+};
+inline constexpr VCPNAME VCP_NAMES[] = {
     {0x01, "degauss"},
     {0x02, "new control value"},
     {0x03, "soft controls"},
-    {0x04, "restore factory defaults"},
-    {0x05, "restore factory brightness and contrast"},
+    {VCP_RESTORE_DEFAULTS, "restore factory defaults", "factory-reset"},
+    {VCP_RESTORE_LUMINANCE, "restore factory brightness and contrast", "luminance-reset"},
     {0x06, "restore factory geometry"},
-    {0x08, "restore factory colour"},
+    {VCP_RESTORE_COLOR, "restore factory colour", "colour-reset"},
     {0x0A, "restore factory TV defaults"},
     {0x0B, "colour temperature step"},
     {0x0C, "colour temperature"},
     {0x0E, "clock"},
-    {0x10, "brightness"},
+    {VCP_BRIGHTNESS, "brightness", "brightness"},
     {0x11, "flesh tone"},
-    {0x12, "contrast"},
+    {VCP_CONTRAST, "contrast", "contrast"},
     {0x13, "backlight control"},
-    {0x14, "colour preset"},
-    {0x16, "red gain"},
+    {VCP_COLOR_PRESET, "colour preset", "colour-preset"},
+    {VCP_RED_GAIN, "red gain", "red-gain"},
     {0x17, "colour vision compensation"},
-    {0x18, "green gain"},
-    {0x1A, "blue gain"},
+    {VCP_GREEN_GAIN, "green gain", "green-gain"},
+    {VCP_BLUE_GAIN, "blue gain", "blue-gain"},
     {0x1C, "focus"},
-    {0x1E, "auto setup"},
+    {VCP_AUTO_SETUP, "auto setup", "auto-setup"},
     {0x1F, "auto colour setup"},
     {0x20, "horizontal position"},
     {0x22, "horizontal size"},
@@ -43,7 +71,7 @@ static const struct {
     {0x5C, "cyan saturation"},
     {0x5D, "blue saturation"},
     {0x5E, "magenta saturation"},
-    {0x60, "input source"},
+    {VCP_INPUT_SOURCE, "input source", "input"},
     {0x62, "loudspeaker volume"},
     {0x63, "speaker selection"},
     {0x64, "microphone volume"},
@@ -118,19 +146,40 @@ static const struct {
     {0xD0, "output selection"},
     {0xD2, "asset tag"},
     {0xD4, "stereo mode"},
-    {0xD6, "power mode"},
+    {VCP_POWER_MODE, "power mode", "power-mode"},
     {0xD7, "auxiliary power output"},
     {0xDA, "scan mode"},
     {0xDB, "image mode"},
     {0xDC, "display application"},
     {0xDE, "scratch pad"},
     {0xDF, "MCCS version"},
+    {VCP_ECO_MODE, "maker's own", "eco"},
+    {VCP_TV_CHANNEL, "maker's own", "tv-channel"},
+    {VCP_BEFORE_SHUTDOWN, "maker's own", "end-of-use"},
+    {VCP_BUTTON_LOCK, "maker's own", "button-lock"},
+    {VCP_BUTTON_PRESSED, "maker's own", "button-register"},
 };
 
-const char *VcpName(BYTE code)
+// The row of a code; null for one without a name.
+constexpr const VCPNAME *FindVcpName(unsigned nCode)
 {
-    for (const auto &entry : s_names)
-        if (entry.code == code)
-            return entry.name;
-    return code >= 0xE0 ? "maker's own" : "reserved";
+    for (const VCPNAME &row : VCP_NAMES)
+        if (row.bCode == nCode)
+            return &row;
+    return nullptr;
+}
+
+// The name of a code: "maker's own" for all of those, "reserved" for one that MCCS does not name.
+constexpr const char *VcpName(unsigned nCode)
+{
+    if (const VCPNAME *row = FindVcpName(nCode))
+        return row->lpszName;
+    return nCode >= VCP_MAKERS_OWN ? "maker's own" : "reserved";
+}
+
+// The one word for a code in the packet log, such as "brightness"; "other" for one that has none.
+constexpr const char *VcpShortName(unsigned nCode)
+{
+    const VCPNAME *row = FindVcpName(nCode);
+    return row ? row->lpszShortName : "other";
 }
