@@ -18,9 +18,10 @@
 
 #include "bench/measure.h"
 #include "bench/report.h"
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "host/host_app.h"
-#include "host/text.h"
 #include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/stand_in.h"

@@ -8,17 +8,6 @@ static const wchar_t s_szValue[] = L"Trayhub";
 
 constexpr size_t LONGEST_PATH = 0x8000;
 
-std::wstring ProgramPath()
-{
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-        if (length < path.size() || path.size() >= LONGEST_PATH)
-            return path.substr(0, length);
-        path.resize(path.size() * 2);
-    }
-}
-
 std::wstring AutostartCommand(const std::wstring &program)
 {
     return L'"' + program + L'"';

@@ -5,9 +5,6 @@
 
 #include <string>
 
-// The full path of the running program.
-std::wstring ProgramPath();
-
 // What the list holds for a program: its path in double quotes.
 std::wstring AutostartCommand(const std::wstring &program);
 

@@ -1,14 +1,14 @@
 // The running host: its window, what it owns, and the order in which all of it starts and stops.
 #include "host/host_app.h"
 
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/packet_log.h"
 #include "host/reload.h"
 #include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
-#include "host/text.h"
 #include "host/tray_upkeep.h"
 
 // What the command line names and may be wrong about. Returns false with the reason in *error.

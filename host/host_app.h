@@ -5,13 +5,13 @@
 
 #include <functional>
 
-#include "host/monitor_source.h"
+#include "host/base/monitor_source.h"
 #include "host/monitor_watch.h"
 #include "host/notices.h"
 #include "host/options.h"
 #include "host/plugin_loader.h"
 #include "host/router.h"
-#include "host/simulated/simulated_monitor.h"
+#include "host/simulated/press.h"
 
 struct HOSTAPP {
     HINSTANCE hInstance;

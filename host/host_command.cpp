@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "host/packet_log.h"
-#include "host/text.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "monitor/vcp_codes.h"
 
 constexpr WORD REPLY_NONE = 0xFFFE;  // the command gets no reply

@@ -1,10 +1,10 @@
 // The monitors of a run, whatever kind they are of.
 #include "host/host_monitors.h"
 
-#include "host/console.h"
-#include "host/packet_log.h"
+#include "host/base/console.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/simulated/simulated_source.h"
-#include "host/text.h"
 #include "host/windows_monitors/windows_source.h"
 
 bool OpenMonitors(HOSTAPP *app, std::string *error)

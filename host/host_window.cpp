@@ -1,14 +1,15 @@
 // The host window: gets the plug-in's packets, the icon's and Windows' messages, and what the user chooses in the menu.
 #include "host/host_window.h"
+#include "host/base/program_path.h"
 
 #include "host/autostart.h"
+#include "host/base/packet_log.h"
+#include "host/base/resource.h"
+#include "host/base/text.h"
 #include "host/display_events.h"
-#include "host/packet_log.h"
 #include "host/reload.h"
-#include "host/resource.h"
 #include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
-#include "host/text.h"
 #include "host/tray.h"
 #include "host/tray_upkeep.h"
 

@@ -1,10 +1,10 @@
 // trayhub.exe: reads the command line and runs the host.
 #include <windows.h>
 
-#include "host/console.h"
+#include "host/base/console.h"
 #include "host/host_window.h"
+#include "host/monitor_report.h"
 #include "host/single_instance.h"
-#include "host/windows_monitors/monitor_report.h"
 
 constexpr DWORD FIRST_PATIENCE = 10000; // ms in which an instance that is starting or ending has to come to something
 

@@ -5,7 +5,8 @@
 
 #include <shellapi.h>
 
-#include "host/text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 
 std::vector<std::string> CommandLineWords()
 {
@@ -17,14 +18,6 @@ std::vector<std::string> CommandLineWords()
         LocalFree(list);
     }
     return words;
-}
-
-std::string ProgramFolder()
-{
-    wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, path, MAX_PATH - 1);
-    const std::string text = Narrow(path);
-    return text.substr(0, text.find_last_of('\\'));
 }
 
 static bool TakeMonitors(OPTIONS *options, const std::string &value, std::string *error)

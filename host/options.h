@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/base/press_text.h"
 #include "host/host_command.h"
-#include "host/simulated/press.h"
 
 struct OPTIONS {
     bool help;
@@ -27,9 +27,6 @@ struct OPTIONS {
 
 // The words of this process's own command line behind the program's name.
 std::vector<std::string> CommandLineWords();
-
-// The folder of the running program, without a backslash at its end.
-std::string ProgramFolder();
 
 // Reads the words. Defaults are taken from ProgramFolder(). Returns false and says why in *error.
 bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::string *error);

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "monitor/vcp_codes.h"
 
 static const REQUESTKIND s_requests[] = {

@@ -1,8 +1,8 @@
 // Loads the plug-in library through its one export, and wraps the slots that take more than a plain call.
 #include "host/plugin_loader.h"
 
-#include "host/packet_log.h"
-#include "host/text.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 
 // Why the table cannot be used; null when it can.
 static const char *FindTableFault(int result, const PLUGINFUNC &table)

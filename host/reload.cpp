@@ -1,14 +1,14 @@
 // Takes up the monitors anew while the host runs.
 #include "host/reload.h"
 
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/display_events.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/packet_log.h"
 #include "host/panel_window.h"
 #include "host/simulated/monitor_window.h"
 #include "host/start_up.h"
-#include "host/text.h"
 #include "host/tray_upkeep.h"
 
 // Until FinishReload there is no plug-in. Its panel goes with it.

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/packet_log.h"
-#include "host/text.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "monitor/vcp_codes.h"
 
 // ---- Asking the backend ---------------------------------------------------------------------------------------------

@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/monitor_backend.h"
+#include "host/base/monitor_backend.h"
 #include "host/packet.h"
 
 constexpr WORD HOST_ENDPOINT_ID = 1;   // our own identifier

@@ -1,10 +1,10 @@
 // What comes when the plug-in has started: the panel, commands and presses that the command line asks for.
 #include "host/start_up.h"
 
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/host_window.h"
-#include "host/packet_log.h"
-#include "host/text.h"
 #include "host/tray_upkeep.h"
 
 constexpr UINT START_UP_PERIOD = 200; // ms

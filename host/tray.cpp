@@ -4,7 +4,7 @@
 #include <shellapi.h>
 #include <shlwapi.h>
 
-#include "host/resource.h"
+#include "host/base/resource.h"
 
 constexpr UINT TRAY_ICON_ID = 1;
 

@@ -1,10 +1,10 @@
 // Keeps the icon in the notification area, and tells the user there what has happened.
 #include "host/tray_upkeep.h"
 
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/packet_log.h"
-#include "host/text.h"
 
 constexpr UINT TRAY_PERIOD = 2000;  // ms between two tries to show the icon
 constexpr unsigned TRAY_TRIES = 60; // then TaskbarCreated is waited for

@@ -3,7 +3,7 @@
 
 #include <thread>
 
-#include "host/console.h"
+#include "host/base/console.h"
 #include "tour/tour.h"
 #include "tour/tour_settings.h"
 

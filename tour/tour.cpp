@@ -1,10 +1,11 @@
 // The headless tour: a table of steps, each of which shows one thing that a user would see or do.
 #include "tour/tour.h"
 
-#include "host/capability_text.h"
-#include "host/console.h"
+#include "host/base/capability_text.h"
+#include "host/base/console.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "host/simulated/monitor_window.h"
-#include "host/text.h"
 #include "monitor/vcp_codes.h"
 #include "tour/tour_clock.h"
 #include "tour/tour_hands.h"

@@ -3,9 +3,9 @@
 
 #include <commctrl.h>
 
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "host/simulated/monitor_window.h"
-#include "host/text.h"
 #include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"

@@ -6,8 +6,8 @@
 #include <commctrl.h>
 #include <dlgs.h>
 
-#include "host/console.h"
-#include "host/text.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "tour/tour_panel.h"
 
 constexpr DWORD INPUT_PATIENCE = 10000; // ms for whoever gives the input

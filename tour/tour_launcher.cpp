@@ -1,9 +1,9 @@
 // Steps of the tour on the pages of the front-panel buttons: one starts a program, one is locked.
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "host/simulated/monitor_picture.h"
 #include "host/simulated/monitor_window.h"
 #include "host/simulated/press.h"
-#include "host/text.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"

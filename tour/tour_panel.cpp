@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "host/simulated/monitor_window.h"
-#include "host/text.h"
 #include "host/tray.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"

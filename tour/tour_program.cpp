@@ -3,8 +3,8 @@
 
 #include <shellapi.h>
 
-#include "host/options.h"
-#include "host/text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "tour/tour_hands.h"
 #include "tour/tourprogram/tour_program.h"
 

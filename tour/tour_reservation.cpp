@@ -4,8 +4,8 @@
 
 #include <commctrl.h>
 
-#include "host/console.h"
-#include "host/text.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_clock.h"
 #include "tour/tour_hands.h"

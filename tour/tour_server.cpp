@@ -1,6 +1,7 @@
 // Steps of the tour that play the management server: lvserver.exe beside the host, over real sockets of this PC.
-#include "host/console.h"
-#include "host/text.h"
+#include "host/base/console.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"

@@ -3,8 +3,8 @@
 
 #include <shlwapi.h>
 
-#include "host/options.h"
-#include "host/text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 
 static const wchar_t s_szScratch[] = L"Software\\Trayhub tour";
 static const char *const s_files[] = {"profile.ini", "ontimer.ini"}; // that the plug-in keeps beside the program

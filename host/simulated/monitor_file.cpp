@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "kernel/link/host_protocol.h"
 
 constexpr size_t MONITOR_FILE_LIMIT = 64 * 1024;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/edid.h"
+#include "host/base/edid.h"
 
 constexpr int MONITOR_BUTTON_COUNT = 6;      // the last one is POWER
 constexpr DWORD MONITOR_DELAY_LIMIT = 20000; // ms

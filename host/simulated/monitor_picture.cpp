@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 constexpr int BODY_EDGE = 6;
 constexpr int SCREEN_WIDTH = MONITOR_PICTURE_WIDTH - 2 * BODY_EDGE;

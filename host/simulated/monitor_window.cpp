@@ -5,10 +5,10 @@
 
 #include <vector>
 
-#include "host/resource.h"
+#include "host/base/resource.h"
+#include "host/base/text.h"
 #include "host/simulated/monitor_picture.h"
 #include "host/simulated/press.h"
-#include "host/text.h"
 
 constexpr UINT WM_MONITOR_CHANGED = WM_APP + 3; // to a monitor's own window: repaint
 static const wchar_t s_szClass[] = L"TrayhubMonitor";

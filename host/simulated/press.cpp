@@ -1,9 +1,9 @@
 // Presses of front-panel buttons, and those of the command line one after the other.
 #include "host/simulated/press.h"
 
-#include "host/console.h"
-#include "host/packet_log.h"
-#include "host/text.h"
+#include "host/base/console.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 
 bool PressAndLog(SIMULATION *simulation, int monitor, int button)
 {
@@ -13,23 +13,6 @@ bool PressAndLog(SIMULATION *simulation, int monitor, int button)
         LogEvent(Format("button %d (%s) of monitor %d (%s) is pressed", button, label.c_str(), monitor + 1,
                         state.model.c_str()));
     return PressMonitorButton(simulation, monitor, button);
-}
-
-bool ParsePress(const std::string &text, PRESS *press, std::string *error)
-{
-    const size_t colon = text.find(':');
-    unsigned monitor = 0;
-    *press = {text, 0, {}};
-    if (colon != std::string::npos && ParseNumber(Trim(text.substr(0, colon)), 10, 1000, &monitor))
-        press->button = Trim(text.substr(colon + 1));
-    if (monitor == 0 || press->button.empty()) {
-        *error = "'" + text +
-                 "' is not MONITOR:BUTTON with the number of a monitor, from 1 on, and a number or label " +
-                 "of one of its buttons";
-        return false;
-    }
-    press->monitor = static_cast<int>(monitor) - 1;
-    return true;
 }
 
 static std::string ButtonList(const MONITORSTATE &state)

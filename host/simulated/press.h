@@ -1,24 +1,15 @@
-// Presses of front-panel buttons: each leaves its line in the log; those of the command line are read, matched with the
+// Presses of front-panel buttons: each leaves its line in the log; those of the command line are matched with the
 // monitors, and made one after the other as a person would make them.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "host/base/press_text.h"
 #include "host/simulated/simulated_monitor.h"
 
 // Presses button 1 to 6 and notes it in the log. Returns false for a button that the monitor has not. Any thread.
 bool PressAndLog(SIMULATION *simulation, int monitor, int button);
-
-// One press of the command line, such as "1:MENU".
-struct PRESS {
-    std::string text;   // as it was written
-    int monitor;        // zero-based; whether it is there is not known when the command line is read
-    std::string button; // its number or its label
-};
-
-// Reads "MONITOR:BUTTON". Returns false and says why in *error.
-bool ParsePress(const std::string &text, PRESS *press, std::string *error);
 
 // The button, 1 to 6, that a press means: a number, or a label of that monitor without regard to case. Returns 0 and
 // says why in *error when that monitor or button is not there.

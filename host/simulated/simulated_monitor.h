@@ -6,8 +6,8 @@
 #include <deque>
 #include <mutex>
 
-#include "host/capability_text.h"
-#include "host/monitor_backend.h"
+#include "host/base/capability_text.h"
+#include "host/base/monitor_backend.h"
 #include "host/simulated/monitor_file.h"
 
 constexpr WORD FIRST_USER_PRESET = 11;

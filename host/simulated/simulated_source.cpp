@@ -1,8 +1,8 @@
 // Reads the descriptions of the simulated monitors, at the start and again.
 #include "host/simulated/simulated_source.h"
 
-#include "host/packet_log.h"
-#include "host/text.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 
 static SIMULATION *Simulation(void *context)
 {

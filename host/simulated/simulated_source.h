@@ -1,7 +1,7 @@
 // Simulated monitors as the monitors of a run.
 #pragma once
 
-#include "host/monitor_source.h"
+#include "host/base/monitor_source.h"
 #include "host/simulated/simulated_monitor.h"
 
 // Takes up the monitors that the files and folders describe. The simulation, which is open and empty, stays its

@@ -4,6 +4,7 @@
 #include <shlwapi.h>
 
 #include "host/autostart.h"
+#include "host/base/program_path.h"
 
 #define SCRATCH_KEY L"Software\\trayhub_tests autostart"
 #define RUN_KEY L"Software\\Microsoft\\Windows\\CurrentVersion\\Run"

@@ -7,12 +7,13 @@
 #include <memory>
 
 #include "host/autostart.h"
+#include "host/base/program_path.h"
+#include "host/base/resource.h"
+#include "host/base/text.h"
 #include "host/host_monitors.h"
 #include "host/host_window.h"
-#include "host/resource.h"
 #include "host/tests/support/fake_plugin.h"
 #include "host/tests/support/fake_shell.h"
-#include "host/text.h"
 #include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/base/text.h"
 #include "host/host_command.h"
 #include "host/tests/support/fake_plugin.h"
-#include "host/text.h"
 
 // The block that the plug-in was given, and the reply that it sends from within the slot, as it really does.
 struct SCRIPTEDREPLY {

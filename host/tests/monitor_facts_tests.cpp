@@ -1,7 +1,7 @@
 // What is known of a real monitor without asking it, what is kept of it between runs, and what its owner says of it.
 #include <gtest/gtest.h>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "host/windows_monitors/access_rules.h"
 #include "host/windows_monitors/capability_store.h"
 #include "host/windows_monitors/found_monitor.h"

@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/capability_text.h"
+#include "host/base/capability_text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "host/options.h"
 #include "host/simulated/monitor_file.h"
-#include "host/text.h"
 #include "kernel/link/host_protocol.h"
 
 static const char s_good[] = "\xEF\xBB\xBF; a comment\r\n"

@@ -1,10 +1,10 @@
 // The plug-in loader and the command line. The test program exports a scripted plug-in, so it can be loaded as one.
 #include <gtest/gtest.h>
 
+#include "host/base/text.h"
 #include "host/options.h"
 #include "host/plugin_loader.h"
 #include "host/tests/support/fake_plugin.h"
-#include "host/text.h"
 
 static std::string OwnPath()
 {

@@ -8,10 +8,10 @@
 #include <mutex>
 #include <regex>
 
-#include "host/packet_log.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
 #include "host/router.h"
 #include "host/tests/support/fake_plugin.h"
-#include "host/text.h"
 
 // The clock that the router sees: the real one, and what a test has put it ahead by, in ms.
 static std::atomic<DWORD> s_clockAhead;

@@ -4,10 +4,11 @@
 #include <functional>
 #include <thread>
 
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "host/host_window.h"
 #include "host/options.h"
 #include "host/single_instance.h"
-#include "host/text.h"
 #include "tour/tour_hands.h"
 
 constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however loaded the machine is

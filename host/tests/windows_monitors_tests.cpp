@@ -5,7 +5,7 @@
 #include <cstring>
 #include <thread>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "host/windows_monitors/monitor_description.h"
 #include "support/fake_driver.h"
 

@@ -1,7 +1,7 @@
 // What Windows' Monitor Configuration API says about a failed access: one table of codes.
 #include "host/windows_monitors/access_error.h"
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 static const struct {
     DWORD code;

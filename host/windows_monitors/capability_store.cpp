@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 constexpr size_t STORE_LIMIT = 1024 * 1024; // bytes of the file
 

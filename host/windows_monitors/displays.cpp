@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 constexpr DWORD NAME_OF_INTERFACE = 1; // EDD_GET_DEVICE_INTERFACE_NAME
 constexpr DWORD MONITOR_IN_USE = 1;    // DISPLAY_DEVICE_ACTIVE

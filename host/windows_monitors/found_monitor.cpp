@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/capability_text.h"
-#include "host/text.h"
+#include "host/base/capability_text.h"
+#include "host/base/text.h"
 #include "host/windows_monitors/access_error.h"
 #include "kernel/link/host_protocol.h"
 

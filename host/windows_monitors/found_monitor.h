@@ -1,7 +1,7 @@
 // The physical monitors behind a list of displays, each with what is known of it without asking it.
 #pragma once
 
-#include "host/edid.h"
+#include "host/base/edid.h"
 #include "host/windows_monitors/displays.h"
 #include "host/windows_monitors/monitor_api.h"
 

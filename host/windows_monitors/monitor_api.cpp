@@ -1,7 +1,7 @@
 // Finds the functions of Windows' Monitor Configuration API in dxva2.dll.
 #include "host/windows_monitors/monitor_api.h"
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 template <typename FUNCTION>
 static bool Find(HMODULE module, const char *name, FUNCTION *function, std::string *error)

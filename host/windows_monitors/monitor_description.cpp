@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "host/capability_text.h"
-#include "host/text.h"
+#include "host/base/capability_text.h"
+#include "host/base/text.h"
 #include "monitor/vcp_codes.h"
 
 // The codes that the product reads.

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "kernel/link/host_protocol.h"
 
 constexpr size_t OVERRIDE_FILE_LIMIT = 256 * 1024;

@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "host/detached_thread.h"
+#include "host/base/detached_thread.h"
 #include "host/windows_monitors/access_error.h"
 
 struct MONITORSEARCH {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "host/detached_thread.h"
-#include "host/monitor_backend.h"
+#include "host/base/detached_thread.h"
+#include "host/base/monitor_backend.h"
 
 typedef std::unique_lock<std::mutex> LOCK;
 

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/capability_text.h"
-#include "host/options.h"
-#include "host/text.h"
+#include "host/base/capability_text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 
 struct WINDOWSMONITORS {
     WINDOWSMONITOROPTIONS options;

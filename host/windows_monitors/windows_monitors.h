@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/monitor_backend.h"
+#include "host/base/monitor_backend.h"
 #include "host/windows_monitors/monitor_overrides.h"
 #include "host/windows_monitors/monitor_search.h"
 #include "host/windows_monitors/monitor_worker.h"

@@ -1,7 +1,7 @@
 // The monitors that Windows has as the monitors of a run.
 #pragma once
 
-#include "host/monitor_source.h"
+#include "host/base/monitor_source.h"
 
 // Reads monitors.ini; no monitor is there before the first find. `fresh`: what is kept of their capability strings is
 // forgotten.

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/base/text.h"
 #include "tests/dxva2_stand_in/error_codes.h"
 
 static const wchar_t s_szVariable[] = L"DXVA2_STAND_IN"; // names another control file

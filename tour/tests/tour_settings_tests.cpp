@@ -1,7 +1,7 @@
 // The tour's settings: they hide the user's own, take the tour's, and leave nothing behind.
 #include <gtest/gtest.h>
 
-#include "host/options.h"
+#include "host/base/program_path.h"
 #include "tour/tour_settings.h"
 
 #define OWN_KEY L"Software\\trayhub_tests"

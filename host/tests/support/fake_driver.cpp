@@ -7,7 +7,7 @@
 #include <set>
 #include <utility>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 static std::mutex s_mutex; // guards all that follows
 static std::condition_variable s_changed;

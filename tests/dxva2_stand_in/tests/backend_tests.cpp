@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "host/edid.h"
+#include "host/base/edid.h"
 #include "host/router.h"
 #include "host/windows_monitors/windows_monitors.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"

@@ -3,8 +3,8 @@
 
 #include <fstream>
 
-#include "host/options.h"
-#include "host/text.h"
+#include "host/base/program_path.h"
+#include "host/base/text.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"
 
 static std::string TempPath(const char *name)

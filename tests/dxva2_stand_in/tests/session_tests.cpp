@@ -7,9 +7,10 @@
 
 #include <memory>
 
+#include "host/base/program_path.h"
+#include "host/base/resource.h"
+#include "host/base/text.h"
 #include "host/host_app.h"
-#include "host/resource.h"
-#include "host/text.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"
 #include "tour/tour_hands.h"

@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 template <typename FUNCTION>
 static FUNCTION Find(const char *name)

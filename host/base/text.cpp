@@ -1,5 +1,5 @@
 // Text as the host handles it: conversions, small scanners, and reading a file whole.
-#include "host/text.h"
+#include "host/base/text.h"
 
 #include <windows.h>
 

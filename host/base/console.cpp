@@ -1,12 +1,12 @@
 // Where a program without a console says something: the handles it inherited, the console it was started from, or a
 // box.
-#include "host/console.h"
+#include "host/base/console.h"
 
 #include <windows.h>
 
 #include <mutex>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 static HANDLE s_hOutput;   // null when there is none
 static HANDLE s_hError;    // null when there is none

@@ -1,10 +1,10 @@
 // The EDID base block of a monitor. Layout: VESA EDID 1.3, 128 bytes.
-#include "host/edid.h"
+#include "host/base/edid.h"
 
 #include <cstring>
 #include <numeric>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 static const BYTE s_header[8] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
 

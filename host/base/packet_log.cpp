@@ -1,11 +1,11 @@
 // The log of --log FILE: one line written at once per call, whole, from any thread.
-#include "host/packet_log.h"
+#include "host/base/packet_log.h"
 
 #include <windows.h>
 
 #include <mutex>
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 static std::mutex s_mutex;                    // one line at a time
 static HANDLE s_hFile = INVALID_HANDLE_VALUE; // the open log

@@ -1,7 +1,7 @@
 // What a DDC/CI capability string says, read by its grammar.
-#include "host/capability_text.h"
+#include "host/base/capability_text.h"
 
-#include "host/text.h"
+#include "host/base/text.h"
 
 // The inside of the parenthesis that opens before `at`, up to its closing one or the end of the text.
 static std::string_view Inside(std::string_view text, size_t at)

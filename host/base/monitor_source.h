@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/monitor_backend.h"
+#include "host/base/monitor_backend.h"
 
 // `context` is the table's own pointer. An identity is a text that tells a monitor from any other, and from itself once
 // it is another one than before. All functions: any thread.

@@ -1,11 +1,11 @@
 // What --list prints and --report writes.
-#include "host/windows_monitors/monitor_report.h"
+#include "host/monitor_report.h"
 
 #include <thread>
 
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/text.h"
 #include "host/plugin_loader.h"
-#include "host/text.h"
 #include "host/windows_monitors/monitor_description.h"
 
 // ---- What the program runs on ---------------------------------------------------------------------------------------

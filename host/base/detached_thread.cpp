@@ -1,5 +1,5 @@
 // A thread by CreateThread, with its function on the heap.
-#include "host/detached_thread.h"
+#include "host/base/detached_thread.h"
 
 #include <windows.h>
 
