@@ -172,17 +172,17 @@ static void Poll(HOSTAPP *app, int polls)
     const auto accesses = FindInStandIn<decltype(&StandInAccesses)>("StandInAccesses");
     for (int poll = 0; poll < polls; poll++) {
         const DWORD before = accesses(POLLED_MONITORS - 1);
-        CallOnWindow(app, [&] {
+        CallOnWindow(&app->window, [&] {
             for (DWORD monitor = 0; monitor < POLLED_MONITORS; monitor++) {
                 std::vector<BYTE> payload;
                 AppendDword(&payload, monitor);
                 PACKET packet = MakePacket({PLUGIN_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_PLUGIN},
                                            HostEndpoint(), HOST_GET_VCP, VCP_BUTTON_PRESSED, 100 + monitor, payload);
                 packet.header.lpData = PacketData(&packet);
-                RouterTakePacket(&app->router, &packet.header);
+                RouterTakePacket(&app->plugin.router, &packet.header);
             }
         });
-        WaitUntil("the monitors' answers", [&] { return IsLinkQuiet(&app->router, 0); });
+        WaitUntil("the monitors' answers", [&] { return IsLinkQuiet(&app->plugin.router, 0); });
         if (accesses(POLLED_MONITORS - 1) == before)
             throw std::runtime_error("a poll did not reach its monitor");
     }
@@ -226,8 +226,8 @@ static void MeasurePolling(REPORT *report)
     report->Add("and of each thread that does nothing", KilobytesOfThread(), "KB");
     HOSTAPP app = {};
     std::thread host([&] { RunPrivateHost(&app, {"--fresh", "--no-tray"}); });
-    WaitUntil("the start-up", [&] { return HasNotice(&app.router, HOST_NOTICE_STARTED); });
-    WaitUntil("its end", [&] { return IsLinkQuiet(&app.router, QUIET_TIME); });
+    WaitUntil("the start-up", [&] { return HasNotice(&app.plugin.router, HOST_NOTICE_STARTED); });
+    WaitUntil("its end", [&] { return IsLinkQuiet(&app.plugin.router, QUIET_TIME); });
     Poll(&app, FIRST_POLLS);
     const double memory = PrivateKilobytes(), handles = CountHandles(), start = NowUs();
     Poll(&app, HOUR_OF_POLLS);
@@ -237,7 +237,7 @@ static void MeasurePolling(REPORT *report)
     report->Add("handles after the start of the host with ten monitors", handles, "");
     report->Add("the same after an hour's polls of them", CountHandles(), "");
     report->Add("one of these polls, of all monitors at a time", milliseconds / HOUR_OF_POLLS, "ms");
-    EndHost(&app, 0);
+    EndHost(&app.window, 0);
     host.join();
 }
 

@@ -7,47 +7,54 @@
 #include "host/simulated/simulated_source.h"
 #include "host/windows_monitors/windows_source.h"
 
-bool OpenMonitors(HOSTAPP *app, std::string *error)
+bool OpenMonitors(HOSTMONITORS *monitors, const OPTIONS &options, std::string *error)
 {
-    if (!app->options.windowsMonitors)
-        return OpenSimulatedSource(&app->simulation, app->options.monitors, &app->monitors, error);
-    app->monitors = OpenWindowsSource(app->options.fresh);
+    OpenSimulation(&monitors->simulation);
+    if (!options.windowsMonitors)
+        return OpenSimulatedSource(&monitors->simulation, options.monitors, &monitors->source, error);
+    monitors->source = OpenWindowsSource(options.fresh);
     return true;
 }
 
-std::vector<std::string> LookForMonitors(HOSTAPP *app)
+std::vector<std::string> LookForMonitors(const HOSTMONITORS *monitors)
 {
-    return app->monitors.look(app->monitors.context);
+    return monitors->source.look(monitors->source.context);
 }
 
-std::vector<std::string> MonitorsInUse(HOSTAPP *app)
+std::vector<std::string> MonitorsInUse(const HOSTMONITORS *monitors)
 {
-    return app->monitors.inUse(app->monitors.context);
+    return monitors->source.inUse(monitors->source.context);
 }
 
-void FindMonitors(HOSTAPP *app)
+void FindMonitors(HOSTMONITORS *monitors)
 {
-    app->monitors.find(app->monitors.context);
-    for (const std::string &line : SplitAt(app->monitors.trouble(app->monitors.context, true), '\n')) {
+    monitors->source.find(monitors->source.context);
+    for (const std::string &line : SplitAt(monitors->source.trouble(monitors->source.context, true), '\n')) {
         ConsoleLine("trayhub: " + line);
         LogEvent(line);
     }
 }
 
-std::wstring MonitorTrouble(HOSTAPP *app)
+int CountMonitors(const HOSTMONITORS *monitors)
 {
-    return Widen(app->monitors.trouble(app->monitors.context, false));
+    const MONITORBACKEND &backend = monitors->source.backend;
+    return backend.count(backend.context);
 }
 
-void EndMonitorAccesses(HOSTAPP *app)
+std::wstring MonitorTrouble(const HOSTMONITORS *monitors)
 {
-    app->monitors.stop(app->monitors.context);
+    return Widen(monitors->source.trouble(monitors->source.context, false));
 }
 
-void CloseMonitors(HOSTAPP *app)
+void EndMonitorAccesses(const HOSTMONITORS *monitors)
 {
-    if (app->monitors.close)
-        app->isDriverStuck = !app->monitors.close(app->monitors.context);
-    app->monitors = {};
-    CloseSimulation(&app->simulation);
+    monitors->source.stop(monitors->source.context);
+}
+
+bool CloseMonitors(HOSTMONITORS *monitors)
+{
+    const bool isClosed = !monitors->source.close || monitors->source.close(monitors->source.context);
+    monitors->source = {};
+    CloseSimulation(&monitors->simulation);
+    return isClosed;
 }

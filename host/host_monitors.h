@@ -1,22 +1,33 @@
 // The monitors of a run, whatever kind they are of: opened, looked for, found again, closed.
 #pragma once
 
-#include "host/host_app.h"
+#include "host/base/monitor_source.h"
+#include "host/options.h"
+#include "host/simulated/simulated_monitor.h"
+
+struct HOSTMONITORS {
+    MONITORSOURCE source;
+    SIMULATION simulation; // without monitors when those of the run are no simulated ones
+};
 
 // Takes up the monitors that the command line names; those of Windows wait for FindMonitors. Returns false with the
 // reason in *error when a description cannot be read.
-bool OpenMonitors(HOSTAPP *app, std::string *error);
+bool OpenMonitors(HOSTMONITORS *monitors, const OPTIONS &options, std::string *error);
 
 // The functions of monitor_source.h, for the monitors of this run. FindMonitors also says the trouble.
-std::vector<std::string> LookForMonitors(HOSTAPP *app);
-std::vector<std::string> MonitorsInUse(HOSTAPP *app);
-void FindMonitors(HOSTAPP *app);
+std::vector<std::string> LookForMonitors(const HOSTMONITORS *monitors);
+std::vector<std::string> MonitorsInUse(const HOSTMONITORS *monitors);
+void FindMonitors(HOSTMONITORS *monitors);
+
+// How many are in use. Any thread.
+int CountMonitors(const HOSTMONITORS *monitors);
 
 // What the user should know of the monitors, in Japanese, a line each; empty: nothing. Any thread.
-std::wstring MonitorTrouble(HOSTAPP *app);
+std::wstring MonitorTrouble(const HOSTMONITORS *monitors);
 
 // Before the plug-in's stop: accesses that wait, now or later, end soon. Any thread.
-void EndMonitorAccesses(HOSTAPP *app);
+void EndMonitorAccesses(const HOSTMONITORS *monitors);
 
-// The simulation, too. Harmless when no monitors are open.
-void CloseMonitors(HOSTAPP *app);
+// The simulation, too. Harmless when OpenMonitors has failed. Returns false when a call into a driver has not come
+// back, and only the process's end can end it.
+bool CloseMonitors(HOSTMONITORS *monitors);

@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "host/base/console.h"
-#include "host/host_window.h"
+#include "host/host_app.h"
 #include "host/monitor_report.h"
 #include "host/single_instance.h"
 

@@ -4,95 +4,93 @@
 #include "host/base/packet_log.h"
 #include "host/base/text.h"
 #include "host/display_events.h"
-#include "host/host_monitors.h"
-#include "host/host_window.h"
 #include "host/panel_window.h"
 #include "host/simulated/monitor_window.h"
-#include "host/start_up.h"
-#include "host/tray_upkeep.h"
 
 // Until FinishReload there is no plug-in. Its panel goes with it.
-static void BeginReload(HOSTAPP *app, bool byHand)
+static void BeginReload(RELOAD *reload, bool byHand)
 {
+    RUNNINGPLUGIN *plugin = reload->plugin;
     LogEvent(byHand ? "the monitors are detected again, as the user wishes" : "the monitors have changed");
-    app->isReloading = true;
-    app->reloadByHand = byHand;
-    app->formerMonitors = MonitorsInUse(app);
-    app->panelWish = app->panelWish || FindPanel();
-    CancelStartUp(app);
-    StopRunningPlugin(app);
-    StopRouter(&app->router);
-    UnloadPlugin(&app->plugin);
-    AskToFindMonitors(&app->watch);
+    reload->isUnderWay = true;
+    reload->isByHand = byHand;
+    reload->formerMonitors = MonitorsInUse(reload->monitors);
+    plugin->panelWish = plugin->panelWish || FindPanel();
+    CancelStartUp(reload->startUp);
+    StopRunningPlugin(plugin, *reload->monitors);
+    UnloadStoppedPlugin(plugin);
+    AskToFindMonitors(&reload->watch);
 }
 
-static void ReplaceMonitorWindows(HOSTAPP *app)
+static void ReplaceMonitorWindows(const RELOAD *reload)
 {
     const bool areShown = IsAnyMonitorWindowVisible();
     DestroyMonitorWindows();
-    if (CreateMonitorWindows(&app->simulation, app->hInstance, app->hWnd) && areShown)
+    if (CreateMonitorWindows(&reload->monitors->simulation, reload->window->hInstance, reload->window->hWnd) &&
+        areShown)
         ShowMonitorWindows();
 }
 
-static void FinishReload(HOSTAPP *app)
+static void FinishReload(RELOAD *reload)
 {
+    RUNNINGPLUGIN *plugin = reload->plugin;
     std::string error;
-    if (app->isEnding)
+    if (reload->window->isEnding)
         return;
-    app->isReloading = false;
-    if (MonitorsInUse(app) != app->formerMonitors)
-        ReplaceMonitorWindows(app);
-    TellMonitors(app, app->reloadByHand);
-    if (LoadPlugin(app->options.plugin, &app->plugin, &error) && StartPlugin(app)) {
-        AwaitStartUp(app);
+    reload->isUnderWay = false;
+    if (MonitorsInUse(reload->monitors) != reload->formerMonitors)
+        ReplaceMonitorWindows(reload);
+    TellMonitors(reload->tray, CountMonitors(reload->monitors), MonitorTrouble(reload->monitors), reload->isByHand);
+    if (LoadPlugin(reload->options->plugin, &plugin->library, &error) &&
+        StartPlugin(plugin, reload->window->hWnd, *reload->monitors)) {
+        AwaitStartUp(reload->startUp);
         return;
     }
     LogEvent("the plug-in does not start again: " + error);
-    TellFailure(app, L"プラグインを開始できません。\n" + Widen(error));
+    TellFailure(reload->tray, L"プラグインを開始できません。\n" + Widen(error));
 }
 
-static void OnLooked(HOSTAPP *app, const LOOK &look)
+static void OnLooked(RELOAD *reload, const LOOK &look)
 {
-    if (CanDetect(app) && IsChange(MonitorsInUse(app), look.seen, look.isLast))
-        BeginReload(app, false);
+    if (CanDetect(reload) && IsChange(MonitorsInUse(reload->monitors), look.seen, look.isLast))
+        BeginReload(reload, false);
 }
 
-void StartDetection(HOSTAPP *app)
+void StartDetection(RELOAD *reload)
 {
-    app->hNotify = RegisterDisplayEvents(app->hWnd);
-    app->watch.look = [app] { return LookForMonitors(app); };
-    app->watch.find = [app] { FindMonitors(app); };
-    app->watch.looked = [app](const LOOK &look) { RunOnWindow(app, [app, look] { OnLooked(app, look); }); };
-    app->watch.found = [app] { RunOnWindow(app, [app] { FinishReload(app); }); };
-    StartMonitorWatch(&app->watch);
+    HOSTWINDOW *window = reload->window;
+    reload->hNotify = RegisterDisplayEvents(window->hWnd);
+    reload->watch.look = [reload] { return LookForMonitors(reload->monitors); };
+    reload->watch.find = [reload] { FindMonitors(reload->monitors); };
+    reload->watch.looked = [=](const LOOK &look) { RunOnWindow(window, [reload, look] { OnLooked(reload, look); }); };
+    reload->watch.found = [=] { RunOnWindow(window, [reload] { FinishReload(reload); }); };
+    StartMonitorWatch(&reload->watch);
 }
 
-void OnDisplayEvent(HOSTAPP *app)
+void OnDisplayEvent(RELOAD *reload)
 {
-    if (app->keepsMonitors || app->isEnding)
+    if (reload->keepsMonitors || reload->window->isEnding)
         return;
     LogEvent("the displays may have changed");
-    WatchMonitors(&app->watch);
+    WatchMonitors(&reload->watch);
 }
 
 // With --quit or presses to come, the monitors at the start are those that the command line is about.
-bool CanDetect(const HOSTAPP *app)
+bool CanDetect(const RELOAD *reload)
 {
-    const bool hasCommandLine = !app->options.commands.empty() || !app->options.presses.empty();
-    const bool isAtCommandLine =
-        hasCommandLine && (!app->commandsDone || app->presses.done < app->options.presses.size());
-    return !app->isReloading && !app->isEnding && !app->options.quit && !isAtCommandLine && !app->keepsMonitors;
+    return !reload->isUnderWay && !reload->window->isEnding && !reload->options->quit &&
+           !IsAtCommandLine(reload->startUp) && !reload->keepsMonitors;
 }
 
-void DetectMonitors(HOSTAPP *app)
+void DetectMonitors(RELOAD *reload)
 {
-    if (CanDetect(app))
-        BeginReload(app, true);
+    if (CanDetect(reload))
+        BeginReload(reload, true);
 }
 
-void StopDetection(HOSTAPP *app)
+void StopDetection(RELOAD *reload)
 {
-    UnregisterDisplayEvents(app->hNotify);
-    app->hNotify = nullptr;
-    StopMonitorWatch(&app->watch);
+    UnregisterDisplayEvents(reload->hNotify);
+    reload->hNotify = nullptr;
+    StopMonitorWatch(&reload->watch);
 }

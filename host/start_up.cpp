@@ -4,96 +4,101 @@
 #include "host/base/console.h"
 #include "host/base/packet_log.h"
 #include "host/base/text.h"
-#include "host/host_window.h"
-#include "host/tray_upkeep.h"
 
 constexpr UINT START_UP_PERIOD = 200; // ms
 constexpr UINT PRESS_PERIOD = 50;     // ms
 
-static void EndOfCommandLine(HOSTAPP *app)
+static void EndOfCommandLine(STARTUP *startUp)
 {
-    if (app->options.quit)
-        EndHost(app, app->isTrouble ? 1 : 0);
+    if (startUp->options->quit)
+        EndHost(startUp->window, startUp->isTrouble ? 1 : 0);
 }
 
-static void RunCommands(HOSTAPP *app)
+static void RunCommands(STARTUP *startUp)
 {
-    for (const HOSTCOMMAND &command : app->options.commands) {
-        const HOSTANSWER answer = SendHostCommand(&app->router, command);
+    for (const HOSTCOMMAND &command : startUp->options->commands) {
+        const HOSTANSWER answer = SendHostCommand(&startUp->plugin->router, command);
         ConsoleLine(command.text + ": " + DescribeHostAnswer(command, answer));
-        app->isTrouble = app->isTrouble || !WentWell(command, answer);
+        startUp->isTrouble = startUp->isTrouble || !WentWell(command, answer);
     }
-    app->commandTick = GetTickCount();
-    if (app->options.presses.empty())
-        EndOfCommandLine(app);
+    startUp->commandTick = GetTickCount();
+    if (startUp->options->presses.empty())
+        EndOfCommandLine(startUp);
     else
-        SetTimer(app->hWnd, TIMER_PRESS, PRESS_PERIOD, nullptr);
+        SetTimer(startUp->window->hWnd, TIMER_PRESS, PRESS_PERIOD, nullptr);
 }
 
 // The plug-in clears the button registers at the end of its start-up, so the first press waits until that is over.
-void OnPressTimer(HOSTAPP *app)
+void OnPressTimer(STARTUP *startUp)
 {
     const DWORD now = GetTickCount();
-    const bool hasBegun = app->presses.waits || app->presses.done > 0;
-    if (!hasBegun && !IsLinkQuiet(&app->router, QUIET_TIME) && now - app->commandTick < START_PATIENCE)
+    const bool hasBegun = startUp->presses.waits || startUp->presses.done > 0;
+    if (!hasBegun && !IsLinkQuiet(&startUp->plugin->router, QUIET_TIME) && now - startUp->commandTick < START_PATIENCE)
         return;
-    if (!StepPresses(&app->presses, app->options.presses, &app->simulation, now))
+    if (!StepPresses(&startUp->presses, startUp->options->presses, &startUp->monitors->simulation, now))
         return;
-    KillTimer(app->hWnd, TIMER_PRESS);
-    app->isTrouble = app->isTrouble || app->presses.failed;
-    EndOfCommandLine(app);
+    KillTimer(startUp->window->hWnd, TIMER_PRESS);
+    startUp->isTrouble = startUp->isTrouble || startUp->presses.failed;
+    EndOfCommandLine(startUp);
 }
 
 // It goes on asking for a moment after its notice; the commands may come between, as the user's could.
-static void OnStarted(HOSTAPP *app)
+static void OnStarted(STARTUP *startUp)
 {
     LogEvent("the plug-in has started");
-    TellTrouble(app);
-    const bool isFirst = !app->commandsDone;
-    app->commandsDone = true;
-    if ((app->panelWish && !app->panelDeferred) || (isFirst && app->options.panel))
-        OpenPanel(app);
-    app->panelWish = app->panelDeferred = false;
+    TellTrouble(startUp->tray, MonitorTrouble(startUp->monitors));
+    const bool isFirst = !startUp->commandsDone;
+    startUp->commandsDone = true;
+    if ((startUp->plugin->panelWish && !startUp->plugin->panelDeferred) || (isFirst && startUp->options->panel))
+        OpenPanel(startUp->plugin);
+    startUp->plugin->panelWish = startUp->plugin->panelDeferred = false;
     if (isFirst)
-        RunCommands(app);
+        RunCommands(startUp);
 }
 
-static void OnNotStarted(HOSTAPP *app)
+static void OnNotStarted(STARTUP *startUp)
 {
     LogEvent("the plug-in has not started");
-    if (app->commandsDone)
+    if (startUp->commandsDone)
         return;
-    app->commandsDone = true;
-    if (app->options.quit || !app->options.commands.empty() || !app->options.presses.empty())
+    startUp->commandsDone = true;
+    if (startUp->options->quit || !startUp->options->commands.empty() || !startUp->options->presses.empty())
         ConsoleError("the plug-in did not report that it has found its monitors; no command was given and no button "
                      "pressed");
-    if (app->options.quit)
-        EndHost(app, 1);
+    if (startUp->options->quit)
+        EndHost(startUp->window, 1);
 }
 
 // Until the plug-in has found its monitors, which it tells with a notice.
-void OnStartUpTimer(HOSTAPP *app)
+void OnStartUpTimer(STARTUP *startUp)
 {
-    if (!app->awaitsStartUp)
+    if (!startUp->isAwaited)
         return;
-    const bool started = HasNotice(&app->router, HOST_NOTICE_STARTED);
-    if (!started && MillisecondsSincePacket(&app->router) < START_PATIENCE)
+    const bool started = HasNotice(&startUp->plugin->router, HOST_NOTICE_STARTED);
+    if (!started && MillisecondsSincePacket(&startUp->plugin->router) < START_PATIENCE)
         return;
-    CancelStartUp(app);
+    CancelStartUp(startUp);
     if (started)
-        OnStarted(app);
+        OnStarted(startUp);
     else
-        OnNotStarted(app);
+        OnNotStarted(startUp);
 }
 
-void AwaitStartUp(HOSTAPP *app)
+void AwaitStartUp(STARTUP *startUp)
 {
-    app->awaitsStartUp = true;
-    SetTimer(app->hWnd, TIMER_START_UP, START_UP_PERIOD, nullptr);
+    startUp->isAwaited = true;
+    SetTimer(startUp->window->hWnd, TIMER_START_UP, START_UP_PERIOD, nullptr);
 }
 
-void CancelStartUp(HOSTAPP *app)
+void CancelStartUp(STARTUP *startUp)
 {
-    app->awaitsStartUp = false;
-    KillTimer(app->hWnd, TIMER_START_UP);
+    startUp->isAwaited = false;
+    KillTimer(startUp->window->hWnd, TIMER_START_UP);
+}
+
+bool IsAtCommandLine(const STARTUP *startUp)
+{
+    const OPTIONS &options = *startUp->options;
+    const bool hasCommandLine = !options.commands.empty() || !options.presses.empty();
+    return hasCommandLine && (!startUp->commandsDone || startUp->presses.done < options.presses.size());
 }

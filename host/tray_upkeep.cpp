@@ -3,8 +3,6 @@
 
 #include "host/base/packet_log.h"
 #include "host/base/text.h"
-#include "host/host_monitors.h"
-#include "host/host_window.h"
 
 constexpr UINT TRAY_PERIOD = 2000;  // ms between two tries to show the icon
 constexpr unsigned TRAY_TRIES = 60; // then TaskbarCreated is waited for
@@ -13,81 +11,79 @@ static const wchar_t s_szTitle[] = L"Trayhub";
 
 // ---- The icon -------------------------------------------------------------------------------------------------------
 
-static void TryIcon(HOSTAPP *app)
+static void TryIcon(TRAY *tray)
 {
-    app->trayTries++;
-    app->hasTray = AddTrayIcon(app->hWnd, app->hInstance);
-    if (app->hasTray) {
-        KillTimer(app->hWnd, TIMER_TRAY);
-        FlushNotices(&app->notices, app->hWnd);
-    } else if (app->trayTries < TRAY_TRIES) {
-        SetTimer(app->hWnd, TIMER_TRAY, TRAY_PERIOD, nullptr);
+    tray->tries++;
+    tray->isThere = AddTrayIcon(tray->hWnd, tray->hInstance);
+    if (tray->isThere) {
+        KillTimer(tray->hWnd, TIMER_TRAY);
+        FlushNotices(&tray->notices, tray->hWnd);
+    } else if (tray->tries < TRAY_TRIES) {
+        SetTimer(tray->hWnd, TIMER_TRAY, TRAY_PERIOD, nullptr);
     } else {
-        KillTimer(app->hWnd, TIMER_TRAY);
+        KillTimer(tray->hWnd, TIMER_TRAY);
     }
 }
 
-void StartTray(HOSTAPP *app)
+void StartTray(TRAY *tray, HWND hWnd, HINSTANCE hInstance)
 {
-    app->wantsTray = !app->options.noTray;
-    if (app->wantsTray)
-        TryIcon(app);
+    tray->hWnd = hWnd;
+    tray->hInstance = hInstance;
+    tray->isWanted = true;
+    TryIcon(tray);
 }
 
-void OnTrayTimer(HOSTAPP *app)
+void OnTrayTimer(TRAY *tray)
 {
-    if (!app->hasTray)
-        TryIcon(app);
+    if (!tray->isThere)
+        TryIcon(tray);
 }
 
-void OnTaskbarCreated(HOSTAPP *app)
+void OnTaskbarCreated(TRAY *tray)
 {
-    if (!app->wantsTray)
+    if (!tray->isWanted)
         return;
     LogEvent("there is a new notification area");
-    app->trayTries = 0;
-    TryIcon(app);
+    tray->tries = 0;
+    TryIcon(tray);
 }
 
-void StopTray(HOSTAPP *app)
+void StopTray(TRAY *tray)
 {
-    if (app->hasTray)
-        RemoveTrayIcon(app->hWnd);
-    app->wantsTray = app->hasTray = false;
+    if (tray->isThere)
+        RemoveTrayIcon(tray->hWnd);
+    tray->isWanted = tray->isThere = false;
 }
 
 // ---- What is told ---------------------------------------------------------------------------------------------------
 
-static void Tell(HOSTAPP *app, const std::wstring &text, bool isWarning)
+static void Tell(TRAY *tray, const std::wstring &text, bool isWarning)
 {
-    if (!app->wantsTray)
+    if (!tray->isWanted)
         return;
     LogEvent("balloon: " + Narrow(text));
-    TellUser(&app->notices, app->hWnd, app->hasTray, {s_szTitle, text, isWarning});
+    TellUser(&tray->notices, tray->hWnd, tray->isThere, {s_szTitle, text, isWarning});
 }
 
-bool TellTrouble(HOSTAPP *app)
+bool TellTrouble(TRAY *tray, const std::wstring &trouble)
 {
-    const std::wstring trouble = MonitorTrouble(app);
-    if (!IsNews(&app->notices, MATTER_TROUBLE, trouble))
+    if (!IsNews(&tray->notices, MATTER_TROUBLE, trouble))
         return false;
-    Tell(app, trouble, true);
+    Tell(tray, trouble, true);
     return true;
 }
 
 // A balloon takes the place of the one before it, so trouble that the user does not know goes before.
-void TellMonitors(HOSTAPP *app, bool byHand)
+void TellMonitors(TRAY *tray, int count, const std::wstring &trouble, bool byHand)
 {
-    const MONITORBACKEND &backend = app->monitors.backend;
-    const int count = backend.count(backend.context);
     const std::wstring text =
         count ? std::to_wstring(count) + L" 台のモニタを検出しました。" : std::wstring(L"モニタが見つかりません。");
-    const bool isNews = IsNews(&app->notices, MATTER_CHANGE, text);
-    if (!TellTrouble(app) && (isNews || byHand))
-        Tell(app, text, count == 0);
+    const bool isNews = IsNews(&tray->notices, MATTER_CHANGE, text);
+    if (!TellTrouble(tray, trouble) && (isNews || byHand))
+        Tell(tray, text, count == 0);
 }
 
-void TellFailure(HOSTAPP *app, const std::wstring &text)
+void TellFailure(TRAY *tray, const std::wstring &text)
 {
-    Tell(app, text, true);
+    Tell(tray, text, true);
 }

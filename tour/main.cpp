@@ -30,7 +30,7 @@ static void BeginTour(HOSTAPP *app)
 static int RunHostOnTour(HOSTAPP *app)
 {
     app->options.another = app->options.noTray = true;
-    app->keepsMonitors = true;
+    app->reload.keepsMonitors = true;
     app->prepare = PrepareTour;
     app->begin = BeginTour;
     const int status = RunHost(app);

@@ -35,18 +35,18 @@ STEPRESULT SkipStep(TOUR *tour, const std::string &reason)
 static STEPRESULT StepStartUp(TOUR *tour)
 {
     HOSTAPP *app = tour->app;
-    while (!HasNotice(&app->router, HOST_NOTICE_STARTED)) {
-        if (MillisecondsSincePacket(&app->router) > START_PATIENCE)
-            return FailStep(tour, HasNotice(&app->router, HOST_NOTICE_STARTING)
+    while (!HasNotice(&app->plugin.router, HOST_NOTICE_STARTED)) {
+        if (MillisecondsSincePacket(&app->plugin.router) > START_PATIENCE)
+            return FailStep(tour, HasNotice(&app->plugin.router, HOST_NOTICE_STARTING)
                                       ? "the plug-in began to look for monitors and never reported that it found one"
                                       : "the plug-in never began to look for monitors");
         Sleep(TOUR_POLL_TIME);
     }
     const DWORD started = GetTickCount();
-    while (!IsLinkQuiet(&app->router, QUIET_TIME) && GetTickCount() - started < START_PATIENCE)
+    while (!IsLinkQuiet(&app->plugin.router, QUIET_TIME) && GetTickCount() - started < START_PATIENCE)
         Sleep(TOUR_POLL_TIME);
     PLUGINTEXTS texts;
-    CallOnWindow(app, [&] { texts = GetPluginTexts(&app->plugin); });
+    CallOnWindow(&app->window, [&] { texts = GetPluginTexts(&app->plugin.library); });
     tour->seen = "plug-in " + Narrow(texts.title) + ", version " + Narrow(texts.version);
     ConsoleLine("  " + tour->seen);
     return STEP_DONE;
@@ -101,7 +101,7 @@ static std::string ReadingList(const WIREMONITOR &monitor)
 
 static STEPRESULT StepTable(TOUR *tour)
 {
-    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->plugin.router);
     if (monitors.empty())
         return FailStep(tour, "the plug-in has asked about no monitor");
     ConsoleLine(Format("  %-2s %-12s %-4s  %-22s %s", "", "model", "MCCS", "colour presets", "inputs"));
@@ -130,7 +130,7 @@ static STEPRESULT StepWindows(TOUR *tour)
     bool visible = false;
     if (!HaveMonitorWindows(tour))
         return SkipStep(tour, "only simulated monitors have windows, and these are real ones to the host");
-    CallOnWindow(tour->app, [&] {
+    CallOnWindow(&tour->app->window, [&] {
         ShowMonitorWindows();
         visible = IsAnyMonitorWindowVisible();
     });
@@ -144,7 +144,7 @@ static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer, std::s
     HOSTCOMMAND command;
     if (!ParseHostCommand(line, &command, &tour->reason))
         return false;
-    CallOnWindow(tour->app, [&] { *answer = SendHostCommand(&tour->app->router, command); });
+    CallOnWindow(&tour->app->window, [&] { *answer = SendHostCommand(&tour->app->plugin.router, command); });
     *text = DescribeHostAnswer(command, *answer);
     ConsoleLine("  " + line + ": " + *text);
     tour->reason = "the plug-in did not answer the host's command '" + line + "'";
@@ -200,10 +200,10 @@ static STEPRESULT StepStop(TOUR *tour)
 {
     HOSTAPP *app = tour->app;
     int result = 0;
-    CallOnWindow(app, [&] { result = StopRunningPlugin(app); });
+    CallOnWindow(&app->window, [&] { result = StopRunningPlugin(&app->plugin, app->monitors); });
     if (result != 1)
         return FailStep(tour, Format("the plug-in's stop gave %d", result));
-    if (!HasNotice(&app->router, HOST_NOTICE_STOPPED))
+    if (!HasNotice(&app->plugin.router, HOST_NOTICE_STOPPED))
         return FailStep(tour, "the plug-in did not tell that it has stopped");
     bool haveLocks = false;
     for (int i = 0; i < TourMonitorCount(tour); i++) {
@@ -251,7 +251,7 @@ bool PrepareTour(HOSTAPP *app, std::string *error)
         return false;
     // Where the dialogs that open a file begin.
     SetCurrentDirectoryW(Widen(ProgramFolder()).c_str());
-    if (InstallTourClock(app->plugin.hModule))
+    if (InstallTourClock(app->plugin.library.hModule))
         return true;
     *error = "the plug-in asks nobody for the local time, so the tour cannot set its clock";
     return false;
@@ -303,12 +303,12 @@ void RunTour(HOSTAPP *app, const std::string &folder)
     std::vector<std::string> seen;
     for (size_t i = 0; i < ARRAYSIZE(s_steps); i++) {
         if (!RunStep(&tour, i)) {
-            EndHost(app, 1);
+            EndHost(&app->window, 1);
             return;
         }
         seen.push_back(tour.seen);
     }
     PrintSummary(seen);
     ConsoleLine("The tour is over.");
-    EndHost(app, 0);
+    EndHost(&app->window, 0);
 }

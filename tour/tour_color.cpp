@@ -108,7 +108,7 @@ STEPRESULT StepProfile(TOUR *tour)
     if (!ChooseInCombo(tour, FindPage(), IDC_COLOR_PROFILE_COMBO, SECOND_PROFILE, "the list of profiles"))
         return STEP_FAILED;
     // The page writes one value after the other.
-    WaitUntil([&] { return IsLinkQuiet(&tour->app->router, QUIET_TIME); });
+    WaitUntil([&] { return IsLinkQuiet(&tour->app->plugin.router, QUIET_TIME); });
     const MONITORSTATE after = State(tour);
     if (DescribeChange(before, after).empty())
         return FailStep(tour, "the profile changed nothing in the monitor");
@@ -121,7 +121,7 @@ STEPRESULT StepProfile(TOUR *tour)
 
 static bool HasEco(const TOUR *tour)
 {
-    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->plugin.router);
     return monitors.size() > MONITOR &&
            FindCapabilityCode(CapabilityCodes(monitors[MONITOR].capabilities), VCP_ECO_MODE) != nullptr;
 }
@@ -132,7 +132,7 @@ static STEPRESULT ShowNoEco(TOUR *tour)
     const MONITORSTATE before = State(tour);
     if (!ClickControl(tour, FindPage(), IDC_COLOR_ECO, "the ECO button"))
         return STEP_FAILED;
-    WaitUntil([&] { return IsLinkQuiet(&tour->app->router, QUIET_TIME); });
+    WaitUntil([&] { return IsLinkQuiet(&tour->app->plugin.router, QUIET_TIME); });
     const MONITORSTATE after = State(tour);
     if (!DescribeChange(before, after).empty() || !AgreesWithPage(after))
         return FailStep(tour, "a click on the ECO button of a monitor without that mode changed " +

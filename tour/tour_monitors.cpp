@@ -15,7 +15,7 @@ static decltype(&StandInFeature) FindStandIn()
 
 bool FindTourMonitors(const HOSTAPP *app, std::string *error)
 {
-    if (!app->simulation.monitors.empty() || FindStandIn())
+    if (!app->monitors.simulation.monitors.empty() || FindStandIn())
         return true;
     *error = "a tour plays with its monitors' values, so it needs simulated ones: --monitors names them";
     return false;
@@ -23,7 +23,7 @@ bool FindTourMonitors(const HOSTAPP *app, std::string *error)
 
 bool HaveMonitorWindows(const TOUR *tour)
 {
-    return !tour->app->simulation.monitors.empty();
+    return !tour->app->monitors.simulation.monitors.empty();
 }
 
 // Both 0 when the monitor has no such code.
@@ -44,7 +44,7 @@ static bool HasCode(int monitor, BYTE code)
 int TourMonitorCount(const TOUR *tour)
 {
     if (HaveMonitorWindows(tour))
-        return static_cast<int>(tour->app->simulation.monitors.size());
+        return static_cast<int>(tour->app->monitors.simulation.monitors.size());
     int count = 0;
     while (HasCode(count, VCP_BRIGHTNESS))
         count++;
@@ -54,7 +54,7 @@ int TourMonitorCount(const TOUR *tour)
 MONITORSTATE TourMonitor(const TOUR *tour, int monitor)
 {
     if (HaveMonitorWindows(tour))
-        return GetMonitorState(&tour->app->simulation, monitor);
+        return GetMonitorState(&tour->app->monitors.simulation, monitor);
     MONITORSTATE state = {};
     state.powered = !HasCode(monitor, VCP_POWER_MODE) || StandInLevel(monitor, VCP_POWER_MODE).value == POWER_MODE_ON;
     state.eco = StandInLevel(monitor, VCP_ECO_MODE).value != 0;
@@ -69,7 +69,7 @@ MONITORSTATE TourMonitor(const TOUR *tour, int monitor)
     state.gains[0] = StandInLevel(monitor, VCP_RED_GAIN);
     state.gains[1] = StandInLevel(monitor, VCP_GREEN_GAIN);
     state.gains[2] = StandInLevel(monitor, VCP_BLUE_GAIN);
-    const std::vector<WIREMONITOR> wire = CopyWireMonitors(&tour->app->router);
+    const std::vector<WIREMONITOR> wire = CopyWireMonitors(&tour->app->plugin.router);
     state.directLink = static_cast<size_t>(monitor) < wire.size() && wire[static_cast<size_t>(monitor)].directLink;
     return state;
 }

@@ -301,7 +301,7 @@ static bool OpenMenu(TOUR *tour)
     }
     if (!ParkMouse(tour))
         return false;
-    PostMessageW(tour->app->hWnd, WM_TRAY, 0, WM_RBUTTONUP);
+    PostMessageW(tour->app->window.hWnd, WM_TRAY, 0, WM_RBUTTONUP);
     return true;
 }
 
@@ -371,7 +371,7 @@ STEPRESULT StepReopenPanel(TOUR *tour)
         return STEP_FAILED;
     if (!WaitUntil([] { return !FindPanel(); }))
         return FailStep(tour, "the panel's close box does not close it");
-    PostMessageW(tour->app->hWnd, WM_TRAY, 0, WM_LBUTTONDBLCLK);
+    PostMessageW(tour->app->window.hWnd, WM_TRAY, 0, WM_LBUTTONDBLCLK);
     if (!WaitForPanel(tour))
         return STEP_FAILED;
     tour->seen = "closed by its close box; a double click opened it anew, on monitor 1";

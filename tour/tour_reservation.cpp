@@ -18,7 +18,7 @@ constexpr DWORD SWITCH_PATIENCE = 10000; // ms: the plug-in looks every second, 
 // A monitor with a tuner, for which the page exists, that can show video and does not; -1 without one.
 static int FindTvMonitor(const TOUR *tour)
 {
-    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->plugin.router);
     for (size_t i = 0; i < monitors.size(); i++) {
         const auto &inputs = monitors[i].inputs;
         bool tuner = false;

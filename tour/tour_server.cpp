@@ -114,7 +114,7 @@ static bool CarryOut(TOUR *tour, const std::string &command)
 static const INPUTWORD *OtherInput(const TOUR *tour)
 {
     const WORD shown = TourMonitor(tour, 0).input;
-    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->router);
+    const std::vector<WIREMONITOR> monitors = CopyWireMonitors(&tour->app->plugin.router);
     for (const INPUTWORD &input : s_inputs)
         if (!monitors.empty() && monitors[0].hasInputs && monitors[0].inputs[input.value] && input.value != shown)
             return &input;

@@ -10,8 +10,7 @@
 #include "host/base/program_path.h"
 #include "host/base/resource.h"
 #include "host/base/text.h"
-#include "host/host_monitors.h"
-#include "host/host_window.h"
+#include "host/host_app.h"
 #include "host/tests/support/fake_plugin.h"
 #include "host/tests/support/fake_shell.h"
 #include "monitor/vcp_codes.h"
@@ -97,14 +96,14 @@ protected:
     {
         if (!thread.joinable())
             return;
-        EndHost(app.get(), 0);
+        EndHost(&app->window, 0);
         thread.join();
         EXPECT_EQ(status, 0);
     }
 
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0)
     {
-        return SendMessageW(app->hWnd, message, wParam, lParam);
+        return SendMessageW(app->window.hWnd, message, wParam, lParam);
     }
 
     void SendFromPlugin(WORD command, WORD code, const std::vector<BYTE> &payload)
@@ -121,7 +120,7 @@ protected:
         return isSo;
     }
 
-    int Brightness() const { return GetMonitorState(&app->simulation, 0).brightness.value; }
+    int Brightness() const { return GetMonitorState(&app->monitors.simulation, 0).brightness.value; }
 
     std::string folder;
     std::unique_ptr<HOSTAPP> app;
@@ -135,7 +134,9 @@ TEST_F(HostApp, HasItsIconAsSoonAsThereIsAPlaceForIt)
 {
     ResetFakeShell(2, false);
     Start();
-    CallOnWindow(app.get(), [this] { TellUser(&app->notices, app->hWnd, app->hasTray, {L"T", L"text", true}); });
+    CallOnWindow(&app->window, [this] {
+        TellUser(&app->tray.notices, app->window.hWnd, app->tray.isThere, {L"T", L"text", true});
+    });
     const auto isThere = [this] {
         Send(WM_TIMER, TIMER_TRAY);
         return LookAtIcon().isThere;
@@ -159,7 +160,7 @@ TEST_F(HostApp, TakesAnIconThatWasThoughtRefusedForShown)
     ResetFakeShell(1, true);
     Start();
     EXPECT_TRUE(LookAtIcon().isThere);
-    CallOnWindow(app.get(), [this] { EXPECT_TRUE(app->hasTray); });
+    CallOnWindow(&app->window, [this] { EXPECT_TRUE(app->tray.isThere); });
 }
 
 TEST(Balloon, HasWhatTheShellCanTake)
@@ -220,7 +221,7 @@ TEST_F(HostApp, LetsAProgramThatHasItPrepareAndBegin)
     Start([](HOSTAPP *host) {
         host->prepare = [](HOSTAPP *, std::string *) { return Note("prepare ") == 1; };
         host->begin = [](HOSTAPP *) { Note("begin "); };
-        host->keepsMonitors = true;
+        host->reload.keepsMonitors = true;
     });
     ASSERT_TRUE(WaitForSlots("prepare start begin "));
     Send(WM_COMMAND, IDM_DETECT_MONITORS);
@@ -257,16 +258,17 @@ TEST_F(HostApp, TakesUpAMonitorThatIsPlugged)
     Start();
     SendFromPlugin(HOST_NOTICE, HOST_NOTICE_STARTED, {});
     Send(WM_DISPLAYCHANGE); // without a change, as a look in passing
-    app->simulation.monitors[0].features[VCP_BRIGHTNESS].value = 33;
+    app->monitors.simulation.monitors[0].features[VCP_BRIGHTNESS].value = 33;
     Describe("2", "");
     Send(WM_DISPLAYCHANGE);
     ASSERT_TRUE(WaitForSlots("start stop start "));
     EXPECT_TRUE(WaitUntil([] { return LookAtIcon().balloons == 1; }, LONG_ENOUGH));
     EXPECT_EQ(std::wstring(LookAtIcon().balloon.szInfo), L"2 台のモニタを検出しました。");
-    CallOnWindow(app.get(), [this] {
-        EXPECT_EQ(MonitorsInUse(app.get()).size(), 2u);
+    CallOnWindow(&app->window, [this] {
+        EXPECT_EQ(MonitorsInUse(&app->monitors).size(), 2u);
         EXPECT_EQ(Brightness(), 33) << "the one that stayed is as it was";
-        EXPECT_FALSE(HasNotice(&app->router, HOST_NOTICE_STARTED)) << "what the former plug-in said is forgotten";
+        EXPECT_FALSE(HasNotice(&app->plugin.router, HOST_NOTICE_STARTED))
+            << "what the former plug-in said is forgotten";
     });
     EXPECT_TRUE(WaitUntil([] { return ReceivedCount() == 2; }, LONG_ENOUGH)) << "greeted again";
     EXPECT_EQ(LookAtIcon().adds, 1) << "the icon has stayed";
@@ -276,8 +278,8 @@ TEST_F(HostApp, TakesUpAMonitorThatIsPlugged)
     Describe("1", "[vcp]\n10 = 70 / 100\n");
     Send(WM_COMMAND, IDM_DETECT_MONITORS);
     ASSERT_TRUE(WaitForSlots("start stop start stop start "));
-    CallOnWindow(app.get(), [this] {
-        EXPECT_EQ(MonitorsInUse(app.get()).size(), 1u);
+    CallOnWindow(&app->window, [this] {
+        EXPECT_EQ(MonitorsInUse(&app->monitors).size(), 1u);
         EXPECT_EQ(Brightness(), 70);
     });
 }
@@ -290,7 +292,7 @@ TEST_F(HostApp, KeepsItsMonitorsWhenNothingCanBeSaid)
     Send(WM_DISPLAYCHANGE);
     Send(WM_COMMAND, IDM_DETECT_MONITORS);
     ASSERT_TRUE(WaitForSlots("start stop start ")) << "by the user's wish, not by the event";
-    CallOnWindow(app.get(), [this] { EXPECT_EQ(MonitorsInUse(app.get()).size(), 1u); });
+    CallOnWindow(&app->window, [this] { EXPECT_EQ(MonitorsInUse(&app->monitors).size(), 1u); });
 }
 
 TEST_F(HostApp, OpensThePanelAgainOnceThePluginHasStarted)
@@ -325,7 +327,7 @@ TEST_F(HostApp, SaysWhenThePluginIsGoneAndTriesAgain)
     };
     EXPECT_TRUE(WaitUntil(isTold, LONG_ENOUGH));
     Send(WM_COMMAND, IDM_ABOUT);
-    CallOnWindow(app.get(), [this] { OpenPanel(app.get()); });
+    CallOnWindow(&app->window, [this] { OpenPanel(&app->plugin); });
     EXPECT_EQ(Slots(), "start stop ") << "nothing is called that is not there";
     g_FakePlugin.exportResult = 1;
     Send(WM_COMMAND, IDM_DETECT_MONITORS);
@@ -352,7 +354,7 @@ TEST_F(HostApp, SwitchesTheStartAtLogOnFromTheMenu)
             EXPECT_TRUE(IsAutostartOn(ProgramPath()));
             Send(WM_COMMAND, IDM_AUTOSTART);
         } else {
-            PostMessageW(app->hWnd, WM_COMMAND, IDM_AUTOSTART, 0);
+            PostMessageW(app->window.hWnd, WM_COMMAND, IDM_AUTOSTART, 0);
             HWND box = nullptr;
             EXPECT_TRUE(WaitUntil([&] { return (box = FindWindowW(L"#32770", L"Trayhub")) != nullptr; }, LONG_ENOUGH));
             PostMessageW(box, WM_COMMAND, IDOK, 0);

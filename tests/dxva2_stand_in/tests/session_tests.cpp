@@ -34,7 +34,7 @@ protected:
             DeleteFileW(Widen(ProgramFolder() + left).c_str());
         ASSERT_TRUE(OpenTourSettings(&error)) << error;
         thread = std::thread([this] { status = RunHost(app.get()); });
-        ASSERT_TRUE(WaitUntil([this] { return HasNotice(&app->router, HOST_NOTICE_STARTED); }, LONG_ENOUGH));
+        ASSERT_TRUE(WaitUntil([this] { return HasNotice(&app->plugin.router, HOST_NOTICE_STARTED); }, LONG_ENOUGH));
         WaitUntilQuiet();
     }
 
@@ -42,7 +42,7 @@ protected:
     {
         if (!thread.joinable())
             return;
-        EndHost(app.get(), 0);
+        EndHost(&app->window, 0);
         thread.join();
         CloseTourSettings();
         EXPECT_EQ(status, 0);
@@ -50,7 +50,7 @@ protected:
 
     void WaitUntilQuiet()
     {
-        EXPECT_TRUE(WaitUntil([this] { return IsLinkQuiet(&app->router, QUIET_TIME); }, LONG_ENOUGH));
+        EXPECT_TRUE(WaitUntil([this] { return IsLinkQuiet(&app->plugin.router, QUIET_TIME); }, LONG_ENOUGH));
     }
 
     std::string Command(const char *text)
@@ -59,13 +59,13 @@ protected:
         std::string error;
         HOSTANSWER answer;
         EXPECT_TRUE(ParseHostCommand(text, &command, &error)) << error;
-        CallOnWindow(app.get(), [&] { answer = SendHostCommand(&app->router, command); });
+        CallOnWindow(&app->window, [&] { answer = SendHostCommand(&app->plugin.router, command); });
         return DescribeHostAnswer(command, answer);
     }
 
     void OpenColorPage()
     {
-        CallOnWindow(app.get(), [this] { app->plugin.slots[PLUGIN_SLOT_OPEN_PANEL](nullptr); });
+        CallOnWindow(&app->window, [this] { app->plugin.library.slots[PLUGIN_SLOT_OPEN_PANEL](nullptr); });
         ASSERT_TRUE(WaitUntil([] { return FindPanel() && TreeTexts().size() > 3; }, LONG_ENOUGH));
         ChooseColorPage();
     }
@@ -130,7 +130,7 @@ TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
     OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
     g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 3);
     ASSERT_NO_FATAL_FAILURE(Start());
-    EXPECT_EQ(CopyWireMonitors(&app->router)[0].name, "ALPHA");
+    EXPECT_EQ(CopyWireMonitors(&app->plugin.router)[0].name, "ALPHA");
     EXPECT_EQ(Command("count"), "2 monitors");
     EXPECT_EQ(Command("set-vcp 10 77"), "brightness (0x10): 77 of 100");
     ASSERT_NO_FATAL_FAILURE(OpenColorPage());
@@ -174,11 +174,11 @@ TEST_F(HostOnRealMonitors, AreTakenUpAnewWithThePanelOpen)
     Start();
     EXPECT_EQ(Command("count"), "1 monitors");
     OpenColorPage();
-    const HWND host = app->hWnd, panel = FindPanel();
+    const HWND host = app->window.hWnd, panel = FindPanel();
     g_StandIn.set(1, STANDIN_GONE, 0);
     PostMessageW(host, WM_DISPLAYCHANGE, 0, 0);
     EXPECT_TRUE(WaitForAnotherPanel(panel)) << "it comes by itself";
-    EXPECT_EQ(app->hWnd, host);
+    EXPECT_EQ(app->window.hWnd, host);
     WaitUntilQuiet();
     EXPECT_EQ(Command("count"), "2 monitors");
     ChooseColorPage();
