@@ -1,156 +1,130 @@
-// Reads the text file that describes a simulated monitor, line by line, so that a fault can be named by its line.
+// Reads the text file that describes a simulated monitor: its tables of keys, and what each key says.
 #include "host/simulated/monitor_file.h"
 
 #include <algorithm>
-#include <initializer_list>
 
+#include "host/base/ini_reader.h"
 #include "host/base/text.h"
 #include "kernel/link/host_protocol.h"
 
 constexpr size_t MONITOR_FILE_LIMIT = 64 * 1024;
 
 // What the lines read so far amount to.
-struct PARSESTATE {
+struct DESCRIPTION {
     MONITORFILE *file;
-    std::string section;
     std::string edidHex;
     EDIDFACTS edid;
-    std::vector<std::string> seen; // "section/key" of every key so far
-    std::string reason;            // why the present line is wrong
 };
 
-static bool Fail(PARSESTATE *state, const std::string &reason)
+static DESCRIPTION *From(void *context)
 {
-    state->reason = reason;
-    return false;
+    return static_cast<DESCRIPTION *>(context);
 }
 
-static bool IsPrintableAscii(std::string_view text)
+// ---- [monitor] ------------------------------------------------------------------------------------------------------
+
+static bool TakeModel(void *context, const INILINE &line, std::string *reason)
 {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    return ReadIniText(line.value, HOST_NAME_SIZE, "a model name", &From(context)->file->model, reason);
 }
 
-// ---- Values ---------------------------------------------------------------------------------------------------------
-
-static bool ReadAscii(PARSESTATE *state, std::string_view value, size_t limit, const char *what, std::string *text)
+static bool TakeCapabilities(void *context, const INILINE &line, std::string *reason)
 {
-    if (value.empty() || value.size() > limit || !IsPrintableAscii(value))
-        return Fail(state, Format("%s is 1 to %u printable ASCII characters", what, static_cast<unsigned>(limit)));
-    *text = value;
-    return true;
+    return ReadIniCapabilities(line.value, &From(context)->file->capabilities, reason);
 }
 
-static bool ReadLimited(PARSESTATE *state, std::string_view value, unsigned low, unsigned high, const char *what,
-                        unsigned *number)
-{
-    if (!ParseNumber(value, 10, high, number) || *number < low)
-        return Fail(state, Format("%s is a number from %u to %u", what, low, high));
-    return true;
-}
-
-static bool ReadDelay(PARSESTATE *state, std::string_view value, int *delay)
+static bool ReadDelay(std::string_view value, int *delay, std::string *reason)
 {
     unsigned number = 0;
-    if (!ReadLimited(state, value, 0, MONITOR_DELAY_LIMIT, "a delay in milliseconds", &number))
+    if (!ReadIniNumber(value, 0, MONITOR_DELAY_LIMIT, "a delay in milliseconds", &number, reason))
         return false;
     *delay = static_cast<int>(number);
     return true;
 }
 
-static bool ReadYesNo(PARSESTATE *state, std::string_view value, bool *yes)
+static bool TakeDelay(void *context, const INILINE &line, std::string *reason)
 {
-    *yes = EqualNoCase(value, "yes");
-    return *yes || EqualNoCase(value, "no") || Fail(state, "the value is yes or no");
+    return ReadDelay(line.value, &From(context)->file->delay, reason);
 }
 
-// ---- [monitor] ------------------------------------------------------------------------------------------------------
-
-// A long string may be given in pieces: each further line of this key is appended.
-static bool ReadCapabilities(PARSESTATE *state, std::string_view value)
+static bool TakeAnswers(void *context, const INILINE &line, std::string *reason)
 {
-    if (!IsPrintableAscii(value))
-        return Fail(state, "a capability string is printable ASCII text");
-    state->file->capabilities += value;
-    if (state->file->capabilities.size() >= HOST_CAPABILITIES_SIZE)
-        return Fail(state, Format("the capability string is longer than %lu characters", HOST_CAPABILITIES_SIZE - 1));
-    return true;
+    const bool no = EqualNoCase(line.value, "no");
+    From(context)->file->silent = no;
+    return no || EqualNoCase(line.value, "yes") || RefuseIni(reason, "the value is yes or no");
 }
 
-static bool ReadLabel(PARSESTATE *state, std::string_view key, std::string_view value)
+static bool TakeLabel(void *context, const INILINE &line, std::string *reason)
 {
-    const int number = key.size() == 7 ? key[6] - '0' : 0;
+    const int number = line.keyEnd.size() == 1 ? line.keyEnd[0] - '0' : 0;
     if (number < 1 || number > MONITOR_BUTTON_COUNT)
-        return Fail(state, Format("buttons are button1 to button%d", MONITOR_BUTTON_COUNT));
-    if (Widen(value).size() > 15)
-        return Fail(state, "a button's label is up to 15 characters");
-    state->file->labels[static_cast<size_t>(number - 1)] = value;
+        return RefuseIni(reason, Format("buttons are button1 to button%d", MONITOR_BUTTON_COUNT));
+    if (Widen(line.value).size() > 15)
+        return RefuseIni(reason, "a button's label is up to 15 characters");
+    From(context)->file->labels[static_cast<size_t>(number - 1)] = line.value;
     return true;
 }
 
-static bool ReadMonitorKey(PARSESTATE *state, std::string_view key, std::string_view value)
-{
-    MONITORFILE *file = state->file;
-    if (EqualNoCase(key, "model"))
-        return ReadAscii(state, value, HOST_NAME_SIZE, "a model name", &file->model);
-    if (EqualNoCase(key, "capabilities"))
-        return ReadCapabilities(state, value);
-    if (EqualNoCase(key, "delay"))
-        return ReadDelay(state, value, &file->delay);
-    if (EqualNoCase(key, "answers")) {
-        bool answers = true;
-        const bool read = ReadYesNo(state, value, &answers);
-        file->silent = !answers;
-        return read;
-    }
-    if (EqualNoCase(key.substr(0, 6), "button"))
-        return ReadLabel(state, key, value);
-    return Fail(state, Format("'%s' is no key of [monitor] (model, capabilities, delay, answers, button1 ...)",
-                              std::string(key).c_str()));
-}
+static const INIKEY s_monitorKeys[] = {
+    {"model", KEY_ONCE, TakeModel},   {"capabilities", KEY_REPEATS, TakeCapabilities},
+    {"delay", KEY_ONCE, TakeDelay},   {"answers", KEY_ONCE, TakeAnswers},
+    {"button*", KEY_ONCE, TakeLabel},
+};
 
 // ---- [edid] ---------------------------------------------------------------------------------------------------------
 
-static bool ReadMaker(PARSESTATE *state, std::string_view value)
+// In pieces, as a capability string may be.
+static bool TakeData(void *context, const INILINE &line, std::string *)
 {
-    const bool good =
-        value.size() == 3 && std::all_of(value.begin(), value.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-    if (!good)
-        return Fail(state, "a maker is three capital letters");
-    state->edid.maker = value;
+    From(context)->edidHex += std::string(line.value) + " ";
     return true;
+}
+
+static bool TakeMaker(void *context, const INILINE &line, std::string *reason)
+{
+    const std::string_view maker = line.value;
+    if (maker.size() != 3 || !std::all_of(maker.begin(), maker.end(), [](char c) { return c >= 'A' && c <= 'Z'; }))
+        return RefuseIni(reason, "a maker is three capital letters");
+    From(context)->edid.maker = maker;
+    return true;
+}
+
+static bool TakeProduct(void *context, const INILINE &line, std::string *reason)
+{
+    return ReadIniNumber(line.value, 0, 0xFFFF, "a product number", &From(context)->edid.product, reason);
+}
+
+static bool TakeSerial(void *context, const INILINE &line, std::string *reason)
+{
+    return ReadIniNumber(line.value, 0, 0xFFFFFFFF, "a serial number", &From(context)->edid.serial, reason);
+}
+
+static bool TakeYear(void *context, const INILINE &line, std::string *reason)
+{
+    return ReadIniNumber(line.value, 1990, 2245, "a year", &From(context)->edid.year, reason);
 }
 
 // "38 x 30", in centimetres.
-static bool ReadSize(PARSESTATE *state, std::string_view value)
+static bool TakeSize(void *context, const INILINE &line, std::string *reason)
 {
-    const std::vector<std::string> sides = SplitAt(value, 'x');
-    if (sides.size() != 2 || !ParseNumber(sides[0], 10, 255, &state->edid.widthCm) ||
-        !ParseNumber(sides[1], 10, 255, &state->edid.heightCm) || !state->edid.widthCm || !state->edid.heightCm)
-        return Fail(state, "a size is WIDTH x HEIGHT in centimetres, each from 1 to 255");
+    const std::vector<std::string> sides = SplitAt(line.value, 'x');
+    EDIDFACTS *edid = &From(context)->edid;
+    if (sides.size() != 2 || !ParseNumber(sides[0], 10, 255, &edid->widthCm) ||
+        !ParseNumber(sides[1], 10, 255, &edid->heightCm) || !edid->widthCm || !edid->heightCm)
+        return RefuseIni(reason, "a size is WIDTH x HEIGHT in centimetres, each from 1 to 255");
     return true;
 }
 
-static bool ReadEdidKey(PARSESTATE *state, std::string_view key, std::string_view value)
+static bool TakeName(void *context, const INILINE &line, std::string *reason)
 {
-    if (EqualNoCase(key, "data")) { // in pieces, as a capability string may be
-        state->edidHex += std::string(value) + " ";
-        return true;
-    }
-    if (EqualNoCase(key, "maker"))
-        return ReadMaker(state, value);
-    if (EqualNoCase(key, "product"))
-        return ReadLimited(state, value, 0, 0xFFFF, "a product number", &state->edid.product);
-    if (EqualNoCase(key, "serial"))
-        return ReadLimited(state, value, 0, 0xFFFFFFFF, "a serial number", &state->edid.serial);
-    if (EqualNoCase(key, "year"))
-        return ReadLimited(state, value, 1990, 2245, "a year", &state->edid.year);
-    if (EqualNoCase(key, "size"))
-        return ReadSize(state, value);
-    if (EqualNoCase(key, "name"))
-        return ReadAscii(state, value, 13, "a name in the EDID", &state->edid.name);
-    return Fail(state, Format("'%s' is no key of [edid] (data, or maker, product, serial, year, size, name)",
-                              std::string(key).c_str()));
+    return ReadIniText(line.value, 13, "a name in the EDID", &From(context)->edid.name, reason);
 }
+
+static const INIKEY s_edidKeys[] = {
+    {"data", KEY_REPEATS, TakeData},  {"maker", KEY_ONCE, TakeMaker}, {"product", KEY_ONCE, TakeProduct},
+    {"serial", KEY_ONCE, TakeSerial}, {"year", KEY_ONCE, TakeYear},   {"size", KEY_ONCE, TakeSize},
+    {"name", KEY_ONCE, TakeName},
+};
 
 // ---- [vcp] ----------------------------------------------------------------------------------------------------------
 
@@ -168,15 +142,15 @@ static const struct {
     {"hides-locked", &MONITORFEATURE::hidesLocked},
 };
 
-static bool ReadQuirk(PARSESTATE *state, const std::string &text, MONITORFEATURE *feature)
+static bool ReadQuirk(const std::string &text, MONITORFEATURE *feature, std::string *reason)
 {
     const std::vector<std::string> words = SplitWords(text);
     if (words.size() == 2 && words[0] == "delay")
-        return ReadDelay(state, words[1], &feature->delay);
+        return ReadDelay(words[1], &feature->delay, reason);
     if (words.size() == 2 && words[0] == "eco") {
         unsigned value = 0;
         if (!ParseNumber(words[1], 10, feature->maximum, &value))
-            return Fail(state, "the value in ECO mode is a number up to the maximum");
+            return RefuseIni(reason, "the value in ECO mode is a number up to the maximum");
         feature->ecoValue = static_cast<int>(value);
         return true;
     }
@@ -189,103 +163,74 @@ static bool ReadQuirk(PARSESTATE *state, const std::string &text, MONITORFEATURE
     std::string known = "eco N, delay MS";
     for (const auto &quirk : s_quirks)
         known += std::string(", ") + quirk.word;
-    return Fail(state, Format("'%s' is no quirk (%s)", text.c_str(), known.c_str()));
+    return RefuseIni(reason, Format("'%s' is no quirk (%s)", text.c_str(), known.c_str()));
 }
 
 // "10 = 80 / 100, eco 45": the code, the value and the maximum, then quirks.
-static bool ReadFeature(PARSESTATE *state, std::string_view key, std::string_view value)
+static bool TakeFeature(void *context, const INILINE &line, std::string *reason)
 {
     MONITORFEATURE feature = {};
     feature.ecoValue = feature.delay = -1;
     unsigned code = 0;
-    if (!ParseNumber(key, 16, 0xFF, &code))
-        return Fail(state, Format("'%s' is no VCP code (two hexadecimal digits)", std::string(key).c_str()));
+    if (!ParseNumber(line.key, 16, 0xFF, &code))
+        return RefuseIni(reason, Format("'%s' is no VCP code (two hexadecimal digits)", std::string(line.key).c_str()));
     feature.code = static_cast<BYTE>(code);
 
-    const std::vector<std::string> parts = SplitAt(value, ',');
+    const std::vector<std::string> parts = SplitAt(line.value, ',');
     const std::vector<std::string> numbers = SplitAt(parts.empty() ? "" : parts[0], '/');
     unsigned current = 0, maximum = 0;
     if (numbers.size() != 2 || !ParseNumber(numbers[0], 10, 0xFFFF, &current) ||
         !ParseNumber(numbers[1], 10, 0xFFFF, &maximum))
-        return Fail(state, "a VCP code has VALUE / MAXIMUM, each a number up to 65535");
+        return RefuseIni(reason, "a VCP code has VALUE / MAXIMUM, each a number up to 65535");
     if (current > maximum)
-        return Fail(state, "the value is above the maximum");
+        return RefuseIni(reason, "the value is above the maximum");
     feature.value = static_cast<WORD>(current);
     feature.maximum = static_cast<WORD>(maximum);
     for (size_t i = 1; i < parts.size(); i++)
-        if (!ReadQuirk(state, parts[i], &feature))
+        if (!ReadQuirk(parts[i], &feature, reason))
             return false;
-    state->file->features.push_back(feature);
+    From(context)->file->features.push_back(feature);
     return true;
 }
 
-// ---- Lines ----------------------------------------------------------------------------------------------------------
+static const INIKEY s_vcpKeys[] = {{"*", KEY_ONCE_0X, TakeFeature}};
 
-// A key stands once, but for those whose lines are appended to each other. VCP codes count by their number.
-static bool NoteKey(PARSESTATE *state, std::string_view key)
+// ---- The whole ------------------------------------------------------------------------------------------------------
+
+static const struct {
+    const char *title;
+    INISECTION section;
+} s_sections[] = {
+    {"[monitor]", {s_monitorKeys, "'%s' is no key of [monitor] (model, capabilities, delay, answers, button1 ...)"}},
+    {"[edid]", {s_edidKeys, "'%s' is no key of [edid] (data, or maker, product, serial, year, size, name)"}},
+    {"[vcp]", {s_vcpKeys, "'%s' is no VCP code (two hexadecimal digits)"}},
+};
+
+static const INISECTION *FindSection(void *, std::string_view line, std::string *reason)
 {
-    unsigned code = 0;
-    std::string name(key);
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(tolower(c)); });
-    if (name == "capabilities" || name == "data")
-        return true;
-    if (state->section == "vcp" && ParseNumber(key, 16, 0xFF, &code))
-        name = Format("%02x", code);
-    name = state->section + "/" + name;
-    if (std::find(state->seen.begin(), state->seen.end(), name) != state->seen.end())
-        return Fail(state, Format("'%s' stands here a second time", std::string(key).c_str()));
-    state->seen.push_back(name);
-    return true;
+    for (const auto &entry : s_sections)
+        if (EqualNoCase(line, entry.title))
+            return &entry.section;
+    RefuseIni(reason, Format("'%s' is no section ([monitor], [edid], [vcp])", std::string(line).c_str()));
+    return nullptr;
 }
 
-static bool ReadSection(PARSESTATE *state, std::string_view line)
+// What only the whole file can show.
+static bool Finish(DESCRIPTION *description, std::string *reason)
 {
-    for (const char *section : {"monitor", "edid", "vcp"}) {
-        if (EqualNoCase(line, Format("[%s]", section))) {
-            state->section = section;
-            return true;
-        }
-    }
-    return Fail(state, Format("'%s' is no section ([monitor], [edid], [vcp])", std::string(line).c_str()));
-}
-
-static bool ReadLine(PARSESTATE *state, std::string_view line)
-{
-    line = Trim(line);
-    if (line.empty() || line[0] == ';' || line[0] == '#')
-        return true;
-    if (line[0] == '[')
-        return ReadSection(state, line);
-    const size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
-        return Fail(state, "a line is a [section], KEY = VALUE, or a comment after ';'");
-    const std::string_view key = Trim(line.substr(0, equals)), value = Trim(line.substr(equals + 1));
-    if (state->section.empty())
-        return Fail(state, "a key stands before the first [section]");
-    if (!NoteKey(state, key))
-        return false;
-    if (state->section == "monitor")
-        return ReadMonitorKey(state, key, value);
-    return state->section == "edid" ? ReadEdidKey(state, key, value) : ReadFeature(state, key, value);
-}
-
-// What only the whole file can show; named by its last line.
-static bool Finish(PARSESTATE *state)
-{
-    MONITORFILE *file = state->file;
+    MONITORFILE *file = description->file;
     if (file->model.empty())
-        return Fail(state, "the file ends without a model in [monitor]");
+        return RefuseIni(reason, "the file ends without a model in [monitor]");
     if (file->capabilities.empty())
-        return Fail(state, "the file ends without capabilities in [monitor]");
-    if (state->edidHex.empty()) {
-        if (state->edid.name.empty())
-            state->edid.name = file->model;
-        file->edid = MakeEdid(state->edid);
+        return RefuseIni(reason, "the file ends without capabilities in [monitor]");
+    if (description->edidHex.empty()) {
+        if (description->edid.name.empty())
+            description->edid.name = file->model;
+        file->edid = MakeEdid(description->edid);
         return true;
     }
-    const char *reason = ReadEdidHex(state->edidHex, &file->edid);
-    return !reason || Fail(state, reason);
+    const char *fault = ReadEdidHex(description->edidHex, &file->edid);
+    return !fault || RefuseIni(reason, fault);
 }
 
 bool ParseMonitorFile(const std::string &text, const std::string &path, MONITORFILE *file, std::string *error)
@@ -293,18 +238,14 @@ bool ParseMonitorFile(const std::string &text, const std::string &path, MONITORF
     *file = {};
     file->path = path;
     file->digest = std::hash<std::string>()(text);
-    PARSESTATE state = {file, {}, {}, {"NRV", 1, 1, 2003, 38, 30, {}}, {}, {}};
-    int number = 0;
-    bool good = true;
-    for (const std::string_view line : SplitLines(text)) {
-        number++;
-        good = ReadLine(&state, line);
-        if (!good)
-            break;
-    }
-    if (good && Finish(&state))
+    DESCRIPTION description = {file, {}, {"NRV", 1, 1, 2003, 38, 30, {}}};
+    std::vector<INIFAULT> faults = ReadIni(text, FindSection, 1, &description);
+    std::string reason;
+    if (faults.empty() && !Finish(&description, &reason)) // named by the last line
+        faults.push_back({std::max(1, static_cast<int>(SplitLines(text).size())), reason});
+    if (faults.empty())
         return true;
-    *error = Format("%s:%d: %s", path.c_str(), number ? number : 1, state.reason.c_str());
+    *error = Format("%s:%d: ", path.c_str(), faults[0].line) + faults[0].reason;
     return false;
 }
 

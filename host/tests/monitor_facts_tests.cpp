@@ -199,6 +199,7 @@ TEST(Overrides, FaultyLinesAreNamedAndTheRestHolds)
         {"maximum 10 = 0", "1 to 65535"}, {"maximum 10 = 65536", "1 to 65535"},
         {"never =", "no VCP code"},       {"never = 04 100", "two hexadecimal"},
         {"colour = red", "no key"},       {"model", "KEY = VALUE"},
+        {"maximum 10 20 = 5", "no key"},
     };
     for (const auto &one : cases) {
         const OVERRIDEFILE file =
@@ -232,7 +233,7 @@ TEST(Overrides, CloserTitlesWinAndForbiddenCodesAdd)
         ParseOverrides("\xEF\xBB\xBF; mine\r\n"
                        "[DEL4014 ABC 1]\r\nmodel = THIS\r\nnever = D6\r\n"
                        "[DEL4014]\r\nmodel = ALL\r\nmaximum 10 = 80\r\nnever = 04 05\r\n"
-                       "[Model DELL U3011]\r\nmodel = NAMED\r\nmaximum 10 = 70\r\nmaximum 12 = 0x50\r\n");
+                       "[Model DELL U3011]\r\nmodel = NAMED\r\nmaximum 10 = 70\r\nmaximum\t12 = 0x50\r\n");
     ASSERT_TRUE(file.faults.empty());
     const MONITOROVERRIDE one = OverrideFor(file, {"DEL4014", {"77", "ABC 1"}, {"27MU68", "dell u3011"}});
     EXPECT_EQ(one.model, "THIS");

@@ -1,4 +1,4 @@
-// Reads monitors.ini line by line, so that a fault can be named by its line.
+// Reads monitors.ini: its table of keys, and which sections fit a monitor.
 #include "host/windows_monitors/monitor_overrides.h"
 
 #include <algorithm>
@@ -9,18 +9,9 @@
 constexpr size_t OVERRIDE_FILE_LIMIT = 256 * 1024;
 constexpr size_t FAULT_LIMIT = 20; // more lines than this are not worth a message each
 
-// What the lines read so far amount to.
-struct OVERRIDESTATE {
-    OVERRIDEFILE *file;
-    bool inSection; // false: before the first section, or in one whose title is wrong
-    bool isSkipped; // the section's title is wrong, which was said
-    std::string reason;
-};
-
-static bool Fail(OVERRIDESTATE *state, const std::string &reason)
+static OVERRIDEFILE *From(void *context)
 {
-    state->reason = reason;
-    return false;
+    return static_cast<OVERRIDEFILE *>(context);
 }
 
 static MONITOROVERRIDE NoOverride()
@@ -30,10 +21,62 @@ static MONITOROVERRIDE NoOverride()
     return content;
 }
 
-static bool IsPrintableAscii(std::string_view text)
+// ---- Keys -----------------------------------------------------------------------------------------------------------
+
+// Of the section that is being read.
+static MONITOROVERRIDE *Content(void *context)
 {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    return &From(context)->sections.back().content;
 }
+
+static bool TakeModel(void *context, const INILINE &line, std::string *reason)
+{
+    return ReadIniText(line.value, HOST_NAME_SIZE, "a model name", &Content(context)->model, reason);
+}
+
+static bool TakeCapabilities(void *context, const INILINE &line, std::string *reason)
+{
+    if (line.value.empty())
+        return RefuseIni(reason, "a capability string is printable ASCII text");
+    return ReadIniCapabilities(line.value, &Content(context)->capabilities, reason);
+}
+
+static bool TakeMaximum(void *context, const INILINE &line, std::string *reason)
+{
+    unsigned code = 0, maximum = 0;
+    if (!ParseNumber(line.keyEnd, 16, 0xFF, &code))
+        return RefuseIni(reason, "maximum has a VCP code behind it: maximum 10 = 100");
+    if (!ReadIniNumber(line.value, 1, 0xFFFF, "a maximum", &maximum, reason))
+        return false;
+    Content(context)->maxima[code] = static_cast<int>(maximum);
+    return true;
+}
+
+static bool TakeNever(void *context, const INILINE &line, std::string *reason)
+{
+    std::vector<unsigned> codes;
+    for (const std::string &word : SplitWords(line.value)) {
+        unsigned code = 0;
+        if (!ParseNumber(word, 16, 0xFF, &code))
+            return RefuseIni(reason, "never has VCP codes: two hexadecimal digits each, with blanks between");
+        codes.push_back(code);
+    }
+    if (codes.empty())
+        return RefuseIni(reason, "never has no VCP code");
+    for (const unsigned code : codes)
+        Content(context)->never[code] = true;
+    return true;
+}
+
+static const INIKEY s_keys[] = {
+    {"model", KEY_REPEATS, TakeModel},
+    {"capabilities", KEY_REPEATS, TakeCapabilities},
+    {"maximum *", KEY_REPEATS, TakeMaximum},
+    {"never", KEY_REPEATS, TakeNever},
+};
+static const INISECTION s_section = {s_keys, "'%s' is no key (model, capabilities, maximum CODE, never)"};
+
+// ---- Titles ---------------------------------------------------------------------------------------------------------
 
 static bool IsProduct(const std::string &word)
 {
@@ -42,123 +85,34 @@ static bool IsProduct(const std::string &word)
            std::all_of(word.begin(), word.begin() + 3, [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-// ---- Lines ----------------------------------------------------------------------------------------------------------
-
 // "[ABC1234]", "[ABC1234 SERIAL]" or "[model NAME]".
-static bool ReadTitle(OVERRIDESTATE *state, std::string_view line)
+static const INISECTION *BeginSection(void *context, std::string_view line, std::string *reason)
 {
-    state->inSection = false;
-    state->isSkipped = true;
+    *reason = "a section's title ends with ]";
     if (line.back() != ']')
-        return Fail(state, "a section's title ends with ]");
+        return nullptr;
     const std::string_view title = Trim(line.substr(1, line.size() - 2));
     const size_t blank = title.find_first_of(" \t");
     const std::string word(title.substr(0, blank));
     const std::string rest(blank == std::string_view::npos ? "" : Trim(title.substr(blank)));
     OVERRIDESECTION section = {};
+    *reason = "a section is [ABC1234] (maker and product as --list shows them), [ABC1234 SERIAL] or [model NAME]";
     if (EqualNoCase(word, "model") && !rest.empty())
         section.model = rest;
     else if (IsProduct(word))
         section.product = word, section.serial = rest;
     else
-        return Fail(state, "a section is [ABC1234] (maker and product as --list shows them), [ABC1234 SERIAL] or "
-                           "[model NAME]");
+        return nullptr;
     section.content = NoOverride();
     section.content.titles = {"[" + std::string(title) + "]"};
-    state->file->sections.push_back(section);
-    state->inSection = true;
-    state->isSkipped = false;
-    return true;
-}
-
-static bool ReadCodes(OVERRIDESTATE *state, std::string_view value, MONITOROVERRIDE *content)
-{
-    std::vector<unsigned> codes;
-    for (const std::string &word : SplitWords(value)) {
-        unsigned code = 0;
-        if (!ParseNumber(word, 16, 0xFF, &code))
-            return Fail(state, "never has VCP codes: two hexadecimal digits each, with blanks between");
-        codes.push_back(code);
-    }
-    if (codes.empty())
-        return Fail(state, "never has no VCP code");
-    for (const unsigned code : codes)
-        content->never[code] = true;
-    return true;
-}
-
-static bool ReadMaximum(OVERRIDESTATE *state, std::string_view code, std::string_view value, MONITOROVERRIDE *content)
-{
-    unsigned index = 0, maximum = 0;
-    if (!ParseNumber(code, 16, 0xFF, &index))
-        return Fail(state, "maximum has a VCP code behind it: maximum 10 = 100");
-    if (!ParseNumber(value, 10, 0xFFFF, &maximum) || maximum == 0)
-        return Fail(state, "a maximum is a number from 1 to 65535");
-    content->maxima[index] = static_cast<int>(maximum);
-    return true;
-}
-
-static bool ReadModel(OVERRIDESTATE *state, std::string_view value, MONITOROVERRIDE *content)
-{
-    if (value.empty() || value.size() > HOST_NAME_SIZE || !IsPrintableAscii(value))
-        return Fail(state, Format("a model name is 1 to %lu printable ASCII characters", HOST_NAME_SIZE));
-    content->model = value;
-    return true;
-}
-
-// A long string may be given in pieces: each further line of this key is appended.
-static bool ReadCapabilities(OVERRIDESTATE *state, std::string_view value, MONITOROVERRIDE *content)
-{
-    if (value.empty() || !IsPrintableAscii(value))
-        return Fail(state, "a capability string is printable ASCII text");
-    if (content->capabilities.size() + value.size() >= HOST_CAPABILITIES_SIZE)
-        return Fail(state, Format("the capability string is longer than %lu characters", HOST_CAPABILITIES_SIZE - 1));
-    content->capabilities += value;
-    return true;
-}
-
-static bool ReadKey(OVERRIDESTATE *state, std::string_view key, std::string_view value)
-{
-    MONITOROVERRIDE *content = &state->file->sections.back().content;
-    const std::vector<std::string> words = SplitWords(key);
-    if (words.size() == 2 && EqualNoCase(words[0], "maximum"))
-        return ReadMaximum(state, words[1], value, content);
-    if (EqualNoCase(key, "model"))
-        return ReadModel(state, value, content);
-    if (EqualNoCase(key, "capabilities"))
-        return ReadCapabilities(state, value, content);
-    if (EqualNoCase(key, "never"))
-        return ReadCodes(state, value, content);
-    return Fail(state, Format("'%s' is no key (model, capabilities, maximum CODE, never)", std::string(key).c_str()));
-}
-
-static bool ReadLine(OVERRIDESTATE *state, std::string_view line)
-{
-    line = Trim(line);
-    if (line.empty() || line[0] == ';' || line[0] == '#')
-        return true;
-    if (line[0] == '[')
-        return ReadTitle(state, line);
-    if (state->isSkipped)
-        return true;
-    const size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
-        return Fail(state, "a line is a [section], KEY = VALUE, or a comment after ';'");
-    if (!state->inSection)
-        return Fail(state, "a key stands before the first [section]");
-    return ReadKey(state, Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
+    From(context)->sections.push_back(section);
+    return &s_section;
 }
 
 OVERRIDEFILE ParseOverrides(const std::string &text)
 {
     OVERRIDEFILE file;
-    OVERRIDESTATE state = {&file, false, false, {}};
-    int number = 0;
-    for (const std::string_view line : SplitLines(text)) {
-        number++;
-        if (!ReadLine(&state, line) && file.faults.size() < FAULT_LIMIT)
-            file.faults.push_back({number, state.reason});
-    }
+    file.faults = ReadIni(text, BeginSection, FAULT_LIMIT, &file);
     return file;
 }
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "host/base/ini_reader.h"
+
 // What holds for one monitor.
 struct MONITOROVERRIDE {
     std::string model;               // empty: its own
@@ -23,15 +25,9 @@ struct OVERRIDESECTION {
     MONITOROVERRIDE content;
 };
 
-// A line that is left out; the rest of the file holds.
-struct OVERRIDEFAULT {
-    int line;           // counted from 1; 0: the file cannot be read
-    std::string reason; // English
-};
-
 struct OVERRIDEFILE {
     std::vector<OVERRIDESECTION> sections;
-    std::vector<OVERRIDEFAULT> faults;
+    std::vector<INIFAULT> faults;
 };
 
 // What a monitor is known by in the file's sections. Empty: not known.

@@ -222,7 +222,7 @@ std::string FindingTrouble(WINDOWSMONITORS *monitors)
     return monitors->hasApi ? monitors->findingTrouble : monitors->apiTrouble;
 }
 
-std::vector<OVERRIDEFAULT> OverrideFaults(WINDOWSMONITORS *monitors)
+std::vector<INIFAULT> OverrideFaults(WINDOWSMONITORS *monitors)
 {
     std::lock_guard lock(monitors->mutex);
     return monitors->overrides.faults;
@@ -251,7 +251,7 @@ std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors)
         lines.push_back("this Windows has nothing to drive monitors with: " + reason);
     else if (found.empty())
         lines.push_back("no monitor was found: " + (reason.empty() ? "Windows has no display" : reason));
-    for (const OVERRIDEFAULT &fault : OverrideFaults(monitors))
+    for (const INIFAULT &fault : OverrideFaults(monitors))
         lines.push_back(fault.line ? Format("monitors.ini:%d: ", fault.line) + fault.reason + "; the line is left out"
                                    : "monitors.ini cannot be read: " + fault.reason);
     for (const WINDOWSMONITOR &monitor : found)
@@ -284,7 +284,7 @@ std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors)
         lines.push_back("この Windows には、モニタを制御する機能 (dxva2.dll) がありません。");
     else if (found.empty())
         lines.push_back(NoMonitorInJapanese(error));
-    for (const OVERRIDEFAULT &fault : OverrideFaults(monitors))
+    for (const INIFAULT &fault : OverrideFaults(monitors))
         lines.push_back(fault.line ? Format("monitors.ini の %d 行目に誤りがあるため、この行を無視します。", fault.line)
                                    : "monitors.ini を読み込めません。");
     for (const WINDOWSMONITOR &monitor : found)

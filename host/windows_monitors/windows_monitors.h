@@ -69,7 +69,7 @@ std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors);
 std::string FindingTrouble(WINDOWSMONITORS *monitors);
 
 // The lines of monitors.ini that are left out.
-std::vector<OVERRIDEFAULT> OverrideFaults(WINDOWSMONITORS *monitors);
+std::vector<INIFAULT> OverrideFaults(WINDOWSMONITORS *monitors);
 
 // The monitor of an index, and its capability string as the backend has it, before it is cut to what the plug-in takes.
 // The monitor comes with what monitors.ini says of the name in that string. Returns 0, or the error; without such a
