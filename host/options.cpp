@@ -38,8 +38,8 @@ static bool TakeMonitors(OPTIONS *options, const std::string &value, std::string
 
 static bool TakeCommand(OPTIONS *options, const std::string &value, std::string *error)
 {
-    HOSTCOMMAND command;
-    if (!ParseHostCommand(value, &command, error)) {
+    PLUGINCOMMAND command;
+    if (!ParsePluginCommand(value, &command, error)) {
         *error = "--command " + *error;
         return false;
     }
@@ -188,7 +188,7 @@ std::string HelpText()
                        "\n";
     for (const OPTIONKIND &kind : s_options)
         text += OptionHelp(kind);
-    text += "\nCommands for --command:\n" + DescribeHostCommands();
+    text += "\nCommands for --command:\n" + DescribePluginCommands();
     text += "\n"
             "A line of the log is: TIME DIRECTION KIND NAME=VALUE ..., with blanks between, for example\n"
             "  2024-05-31T14:07:09.271 host>monitor read monitor=0 code=0x10 feature=brightness value=80 max=100 "

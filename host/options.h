@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/base/press_text.h"
-#include "host/host_command.h"
+#include "host/plugin_command.h"
 
 struct OPTIONS {
     bool help;
@@ -21,7 +21,7 @@ struct OPTIONS {
     std::vector<std::string> monitors; // files and folders of simulated ones; empty: none
     std::string log;                   // empty: none
     std::string report;                // file for a bug report; empty: none
-    std::vector<HOSTCOMMAND> commands;
+    std::vector<PLUGINCOMMAND> commands;
     std::vector<PRESS> presses; // the monitors and buttons need not exist
 };
 

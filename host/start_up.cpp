@@ -16,9 +16,9 @@ static void EndOfCommandLine(STARTUP *startUp)
 
 static void RunCommands(STARTUP *startUp)
 {
-    for (const HOSTCOMMAND &command : startUp->options->commands) {
-        const HOSTANSWER answer = SendHostCommand(&startUp->plugin->router, command);
-        ConsoleLine(command.text + ": " + DescribeHostAnswer(command, answer));
+    for (const PLUGINCOMMAND &command : startUp->options->commands) {
+        const PLUGINANSWER answer = SendPluginCommand(&startUp->plugin->router, command);
+        ConsoleLine(command.text + ": " + DescribePluginAnswer(command, answer));
         startUp->isTrouble = startUp->isTrouble || !WentWell(command, answer);
     }
     startUp->commandTick = GetTickCount();

@@ -139,13 +139,13 @@ static STEPRESULT StepWindows(TOUR *tour)
 }
 
 // Returns false with a reason in the tour when the plug-in did not answer.
-static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer, std::string *text)
+static bool Give(TOUR *tour, const std::string &line, PLUGINANSWER *answer, std::string *text)
 {
-    HOSTCOMMAND command;
-    if (!ParseHostCommand(line, &command, &tour->reason))
+    PLUGINCOMMAND command;
+    if (!ParsePluginCommand(line, &command, &tour->reason))
         return false;
-    CallOnWindow(&tour->app->window, [&] { *answer = SendHostCommand(&tour->app->plugin.router, command); });
-    *text = DescribeHostAnswer(command, *answer);
+    CallOnWindow(&tour->app->window, [&] { *answer = SendPluginCommand(&tour->app->plugin.router, command); });
+    *text = DescribePluginAnswer(command, *answer);
     ConsoleLine("  " + line + ": " + *text);
     tour->reason = "the plug-in did not answer the host's command '" + line + "'";
     return answer->answered;
@@ -153,7 +153,7 @@ static bool Give(TOUR *tour, const std::string &line, HOSTANSWER *answer, std::s
 
 bool GiveCommand(TOUR *tour, const std::string &line, std::string *text)
 {
-    HOSTANSWER answer;
+    PLUGINANSWER answer;
     return Give(tour, line, &answer, text);
 }
 
@@ -163,7 +163,7 @@ static STEPRESULT StepChange(TOUR *tour)
     const MONITORSTATE::LEVEL before = TourMonitor(tour, 0).brightness;
     const int wanted =
         before.value >= before.maximum / 2 ? before.value - before.maximum / 3 : before.value + before.maximum / 3;
-    HOSTANSWER answer;
+    PLUGINANSWER answer;
     std::string text;
     if (!Give(tour, Format("set-vcp %02X %d", VCP_BRIGHTNESS, wanted), &answer, &text))
         return STEP_FAILED;

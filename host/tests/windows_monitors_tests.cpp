@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "host/base/text.h"
+#include "host/tests/support/fake_monitor_api.h"
 #include "host/windows_monitors/monitor_description.h"
-#include "support/fake_driver.h"
 
 static std::vector<BYTE> EdidBytes(const char *maker, unsigned product, unsigned serial, const char *name)
 {
@@ -26,7 +26,7 @@ protected:
     {
         wchar_t temp[MAX_PATH];
         GetTempPathW(MAX_PATH, temp);
-        options = {"", Narrow(temp) + "trayhub tests store", true, FakeDriver(), FakeDisplays};
+        options = {"", Narrow(temp) + "trayhub tests store", true, FakeMonitorApi(), FakeDisplays};
         monitor.capabilities = "(model(ABC)vcp(10 12 60(0F 11)))";
     }
 
@@ -233,7 +233,7 @@ TEST_F(WindowsMonitors, SearchThatHangsIsLeftBehindAndCleansUp)
     SetDesktop({monitor}, {OneBehind(0, {})});
     HangSearch();
     std::shared_ptr<MONITORSEARCH> search;
-    const FINDING finding = SearchMonitors(*FakeDriver(), FakeDisplays, 50, &search);
+    const FINDING finding = SearchMonitors(*FakeMonitorApi(), FakeDisplays, 50, &search);
     EXPECT_EQ(finding.error, OUR_ERROR_STUCK);
     EXPECT_TRUE(finding.monitors.empty());
     ASSERT_TRUE(WaitForHang());

@@ -6,8 +6,8 @@
 
 #include "host/base/monitor_backend.h"
 #include "host/windows_monitors/monitor_overrides.h"
-#include "host/windows_monitors/monitor_search.h"
 #include "host/windows_monitors/monitor_worker.h"
+#include "host/windows_monitors/timed_search.h"
 
 struct WINDOWSMONITOROPTIONS {
     std::string overrides;     // path of monitors.ini, which need not exist; empty: none

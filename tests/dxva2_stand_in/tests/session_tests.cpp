@@ -55,12 +55,12 @@ protected:
 
     std::string Command(const char *text)
     {
-        HOSTCOMMAND command;
+        PLUGINCOMMAND command;
         std::string error;
-        HOSTANSWER answer;
-        EXPECT_TRUE(ParseHostCommand(text, &command, &error)) << error;
-        CallOnWindow(&app->window, [&] { answer = SendHostCommand(&app->plugin.router, command); });
-        return DescribeHostAnswer(command, answer);
+        PLUGINANSWER answer;
+        EXPECT_TRUE(ParsePluginCommand(text, &command, &error)) << error;
+        CallOnWindow(&app->window, [&] { answer = SendPluginCommand(&app->plugin.router, command); });
+        return DescribePluginAnswer(command, answer);
     }
 
     void OpenColorPage()

@@ -1,5 +1,5 @@
 // Commands that the host gives the plug-in through slot 16: one table of words, numbers, readers and tellers.
-#include "host/host_command.h"
+#include "host/plugin_command.h"
 
 #include <cstring>
 
@@ -142,7 +142,7 @@ static std::string SettingText(const char *name, WORD value)
 }
 
 // The reply itself carries nothing of meaning; the command's own block has been filled in.
-static std::string TellSettings(const HOSTANSWER &answer)
+static std::string TellSettings(const PLUGINANSWER &answer)
 {
     HOSTCOLORS settings;
     if (answer.block.size() != sizeof(settings))
@@ -156,7 +156,7 @@ static std::string TellSettings(const HOSTANSWER &answer)
            SettingText("preset", settings.wColorPreset);
 }
 
-static std::string TellVcp(const HOSTANSWER &answer)
+static std::string TellVcp(const PLUGINANSWER &answer)
 {
     const int maximum = static_cast<int>(PayloadDword(&answer.reply, 0));
     const int value = static_cast<int>(PayloadDword(&answer.reply, 4));
@@ -168,17 +168,17 @@ static std::string TellVcp(const HOSTANSWER &answer)
     return Format("%s (0x%02X): %d of %d", VcpShortName(code), code, value, maximum);
 }
 
-static std::string TellCount(const HOSTANSWER &answer)
+static std::string TellCount(const PLUGINANSWER &answer)
 {
     return Format("%d monitors", static_cast<int>(PayloadDword(&answer.reply, 0)));
 }
 
-static std::string TellResult(const HOSTANSWER &answer)
+static std::string TellResult(const PLUGINANSWER &answer)
 {
     return Format("result %u", PayloadWord(&answer.reply, 0));
 }
 
-static std::string TellBytes(const HOSTANSWER &answer)
+static std::string TellBytes(const PLUGINANSWER &answer)
 {
     return Format("%lu bytes", PayloadSize(&answer.reply));
 }
@@ -191,7 +191,7 @@ static std::string AnsiText(const char *text, size_t size)
     return Narrow(std::wstring(wide, static_cast<size_t>(MultiByteToWideChar(CP_ACP, 0, text, length, wide, 64))));
 }
 
-static std::string TellIdentity(const HOSTANSWER &answer)
+static std::string TellIdentity(const PLUGINANSWER &answer)
 {
     HOSTIDENTITY identity;
     if (PayloadSize(&answer.reply) != sizeof(identity))
@@ -213,7 +213,7 @@ static const struct COMMANDKIND {
     WORD code;
     WORD replyCode;
     bool (*read)(const WORDS &words, std::vector<BYTE> *payload, std::string *error);
-    std::string (*tell)(const HOSTANSWER &answer);
+    std::string (*tell)(const PLUGINANSWER &answer);
 } s_commands[] = {
     {"get-settings", "", "read ECO mode, brightness, contrast, preset and gains", PLUGIN_COMMAND_READ_COLORS,
      PLUGIN_REPLY_RECORD, ReadGetSettings, TellSettings},
@@ -234,8 +234,8 @@ static const struct COMMANDKIND {
      TellCount},
     {"identity", "", "ask for the identity record", PLUGIN_COMMAND_IDENTITY, PLUGIN_REPLY_RECORD, NoWords,
      TellIdentity},
-    {"send-identity", "", "have the identity record sent without a command", HOST_COMMAND_SLOT, PLUGIN_REPLY_RECORD,
-     NoWords, TellIdentity},
+    {"send-identity", "", "have the identity record sent without a command", PLUGIN_COMMAND_IS_SLOT,
+     PLUGIN_REPLY_RECORD, NoWords, TellIdentity},
     {"power-off", "", "switch the monitors off", PLUGIN_COMMAND_POWER_OFF, PLUGIN_REPLY_RESULT, NoWords, TellResult},
     {"power-on", "", "switch the monitors on", PLUGIN_COMMAND_POWER_ON, PLUGIN_REPLY_RESULT, NoWords, TellResult},
     {"policy", "allow|forbid", "let the user open the Display control panel, or not", PLUGIN_COMMAND_DISPLAY_CPL,
@@ -259,7 +259,7 @@ static const COMMANDKIND *FindCommandKind(const std::string &line)
     return nullptr;
 }
 
-bool ParseHostCommand(const std::string &line, HOSTCOMMAND *command, std::string *error)
+bool ParsePluginCommand(const std::string &line, PLUGINCOMMAND *command, std::string *error)
 {
     const COMMANDKIND *kind = FindCommandKind(line);
     if (!kind) {
@@ -276,7 +276,7 @@ bool ParseHostCommand(const std::string &line, HOSTCOMMAND *command, std::string
     return false;
 }
 
-std::string DescribeHostCommands()
+std::string DescribePluginCommands()
 {
     std::string text;
     for (const COMMANDKIND &kind : s_commands)
@@ -287,7 +287,7 @@ std::string DescribeHostCommands()
 // ---- Sending --------------------------------------------------------------------------------------------------------
 
 // The plug-in frees the block of the shutdown command itself, with the process heap, so every block comes from there.
-static HOSTDATA *MakeCommandBlock(const HOSTCOMMAND &command, DWORD request)
+static HOSTDATA *MakeCommandBlock(const PLUGINCOMMAND &command, DWORD request)
 {
     const PACKET packet = MakePacket({}, {}, 0, command.code, request, command.payload);
     void *block = HeapAlloc(GetProcessHeap(), 0, packet.data.size());
@@ -296,7 +296,7 @@ static HOSTDATA *MakeCommandBlock(const HOSTCOMMAND &command, DWORD request)
     return static_cast<HOSTDATA *>(block);
 }
 
-static int CallCommandSlot(ROUTER *router, const HOSTCOMMAND &command, DWORD request, HOSTANSWER *answer)
+static int CallCommandSlot(ROUTER *router, const PLUGINCOMMAND &command, DWORD request, PLUGINANSWER *answer)
 {
     HOSTDATA *block = MakeCommandBlock(command, request);
     if (!block)
@@ -317,19 +317,19 @@ static int CallCommandSlot(ROUTER *router, const HOSTCOMMAND &command, DWORD req
 }
 
 // The reply to the count carries the block's size where the others carry its request number.
-static bool IsReplyTo(const PACKET &reply, const HOSTCOMMAND &command, const COMMANDKIND &kind, DWORD request)
+static bool IsReplyTo(const PACKET &reply, const PLUGINCOMMAND &command, const COMMANDKIND &kind, DWORD request)
 {
     DWORD number = request;
     if (command.code == PLUGIN_COMMAND_MONITOR_COUNT)
         number = static_cast<DWORD>(sizeof(HOSTDATA) + command.payload.size());
-    if (command.code == HOST_COMMAND_SLOT)
+    if (command.code == PLUGIN_COMMAND_IS_SLOT)
         number = 0;
     return PacketData(&reply)->wCode == kind.replyCode && PacketData(&reply)->dwRequestID == number;
 }
 
-HOSTANSWER SendHostCommand(ROUTER *router, const HOSTCOMMAND &command)
+PLUGINANSWER SendPluginCommand(ROUTER *router, const PLUGINCOMMAND &command)
 {
-    HOSTANSWER answer = {};
+    PLUGINANSWER answer = {};
     const COMMANDKIND *kind = FindCommandKind(command.text);
     if (!kind)
         return answer;
@@ -339,7 +339,7 @@ HOSTANSWER SendHostCommand(ROUTER *router, const HOSTCOMMAND &command)
     }
     const DWORD request = ++s_nLastRequest;
     LogLine("host>plugin", "command", Format("code=%u id=%lu text=", command.code, request) + Quoted(command.text));
-    const bool isSlot = command.code == HOST_COMMAND_SLOT;
+    const bool isSlot = command.code == PLUGIN_COMMAND_IS_SLOT;
     const int result =
         isSlot ? router->slots[PLUGIN_SLOT_SEND_IDENTITY](nullptr) : CallCommandSlot(router, command, request, &answer);
     answer.accepted = result == 1;
@@ -354,13 +354,13 @@ HOSTANSWER SendHostCommand(ROUTER *router, const HOSTCOMMAND &command)
     return answer;
 }
 
-bool WentWell(const HOSTCOMMAND &command, const HOSTANSWER &answer)
+bool WentWell(const PLUGINCOMMAND &command, const PLUGINANSWER &answer)
 {
     const COMMANDKIND *kind = FindCommandKind(command.text);
     return kind && answer.accepted && (answer.answered || kind->replyCode == REPLY_NONE);
 }
 
-std::string DescribeHostAnswer(const HOSTCOMMAND &command, const HOSTANSWER &answer)
+std::string DescribePluginAnswer(const PLUGINCOMMAND &command, const PLUGINANSWER &answer)
 {
     const COMMANDKIND *kind = FindCommandKind(command.text);
     if (!answer.accepted || !kind)

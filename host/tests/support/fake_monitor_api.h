@@ -67,5 +67,5 @@ size_t OpenHandleCount(); // given out and not destroyed
 // Waits until no handle is open any more, up to five seconds; whether that came.
 bool WaitForNoHandle();
 
-const MONITORAPI *FakeDriver();
+const MONITORAPI *FakeMonitorApi();
 std::vector<DISPLAY> FakeDisplays();

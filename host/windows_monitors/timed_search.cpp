@@ -1,5 +1,5 @@
 // Looks for monitors with a limit on the time it takes.
-#include "host/windows_monitors/monitor_search.h"
+#include "host/windows_monitors/timed_search.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -1,5 +1,5 @@
 // A Monitor Configuration API that the tests script.
-#include "fake_driver.h"
+#include "host/tests/support/fake_monitor_api.h"
 
 #include <algorithm>
 #include <chrono>
@@ -213,7 +213,7 @@ static BOOL WINAPI GetCapabilities(HANDLE handle, char *text, DWORD length)
     return End(0);
 }
 
-const MONITORAPI *FakeDriver()
+const MONITORAPI *FakeMonitorApi()
 {
     static const MONITORAPI api = {GetCount, GetMonitors,           Destroy,        GetVcp,
                                    SetVcp,   GetCapabilitiesLength, GetCapabilities};

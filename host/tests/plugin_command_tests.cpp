@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "host/base/text.h"
-#include "host/host_command.h"
+#include "host/plugin_command.h"
 #include "host/tests/support/fake_plugin.h"
 
 // The block that the plug-in was given, and the reply that it sends from within the slot, as it really does.
@@ -18,7 +18,7 @@ struct SCRIPTEDREPLY {
     bool sends;
 };
 
-class HostCommand : public testing::Test {
+class PluginCommand : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -26,11 +26,11 @@ protected:
         router.slots = g_FakePlugin.slots;
     }
 
-    HOSTANSWER Give(const std::string &line, const SCRIPTEDREPLY &script)
+    PLUGINANSWER Give(const std::string &line, const SCRIPTEDREPLY &script)
     {
-        HOSTCOMMAND command;
+        PLUGINCOMMAND command;
         std::string error;
-        EXPECT_TRUE(ParseHostCommand(line, &command, &error)) << error;
+        EXPECT_TRUE(ParsePluginCommand(line, &command, &error)) << error;
         g_FakePlugin.onCommand = [this, script](HOSTPACKET *header) {
             EXPECT_EQ(header->dwDataSize, header->lpData->dwSize);
             CopyPacket(header, &given);
@@ -44,8 +44,8 @@ protected:
                 RouterTakeReply(&router, &reply.header);
             return 1;
         };
-        HOSTANSWER answer = SendHostCommand(&router, command);
-        text = DescribeHostAnswer(command, answer);
+        PLUGINANSWER answer = SendPluginCommand(&router, command);
+        text = DescribePluginAnswer(command, answer);
         wentWell = WentWell(command, answer);
         return answer;
     }
@@ -64,7 +64,7 @@ static std::vector<BYTE> Bytes(std::initializer_list<int> values)
     return bytes;
 }
 
-TEST_F(HostCommand, SendsTheLayoutAndReadsTheReply)
+TEST_F(PluginCommand, SendsTheLayoutAndReadsTheReply)
 {
     std::vector<BYTE> identity(140, 0);
     memcpy(identity.data(), "user", 4);
@@ -130,7 +130,7 @@ TEST_F(HostCommand, SendsTheLayoutAndReadsTheReply)
         {"ignore", 40, {}, {0, {}, 0, false, {}, false}, "sent; it has no answer"},
     };
     for (const auto &one : cases) {
-        const HOSTANSWER answer = Give(one.line, one.reply);
+        const PLUGINANSWER answer = Give(one.line, one.reply);
         EXPECT_EQ(PacketData(&given)->wCode, one.code) << one.line;
         EXPECT_EQ(std::vector<BYTE>(given.data.begin() + sizeof(HOSTDATA), given.data.end()), one.payload) << one.line;
         EXPECT_EQ(text, one.text) << one.line;
@@ -138,13 +138,13 @@ TEST_F(HostCommand, SendsTheLayoutAndReadsTheReply)
     }
 }
 
-TEST_F(HostCommand, RefusedOrLateRepliesAreToldApart)
+TEST_F(PluginCommand, RefusedOrLateRepliesAreToldApart)
 {
-    HOSTCOMMAND command;
+    PLUGINCOMMAND command;
     std::string error;
-    ASSERT_TRUE(ParseHostCommand("count", &command, &error));
+    ASSERT_TRUE(ParsePluginCommand("count", &command, &error));
     g_FakePlugin.onCommand = [](HOSTPACKET *) { return 0; };
-    EXPECT_EQ(DescribeHostAnswer(command, SendHostCommand(&router, command)), "refused by the plug-in");
+    EXPECT_EQ(DescribePluginAnswer(command, SendPluginCommand(&router, command)), "refused by the plug-in");
 
     // A reply that came when nobody had asked is not the next command's.
     PACKET stray = MakePacket({}, {}, 16, 37, 10, Bytes({9, 0, 0, 0}));
@@ -154,39 +154,39 @@ TEST_F(HostCommand, RefusedOrLateRepliesAreToldApart)
     EXPECT_EQ(text, "no answer");
 }
 
-TEST_F(HostCommand, SendIdentityIsASlotOfItsOwn)
+TEST_F(PluginCommand, SendIdentityIsASlotOfItsOwn)
 {
-    HOSTCOMMAND command;
+    PLUGINCOMMAND command;
     std::string error;
-    ASSERT_TRUE(ParseHostCommand("send-identity", &command, &error));
+    ASSERT_TRUE(ParsePluginCommand("send-identity", &command, &error));
     g_FakePlugin.onSendIdentity = [this] {
         PACKET reply = MakePacket({2, 2, 1}, {0xFFFF, 4, 1}, 16, 128, 0, std::vector<BYTE>(140, 0));
         reply.header.lpData = PacketData(&reply);
         RouterTakeReply(&router, &reply.header);
         return 1;
     };
-    const HOSTANSWER answer = SendHostCommand(&router, command);
+    const PLUGINANSWER answer = SendPluginCommand(&router, command);
     EXPECT_TRUE(WentWell(command, answer));
     EXPECT_EQ(answer.reply.header.dst.bClass, 4);
 }
 
-TEST_F(HostCommand, ShutdownLeavesTheBlockToThePlugin)
+TEST_F(PluginCommand, ShutdownLeavesTheBlockToThePlugin)
 {
-    HOSTCOMMAND command;
+    PLUGINCOMMAND command;
     std::string error;
-    ASSERT_TRUE(ParseHostCommand("shutdown-pc", &command, &error));
+    ASSERT_TRUE(ParsePluginCommand("shutdown-pc", &command, &error));
     BOOL freed = FALSE;
     g_FakePlugin.onCommand = [&](HOSTPACKET *header) {
         EXPECT_EQ(header->lpData->wCode, 39);
         freed = HeapFree(GetProcessHeap(), 0, header->lpData);
         return 1;
     };
-    EXPECT_TRUE(WentWell(command, SendHostCommand(&router, command)));
+    EXPECT_TRUE(WentWell(command, SendPluginCommand(&router, command)));
     EXPECT_TRUE(freed) << "it must come from the heap that the plug-in frees it to";
 }
 
 // The plug-in asks for a value while it works on a command, and waits for it: the answer must come meanwhile.
-TEST_F(HostCommand, RequestsAreAnsweredWhileACommandRuns)
+TEST_F(PluginCommand, RequestsAreAnsweredWhileACommandRuns)
 {
     MONITORBACKEND backend = {};
     backend.count = [](void *) { return 5; };
@@ -199,15 +199,15 @@ TEST_F(HostCommand, RequestsAreAnsweredWhileACommandRuns)
         answers = WaitForReceived(1).size();
         return 1;
     };
-    HOSTCOMMAND command;
+    PLUGINCOMMAND command;
     std::string error;
-    ASSERT_TRUE(ParseHostCommand("count", &command, &error));
-    SendHostCommand(&router, command);
+    ASSERT_TRUE(ParsePluginCommand("count", &command, &error));
+    SendPluginCommand(&router, command);
     StopRouter(&router);
     EXPECT_EQ(answers, 1u);
 }
 
-TEST(HostCommandLine, WrongLinesAreRefusedWithAReason)
+TEST(PluginCommandLine, WrongLinesAreRefusedWithAReason)
 {
     for (const char *line : {"",
                              "   ",
@@ -229,9 +229,9 @@ TEST(HostCommandLine, WrongLinesAreRefusedWithAReason)
                              "set-settings bright=x",
                              "set-settings red=1",
                              "shutdown"}) {
-        HOSTCOMMAND command;
+        PLUGINCOMMAND command;
         std::string error;
-        EXPECT_FALSE(ParseHostCommand(line, &command, &error)) << line;
+        EXPECT_FALSE(ParsePluginCommand(line, &command, &error)) << line;
         EXPECT_FALSE(error.empty()) << line;
     }
 }

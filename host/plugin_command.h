@@ -7,15 +7,15 @@
 #include "host/router.h"
 
 // A command ready to be sent.
-struct HOSTCOMMAND {
+struct PLUGINCOMMAND {
     std::string text; // as it was written
-    WORD code;        // HOSTDATA::wCode; HOST_COMMAND_SLOT for what is a slot of its own
+    WORD code;        // HOSTDATA::wCode; PLUGIN_COMMAND_IS_SLOT for what is a slot of its own
     std::vector<BYTE> payload;
 };
-constexpr WORD HOST_COMMAND_SLOT = 0xFFFF; // "send-identity": slot 10
+constexpr WORD PLUGIN_COMMAND_IS_SLOT = 0xFFFF; // "send-identity": slot 10
 
 // What came back.
-struct HOSTANSWER {
+struct PLUGINANSWER {
     bool accepted;           // the slot returned 1
     bool answered;           // a reply with the command's own reply code and request number came
     PACKET reply;            // that reply
@@ -23,17 +23,17 @@ struct HOSTANSWER {
 };
 
 // Reads a line such as "set-vcp 10 50". Returns false and says why in *error.
-bool ParseHostCommand(const std::string &line, HOSTCOMMAND *command, std::string *error);
+bool ParsePluginCommand(const std::string &line, PLUGINCOMMAND *command, std::string *error);
 
 // The commands with their words and meanings, a line each, for --help.
-std::string DescribeHostCommands();
+std::string DescribePluginCommands();
 
 // Sends the command and collects its reply. The plug-in may ask the monitors while it works on it, so this can take
 // seconds; the router answers meanwhile. Window's thread.
-HOSTANSWER SendHostCommand(ROUTER *router, const HOSTCOMMAND &command);
+PLUGINANSWER SendPluginCommand(ROUTER *router, const PLUGINCOMMAND &command);
 
 // Whether all came back that the command promises: it was accepted, and answered unless it has no answer.
-bool WentWell(const HOSTCOMMAND &command, const HOSTANSWER &answer);
+bool WentWell(const PLUGINCOMMAND &command, const PLUGINANSWER &answer);
 
 // The answer decoded, in one line without line end: "brightness (0x10): 50 of 100", "no answer".
-std::string DescribeHostAnswer(const HOSTCOMMAND &command, const HOSTANSWER &answer);
+std::string DescribePluginAnswer(const PLUGINCOMMAND &command, const PLUGINANSWER &answer);
