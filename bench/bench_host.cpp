@@ -196,7 +196,9 @@ DWORD BenchHost::FillPayload(const JOB &job, BYTE *payload) const
         break;
     case HOST_GET_VCP:
         // A button register that reports no press has the code in its high byte.
-        words[0] = job.code == VCP_BUTTON_PRESSED ? BUTTON_PRESSED_NONE << 8 : job.code == VCP_INPUT_SOURCE ? 3 : 50;
+        words[0] = job.code == VCP_BUTTON_PRESSED ? BUTTON_PRESSED_NONE << 8
+                   : job.code == VCP_INPUT_SOURCE ? INPUT_DIGITAL
+                                                  : 50;
         words[1] = job.code == VCP_BUTTON_PRESSED ? BUTTON_PRESSED_NONE << 8 : 100;
         memcpy(payload, words, sizeof words);
         return sizeof words;

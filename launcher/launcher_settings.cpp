@@ -7,12 +7,6 @@
 #include "monitor/vcp.h"
 #include "settings/ini.h"
 
-BYTE ButtonBit(int nButton)
-{
-    static const BYTE bits[LAUNCHER_BUTTON_COUNT] = {1, 2, 4, 8, 16, 128};
-    return nButton >= 1 && nButton <= LAUNCHER_BUTTON_COUNT ? bits[nButton - 1] : 0;
-}
-
 // ---- Values -------------------------------------------------------------------------------------------------------
 
 DWORD ReadLauncherValue(SETTING setting, LONG nFirst, LONG nSecond)

@@ -18,10 +18,6 @@ enum : DWORD {
     BUTTON_LAUNCHER = 2,
 };
 
-// A button's bit in the lock mask (VCP 0xF2) and in the press report (VCP 0xF4): 1, 2, 4, 8, 16 and, for POWER, 128.
-// 0 for a number that is no button.
-BYTE ButtonBit(int nButton);
-
 // One 32-bit launcher value; any of them may be 0xFFFFFFFF. nFirst and nSecond: the numbers in its name. Reads give 0
 // for an absent value; writes give 1, or 0 on failure. Any thread.
 DWORD ReadLauncherValue(SETTING setting, LONG nFirst = 0, LONG nSecond = 0);

@@ -1,6 +1,8 @@
 // The words of lvserver's command line, and the datagram that they make.
 #include "command_line.h"
 
+#include "monitor/vcp_codes.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -101,8 +103,6 @@ static const COLORWORD s_ColorWords[] = {
     {"green", &SERVERCOLORS::wGreen, false},      {"blue", &SERVERCOLORS::wBlue, false},
 };
 
-constexpr int16_t PRESET_FIRST_USER = 11; // from here on the gains count
-
 // One "name=value" of set-all. False when it is not known or its value is out of range.
 static bool ParseColor(SERVERCOLORS *colors, const std::string &name, const std::string &value)
 {
@@ -143,7 +143,7 @@ static std::string SetAllArguments(REQUEST *request, const ARGUMENTS &arguments)
     for (const COLORWORD &word : s_ColorWords) {
         const bool gain = word.lpValue == &SERVERCOLORS::wRed || word.lpValue == &SERVERCOLORS::wGreen ||
                           word.lpValue == &SERVERCOLORS::wBlue;
-        if (missing(word.lpszName) && (word.bNeeded || (gain && colors.wColorTemp >= PRESET_FIRST_USER)))
+        if (missing(word.lpszName) && (word.bNeeded || (gain && colors.wColorTemp >= COLOR_PRESET_FIRST_USER)))
             return std::string("set-all needs ") + word.lpszName + "=...";
     }
     if (missing("brightness-eco"))

@@ -130,7 +130,7 @@ int ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText)
     if (!list)
         return 0;
     const int complete = ReadVcpList(lpEntry, list + strlen(marker), end);
-    if (lpEntry->bInputSource[9] || lpEntry->bInputSource[10] || lpEntry->bInputSource[11])
-        lpEntry->bTuner = 1;
+    for (int input = INPUT_TV; input <= INPUT_TV_LAST; ++input)
+        lpEntry->bTuner |= lpEntry->bInputSource[input];
     return complete;
 }

@@ -14,7 +14,7 @@ struct MONITORENTRY {
     uint32_t bVcpCode[256];                 // 1: the code is in the vcp list
     uint32_t bColorPreset[VCP_VALUE_COUNT]; // 1: the value is listed for 0x14
     uint32_t bInputSource[VCP_VALUE_COUNT]; // 1: the value is listed for 0x60
-    uint32_t bTuner;                        // 1: a TV tuner (input 9, 10 or 11) is listed
+    uint32_t bTuner;                        // 1: a TV tuner is listed
     char szInputName[VCP_VALUE_COUNT][10];  // names of the inputs; nothing fills them
 };
 

@@ -7,11 +7,6 @@
 
 #include <windows.h>
 
-constexpr WORD BUTTON_PRESSED_NONE = 255;
-
-// Colour presets from this one on are the user's own; the gains count in these alone.
-constexpr LONG COLOR_PRESET_FIRST_USER = 11;
-
 // Reads a feature. lpMaximum may be null. Result: the current value; -1 for monitor -1 (nothing is sent) and when no
 // answer came, with *lpMaximum as it was.
 LONG GetVCP(LONG nMonitor, BYTE bCode, LONG *lpMaximum);

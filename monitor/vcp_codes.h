@@ -1,5 +1,5 @@
-// The codes of the Monitor Control Command Set (MCCS): numbers, names. The one home of both, for the plug-in, the host
-// and all that talks of monitors; free of Windows.
+// The codes of the Monitor Control Command Set (MCCS): numbers, names, and the values that mean something. The one home
+// of these, for the plug-in, the host and all that talk of monitors; free of Windows.
 #pragma once
 
 #include <cstdint>
@@ -22,9 +22,43 @@ enum : uint8_t {
     VCP_TV_CHANNEL = 0xE8,
     VCP_BEFORE_SHUTDOWN = 0xF0, // written 0 just before the POWER button shuts the PC down
     VCP_BUTTON_LOCK = 0xF2,     // mask of locked front-panel buttons
-    VCP_BUTTON_PRESSED = 0xF4,  // high byte: code of the last button pressed; 255 = none, written to clear it
+    VCP_BUTTON_PRESSED = 0xF4,  // high byte: bit of the last button pressed, or BUTTON_PRESSED_NONE
 };
 constexpr uint8_t VCP_MAKERS_OWN = 0xE0;
+
+// Presets (VCP_COLOR_PRESET) from this one on are the user's own; the gains count in these alone.
+constexpr int COLOR_PRESET_FIRST_USER = 11;
+
+// VCP_INPUT_SOURCE.
+enum : uint16_t {
+    INPUT_ANALOG = 1,
+    INPUT_ANALOG2,
+    INPUT_DIGITAL,
+    INPUT_DIGITAL2,
+    INPUT_VIDEO, // composite
+    INPUT_VIDEO2,
+    INPUT_S_VIDEO,
+    INPUT_S_VIDEO2,
+    INPUT_TV, // the first of the tuners
+    INPUT_TV_LAST = INPUT_TV + 2,
+};
+
+// VCP_POWER_MODE.
+enum : uint16_t {
+    POWER_MODE_ON = 1,
+    POWER_MODE_OFF = 4,
+};
+
+// VCP_BUTTON_PRESSED while no button was pressed; written to clear what was.
+constexpr uint8_t BUTTON_PRESSED_NONE = 255;
+
+// The bit of a front-panel button, 1 to 6 (POWER), in VCP_BUTTON_LOCK and VCP_BUTTON_PRESSED; 0 for a number that is no
+// button.
+constexpr uint8_t ButtonBit(int nButton)
+{
+    constexpr uint8_t bits[] = {1, 2, 4, 8, 16, 128};
+    return nButton >= 1 && nButton <= 6 ? bits[nButton - 1] : uint8_t{0};
+}
 
 // What a code is called.
 struct VCPNAME {

@@ -3,6 +3,7 @@
 
 #include "launcher/launcher_settings.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
 #include "panel/tooltips.h"

@@ -4,6 +4,7 @@
 #include "kernel/base/texts.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
+#include "monitor/vcp_codes.h"
 #include "panel/page_focus.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/controls.h"

@@ -15,11 +15,6 @@ SHAREDFLAG g_bForeIdle = 1;
 static int s_nLastApp = -1;        // slot of the registered program found in front last
 static bool s_bAppHandled = false; // the program now in front has been asked about, and its profile applied or not
 
-// Inputs (VCP 0x60) whose picture is left alone.
-constexpr LONG INPUT_COMPOSITE = 5;
-constexpr LONG INPUT_SVIDEO = 7;
-constexpr LONG INPUT_TV = 9;
-
 // ---- State --------------------------------------------------------------------------------------------------------
 
 void InitForeground()
@@ -60,10 +55,11 @@ void ApplyProfileToMonitor(int nSlot, LONG nMonitor)
     ApplyColorSettings(nMonitor, &setting);
 }
 
+// Whether a monitor shows a picture that is left alone.
 static bool ShowsVideo(LONG monitor)
 {
     const LONG input = GetVCP(monitor, VCP_INPUT_SOURCE, nullptr);
-    return input == INPUT_COMPOSITE || input == INPUT_SVIDEO || input == INPUT_TV;
+    return input == INPUT_VIDEO || input == INPUT_S_VIDEO || input == INPUT_TV;
 }
 
 // The input looked at is that of the monitor with the slot's number, whichever monitor is written, and it is read anew

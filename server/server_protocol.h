@@ -1,6 +1,6 @@
 // The contract between the management server and the plug-in: the datagram that carries a command, the messages that
-// come back, and their numbers. Layouts only, and free of Windows: the server's stand-in includes this header and
-// nothing else of the plug-in.
+// come back, and their numbers. Layouts only, and free of Windows, for the
+// server's stand-in, too.
 //
 // Integers are little-endian. Addresses are IPv4 in network byte order, so their first byte is the first in memory.
 //

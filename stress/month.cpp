@@ -24,8 +24,7 @@
 constexpr int DAYS = 30;
 constexpr int DAYS_BRIEF = 2;
 constexpr int MINUTES_A_DAY = 24 * 60;
-constexpr LONG INPUT_BEFORE = 3;
-constexpr LONG INPUT_VIDEO = 5;
+constexpr LONG INPUT_BEFORE = INPUT_DIGITAL;
 constexpr LONG CONTRAST_OF_PROGRAM = 42;
 constexpr WORD CONTRAST_BY_DEFAULT = 70;
 

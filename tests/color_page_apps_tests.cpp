@@ -91,7 +91,7 @@ const std::string full = Error("これ以上登録できません。"), register
 
 TEST_F(ColorPageAppsTest, ChoosingAppliesTheProfile)
 {
-    host.monitors[0].features[VCP_INPUT_SOURCE].current = 1;
+    host.monitors[0].features[VCP_INPUT_SOURCE].current = INPUT_ANALOG;
     OpenPage();
     EXPECT_EQ(Apps(), (Lines{"one.exe", "two.exe"}));
     EXPECT_TRUE(IsEnabled(page, IDC_COLOR_DIRECT_LINK));
@@ -126,7 +126,7 @@ TEST_F(ColorPageAppsTest, ChoosingAppliesTheProfile)
     EXPECT_FALSE(IsEnabled(page, IDC_COLOR_RED_SLIDER));
     EXPECT_EQ(g_CurSetting[1].wContrast, 0);
     g_bAllMonitors = 0;
-    host.monitors[0].features[VCP_INPUT_SOURCE].current = 9;
+    host.monitors[0].features[VCP_INPUT_SOURCE].current = INPUT_TV;
     PickInList(page, IDC_COLOR_APP_LIST, 0);
     EXPECT_EQ(Requests(), "get 0 60|") << "the picture of a TV is left alone";
     PickInList(page, IDC_COLOR_APP_LIST, -1);

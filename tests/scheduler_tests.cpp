@@ -157,12 +157,12 @@ TEST_F(SchedulerTest, TwoInTheSameMinute)
     for (const bool reread : {false, true}) {
         LoadFile(file);
         nChangeMsg = CHANGE_ASK_FIRST;
-        host.monitors[0].features[VCP_INPUT_SOURCE].current = 1;
+        host.monitors[0].features[VCP_INPUT_SOURCE].current = INPUT_ANALOG;
         SetMinute("2006/06/10 20:00");
         EXPECT_EQ(Tick(), (Lines{"get 0 60", "get 0 60"}));
         if (reread)
             nChangeMsg = CHANGE_ASK_FIRST; // the page has been opened meanwhile
-        host.monitors[0].features[VCP_INPUT_SOURCE].current = 9;
+        host.monitors[0].features[VCP_INPUT_SOURCE].current = INPUT_TV;
         Tick();
         EXPECT_EQ(g_nPromptIndex, 2) << "the question stays with the first";
         EXPECT_EQ(Press(IDC_PROMPT_SWITCH), (Lines{"get 0 E8", "set 0 E8 = 258", "set 0 60 = 9"}));

@@ -8,15 +8,6 @@
 
 #include <windows.h>
 
-// Values of VCP 0x60 that a reservation writes.
-enum : WORD {
-    INPUT_ANALOG = 1,
-    INPUT_DIGITAL = 3,
-    INPUT_VIDEO = 5,
-    INPUT_S_VIDEO = 7,
-    INPUT_TV = 9,
-};
-
 constexpr int CHANNEL_NONE = VCP_VALUE_COUNT; // the reserved channel is none of the monitor's channel names
 constexpr int INPUT_LABEL_SIZE = 32;
 

@@ -4,6 +4,7 @@
 #include "host/simulated/monitor_picture.h"
 #include "host/simulated/monitor_window.h"
 #include "host/simulated/press.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"

@@ -59,11 +59,11 @@ MONITORSTATE TourMonitor(const TOUR *tour, int monitor)
     state.powered = !HasCode(monitor, VCP_POWER_MODE) || StandInLevel(monitor, VCP_POWER_MODE).value == POWER_MODE_ON;
     state.eco = StandInLevel(monitor, VCP_ECO_MODE).value != 0;
     state.preset = StandInLevel(monitor, VCP_COLOR_PRESET).value;
-    state.isUserPreset = state.preset >= FIRST_USER_PRESET;
+    state.isUserPreset = state.preset >= COLOR_PRESET_FIRST_USER;
     state.input = StandInLevel(monitor, VCP_INPUT_SOURCE).value;
     state.hasLock = HasCode(monitor, VCP_BUTTON_LOCK);
     state.lockMask = static_cast<BYTE>(StandInLevel(monitor, VCP_BUTTON_LOCK).value);
-    state.pressed = NO_BUTTON;
+    state.pressed = BUTTON_PRESSED_NONE;
     state.brightness = StandInLevel(monitor, VCP_BRIGHTNESS);
     state.contrast = StandInLevel(monitor, VCP_CONTRAST);
     state.gains[0] = StandInLevel(monitor, VCP_RED_GAIN);

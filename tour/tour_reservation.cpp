@@ -6,13 +6,13 @@
 
 #include "host/base/console.h"
 #include "host/base/text.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_clock.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"
 #include "tour/tour_panel.h"
 
-constexpr WORD INPUT_VIDEO = 5, INPUT_TV = 9, INPUT_TV_LAST = 11;
 constexpr DWORD SWITCH_PATIENCE = 10000; // ms: the plug-in looks every second, and a switch takes up to one and a half
 
 // A monitor with a tuner, for which the page exists, that can show video and does not; -1 without one.

@@ -2,6 +2,7 @@
 #include "host/base/console.h"
 #include "host/base/program_path.h"
 #include "host/base/text.h"
+#include "monitor/vcp_codes.h"
 #include "panel/resources/resource.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_monitors.h"
@@ -16,11 +17,15 @@ constexpr size_t OUTPUT_LIMIT = 65536;        // bytes of output that are looked
 constexpr int SERVER_DONE = 0, NO_ANSWER = 3; // exit statuses of lvserver.exe
 constexpr int NOT_RUN = -1;
 
-// The inputs that a server can choose, with their values of VCP code 0x60.
+// The inputs that a server can choose.
 static const struct INPUTWORD {
     const char *word;
     WORD value;
-} s_inputs[] = {{"tv", 9}, {"s-video", 7}, {"composite", 5}, {"digital", 3}, {"analog", 1}};
+} s_inputs[] = {{"tv", INPUT_TV},
+                {"s-video", INPUT_S_VIDEO},
+                {"composite", INPUT_VIDEO},
+                {"digital", INPUT_DIGITAL},
+                {"analog", INPUT_ANALOG}};
 
 // ---- lvserver.exe ---------------------------------------------------------------------------------------------------
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/base/text.h"
+#include "monitor/vcp_codes.h"
 
 constexpr int BODY_EDGE = 6;
 constexpr int SCREEN_WIDTH = MONITOR_PICTURE_WIDTH - 2 * BODY_EDGE;
@@ -40,7 +41,7 @@ static std::wstring InputText(const MONITORSTATE &state)
         L"DisplayPort", L"DisplayPort2", L"HDMI",           L"HDMI2",
     };
     std::wstring text = state.input < std::size(names) ? names[state.input] : L"入力 " + std::to_wstring(state.input);
-    if (state.hasChannel && state.input >= 9 && state.input <= 11)
+    if (state.hasChannel && state.input >= INPUT_TV && state.input <= INPUT_TV_LAST)
         text += L"  " + std::to_wstring(state.channel) + L" ch";
     return text;
 }

@@ -4,6 +4,7 @@
 #include "host/base/console.h"
 #include "host/base/packet_log.h"
 #include "host/base/text.h"
+#include "monitor/vcp_codes.h"
 
 bool PressAndLog(SIMULATION *simulation, int monitor, int button)
 {

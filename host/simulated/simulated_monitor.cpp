@@ -6,12 +6,6 @@
 #include <algorithm>
 #include <cstring>
 
-BYTE ButtonBit(int button)
-{
-    static const BYTE bits[MONITOR_BUTTON_COUNT] = {1, 2, 4, 8, 16, 128};
-    return button >= 1 && button <= MONITOR_BUTTON_COUNT ? bits[button - 1] : 0;
-}
-
 // ---- State ----------------------------------------------------------------------------------------------------------
 
 static bool IsEcoOn(const SIMULATEDMONITOR *monitor)
@@ -59,7 +53,7 @@ static void InitMonitor(SIMULATEDMONITOR *monitor, const MONITORFILE &file)
     memset(monitor->features, 0, sizeof(monitor->features));
     monitor->file = file;
     monitor->codes = CapabilityCodes(file.capabilities);
-    monitor->pressed = NO_BUTTON;
+    monitor->pressed = BUTTON_PRESSED_NONE;
     monitor->press = PRESS_NONE;
     monitor->pressCount = 0;
     monitor->directLink = false;
@@ -164,7 +158,7 @@ static void ClearButtonRegister(SIMULATEDMONITOR *monitor)
         monitor->press = PRESS_LOST;
     else if (monitor->press == PRESS_READ)
         monitor->press = PRESS_TAKEN;
-    monitor->pressed = NO_BUTTON;
+    monitor->pressed = BUTTON_PRESSED_NONE;
 }
 
 static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD value)
@@ -173,7 +167,7 @@ static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD val
     if (feature.file.readOnly)
         return MONITOR_IGNORED;
     if (feature.file.buttonRegister) {
-        if (value != NO_BUTTON)
+        if (value != BUTTON_PRESSED_NONE)
             return MONITOR_IGNORED;
         ClearButtonRegister(monitor);
         return MONITOR_OK;
@@ -185,7 +179,7 @@ static MONITORRESULT WriteFeature(SIMULATEDMONITOR *monitor, BYTE code, WORD val
     }
     if (feature.file.momentary)
         return MONITOR_OK;
-    if (feature.file.userPresets && monitor->features[VCP_COLOR_PRESET].value < FIRST_USER_PRESET)
+    if (feature.file.userPresets && monitor->features[VCP_COLOR_PRESET].value < COLOR_PRESET_FIRST_USER)
         return MONITOR_IGNORED;
     if (!IsListedValue(monitor, code, value))
         return MONITOR_IGNORED;
@@ -399,7 +393,7 @@ MONITORSTATE GetMonitorState(SIMULATION *simulation, int index)
     state.eco = IsEcoOn(monitor);
     state.directLink = monitor->directLink;
     state.preset = features[VCP_COLOR_PRESET].value;
-    state.isUserPreset = state.preset >= FIRST_USER_PRESET;
+    state.isUserPreset = state.preset >= COLOR_PRESET_FIRST_USER;
     state.hasChannel = features[VCP_TV_CHANNEL].present;
     state.channel = features[VCP_TV_CHANNEL].value;
     state.input = features[VCP_INPUT_SOURCE].value;

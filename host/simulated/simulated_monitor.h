@@ -10,13 +10,6 @@
 #include "host/base/monitor_backend.h"
 #include "host/simulated/monitor_file.h"
 
-constexpr WORD FIRST_USER_PRESET = 11;
-constexpr WORD POWER_MODE_ON = 1, POWER_MODE_OFF = 4;
-constexpr BYTE NO_BUTTON = 255; // in the button register
-
-// Bit of button 1 to 6 in the lock mask and in the button register.
-BYTE ButtonBit(int button);
-
 // How far the press made last has come.
 enum PRESSFATE {
     PRESS_NONE,       // no press yet
@@ -85,7 +78,7 @@ struct MONITORSTATE {
     std::array<std::string, MONITOR_BUTTON_COUNT> labels;
     bool powered, eco, directLink, isUserPreset, hasChannel;
     bool reportsButtons, hasLock;
-    BYTE lockMask, pressed; // pressed: what the button register holds, NO_BUTTON without one
+    BYTE lockMask, pressed; // pressed: what the button register holds, BUTTON_PRESSED_NONE without one
     PRESSFATE press;
     unsigned pressCount; // presses so far
     WORD input, preset, channel;

@@ -43,7 +43,7 @@ public:
         backend.getVcp(backend.context, 0, ACCESS_PATIENCE, VCP_BUTTON_PRESSED, &value, &maximum);
         return value >> 8;
     }
-    void Clear() { backend.setVcp(backend.context, 0, ACCESS_PATIENCE, VCP_BUTTON_PRESSED, NO_BUTTON); }
+    void Clear() { backend.setVcp(backend.context, 0, ACCESS_PATIENCE, VCP_BUTTON_PRESSED, BUTTON_PRESSED_NONE); }
 
     int Poll()
     {
@@ -110,7 +110,7 @@ TEST_F(Press, WaitsUntilTheOneBeforeItIsTaken)
     }
     EXPECT_FALSE(run.failed);
     EXPECT_TRUE(StepPresses(&run, presses, &simulation, now));
-    EXPECT_EQ(Poll(), NO_BUTTON) << "none is made twice";
+    EXPECT_EQ(Poll(), BUTTON_PRESSED_NONE) << "none is made twice";
 }
 
 TEST_F(Press, NotTakenIsAFailureAndHoldsNothingUp)

@@ -204,7 +204,7 @@ TEST_F(SimulatedMonitor, LockTakesTheFunctionAndNotTheReport)
     Add(hiding + ", hides-locked");
     backend.setVcp(backend.context, 1, ACCESS_PATIENCE, VCP_BUTTON_LOCK, 128);
     PressMonitorButton(&simulation, 1, 6);
-    EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, NO_BUTTON);
+    EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, BUTTON_PRESSED_NONE);
     EXPECT_EQ(GetMonitorState(&simulation, 1).press, PRESS_UNREPORTED);
     PressMonitorButton(&simulation, 1, 1);
     EXPECT_EQ(GetMonitorState(&simulation, 1).pressed, 1);
