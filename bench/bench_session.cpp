@@ -4,7 +4,7 @@
 #include "bench/measure.h"
 #include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
 #include "profiles/foreground.h"
 

@@ -103,7 +103,7 @@ static bool ShowsContrast(HWND panel)
 static PROCESS_INFORMATION StartHostProcess()
 {
     STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
+    startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
     std::wstring line = L"\"" + Widen(ProgramFolder()) + L"\\trayhub_bench.exe\" --host";
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))

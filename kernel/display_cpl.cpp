@@ -8,7 +8,7 @@
 #include <commctrl.h>
 #include <prsht.h>
 
-static bool s_EnumBusy = false; // a search is under way
+static bool g_bEnumBusy = false; // a search is under way
 
 constexpr UINT SEARCH_PERIOD_MS = 1000;
 constexpr LPARAM DISPLAY_CPL_PAGE = 800; // resource identifier of the page
@@ -72,17 +72,17 @@ static BOOL CALLBACK FindDisplayPropertiesProc(HWND hWnd, LPARAM hKernelWnd)
 
 void SearchDisplayCpl(HWND hKernelWnd)
 {
-    if (s_EnumBusy)
+    if (g_bEnumBusy)
         return;
-    s_EnumBusy = true;
+    g_bEnumBusy = true;
     EnumWindows(FindDisplayPropertiesProc, reinterpret_cast<LPARAM>(hKernelWnd));
-    s_EnumBusy = false;
+    g_bEnumBusy = false;
 }
 
 void OpenDisplayCpl(HWND hKernelWnd)
 {
     WinExec("control.exe desk.cpl", SW_SHOWNORMAL);
-    s_EnumBusy = false;
+    g_bEnumBusy = false;
     if (!SetTimer(hKernelWnd, TIMER_DISPLAY_CPL, SEARCH_PERIOD_MS, nullptr))
         ShowBox(nullptr, "Fail to set timer", "MainPanelProc", MB_OK);
 }

@@ -11,7 +11,7 @@
 #include "launcher/button_poll.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/edid_check.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
 #include "panel/profile_lists.h"
 #include "panel/resources/strings.h"
@@ -27,7 +27,7 @@
 #include <commctrl.h>
 
 LONG g_nRetry = 0;
-static bool s_FirstPass = false; // the first-pass step is still to come
+static bool g_bFirstPass = false; // the first-pass step is still to come
 
 constexpr UINT START_UP_DELAY_MS = 1000;
 constexpr UINT FOREGROUND_PERIOD_MS = 2000;
@@ -82,7 +82,7 @@ static LRESULT OnCreate(HWND hWnd)
     ArmNeededTimer(hWnd, TIMER_FOREGROUND, FOREGROUND_PERIOD_MS, "Fore Ground Window can't check");
     ArmNeededTimer(hWnd, TIMER_RESERVATION, RESERVATION_PERIOD_MS, "On Timer can't set");
     g_nReservation = 0;
-    s_FirstPass = true;
+    g_bFirstPass = true;
     if (!LoadPsapi()) {
         ReportMissingPsapi(hWnd);
         return -1;
@@ -145,9 +145,9 @@ static void CloseOlderVersion()
 // Once a window, at the end of its first timer message that gets there.
 static void FirstPass(HWND hWnd)
 {
-    if (!s_FirstPass)
+    if (!g_bFirstPass)
         return;
-    s_FirstPass = false;
+    g_bFirstPass = false;
     CreateServerLinkWindow(hWnd);
     CloseOlderVersion();
 }

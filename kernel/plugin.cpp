@@ -13,9 +13,9 @@
 
 char g_szTitle[128] = "";
 
-static const char szDescription[] = "マウス操作でモニタの設定を変更できるアプリケーションです。\r\n"
-                                    "アプリケーションごとの色設定呼び出し、画面切り替えタイマー、\r\n"
-                                    "LCDボタンによる、アプリケーションの起動などを実行できます。";
+static const char s_szDescription[] = "マウス操作でモニタの設定を変更できるアプリケーションです。\r\n"
+                                      "アプリケーションごとの色設定呼び出し、画面切り替えタイマー、\r\n"
+                                      "LCDボタンによる、アプリケーションの起動などを実行できます。";
 static PLUGININFO s_Info; // handed to the host, so it outlives the call
 
 static const PLUGINSLOT s_Slots[PLUGIN_SLOT_COUNT] = {
@@ -76,7 +76,7 @@ int PluginInit(void *lpPacket)
 int PluginGetInfo(void *lpPacket)
 {
     HOSTPACKET *packet = static_cast<HOSTPACKET *>(lpPacket);
-    s_Info = {g_szTitle, szDescription, VERSION_RELEASE, {0, 0}};
+    s_Info = {g_szTitle, s_szDescription, VERSION_RELEASE, {0, 0}};
     packet->dwDataSize = sizeof s_Info;
     packet->lpData = reinterpret_cast<HOSTDATA *>(&s_Info);
     return 1;

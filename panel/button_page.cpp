@@ -18,7 +18,7 @@
             IDC_##NAME##_PARAMETER, IDC_##NAME##_BROWSE_PARAMETER, IDC_##NAME##_DELETE_PARAMETER, LOCK_BIT             \
     }
 
-static const BUTTONPAGE pages[LAUNCHER_BUTTON_COUNT] = {
+static const BUTTONPAGE s_Pages[LAUNCHER_BUTTON_COUNT] = {
     BUTTON_PAGE(1, BUTTON_1, 1),
     BUTTON_PAGE(2, BUTTON_2, 2),
     BUTTON_PAGE(3, BUTTON_3, 4),
@@ -34,7 +34,7 @@ static const BUTTONPAGE pages[LAUNCHER_BUTTON_COUNT] = {
 // The page whose launcher check box the dialog has: no other page has a control of that number.
 static const BUTTONPAGE *FindPage(HWND hPage)
 {
-    for (const BUTTONPAGE &page : pages)
+    for (const BUTTONPAGE &page : s_Pages)
         if (GetDlgItem(hPage, page.enable))
             return &page;
     return nullptr;

@@ -19,72 +19,72 @@
 
 // ---- Opening ------------------------------------------------------------------------------------------------------
 
-static INT_PTR OnInit(HWND page)
+static INT_PTR OnInit(HWND hPage)
 {
     const LONG monitor = g_nCurMonitor;
     bUiReady = 1;
-    LoadProfiles(page, "profile.ini");
-    ResetProfileChoice(page);
+    LoadProfiles(hPage, "profile.ini");
+    ResetProfileChoice(hPage);
     ReadCurrentSettings(monitor);
     g_DefSetting[monitor] = g_CurSetting[monitor]; // what the monitor shows now is what it gets back
-    FillColorPage(page, monitor);
+    FillColorPage(hPage, monitor);
     if (g_bDirectLink)
-        DisableColorPage(page);
+        DisableColorPage(hPage);
     else
-        EnableColorPage(page);
-    EnableDirectLinkBox(page);
-    PassDropsToDialog(page, IDC_COLOR_APP_LIST);
+        EnableColorPage(hPage);
+    EnableDirectLinkBox(hPage);
+    PassDropsToDialog(hPage, IDC_COLOR_APP_LIST);
     // The images come last: the page works without them.
-    if (SetColorPageImages(page) && SetMonitorButtonImage(page))
-        SetEcoButtonImage(page);
+    if (SetColorPageImages(hPage) && SetMonitorButtonImage(hPage))
+        SetEcoButtonImage(hPage);
     return TRUE;
 }
 
 // ---- Switches -----------------------------------------------------------------------------------------------------
 
-static void SwitchDirectLinkOn(HWND page)
+static void SwitchDirectLinkOn(HWND hPage)
 {
     WriteSettingNumber(SETTING_DIRECT_LINK, 1);
     g_bDirectLink = 1;
-    DisableColorPage(page);
+    DisableColorPage(hPage);
     NotifyDirectLink(1);
-    SelectListEntry(page, IDC_COLOR_APP_LIST, -1);
+    SelectListEntry(hPage, IDC_COLOR_APP_LIST, -1);
 }
 
-static void SwitchDirectLinkOff(HWND page)
+static void SwitchDirectLinkOff(HWND hPage)
 {
     WriteSettingNumber(SETTING_DIRECT_LINK, 0);
     g_bDirectLink = 0;
     RestoreDefaultColor();
     // While it was on nothing was shown: an edit left empty would be taken for a 0 as soon as it loses the focus.
-    FillColorPage(page, g_nCurMonitor);
-    SetEcoButtonImage(page);
-    EnableColorPage(page);
+    FillColorPage(hPage, g_nCurMonitor);
+    SetEcoButtonImage(hPage);
+    EnableColorPage(hPage);
     NotifyDirectLink(0);
 }
 
-static void OnDirectLink(HWND page)
+static void OnDirectLink(HWND hPage)
 {
-    if (IsDlgButtonChecked(page, IDC_COLOR_DIRECT_LINK) == BST_CHECKED)
-        SwitchDirectLinkOn(page);
+    if (IsDlgButtonChecked(hPage, IDC_COLOR_DIRECT_LINK) == BST_CHECKED)
+        SwitchDirectLinkOn(hPage);
     else
-        SwitchDirectLinkOff(page);
+        SwitchDirectLinkOff(hPage);
 }
 
-static void OnAllMonitors(HWND page)
+static void OnAllMonitors(HWND hPage)
 {
-    g_bAllMonitors = IsDlgButtonChecked(page, IDC_COLOR_ALL_MONITORS) == BST_CHECKED;
-    SetMonitorButtonImage(page);
+    g_bAllMonitors = IsDlgButtonChecked(hPage, IDC_COLOR_ALL_MONITORS) == BST_CHECKED;
+    SetMonitorButtonImage(hPage);
 }
 
-static void OnToggle(HWND page)
+static void OnToggle(HWND hPage)
 {
-    TogglePageHalf(page, TREE_COLOR);
+    TogglePageHalf(hPage, TREE_COLOR);
 }
 
 // ---- Dialog procedure ---------------------------------------------------------------------------------------------
 
-static INT_PTR OnCommand(HWND page, WORD control, WORD notification)
+static INT_PTR OnCommand(HWND hPage, WORD control, WORD notification)
 {
     static const struct {
         WORD wControl;
@@ -105,11 +105,11 @@ static INT_PTR OnCommand(HWND page, WORD control, WORD notification)
     };
     for (const auto &command : commands)
         if (command.wControl == control && command.wNotification == notification)
-            command.lpfnHandle(page);
+            command.lpfnHandle(hPage);
     if (control == IDC_COLOR_APP_LIST)
-        OnAppList(page); // whatever it notifies of
+        OnAppList(hPage); // whatever it notifies of
     if (const COLORITEM item = ColorItemOfEdit(control); item != COLOR_ITEM_NONE)
-        OnColorEdit(page, item, notification);
+        OnColorEdit(hPage, item, notification);
     return FALSE;
 }
 

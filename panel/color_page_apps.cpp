@@ -23,10 +23,10 @@ constexpr UINT ALL_FILES = 0xFFFFFFFF; // asks DragQueryFile for the number of f
 // ---- List ---------------------------------------------------------------------------------------------------------
 
 // The slot of the selected entry; -1 without a selection.
-static int SelectedSlot(HWND page)
+static int SelectedSlot(HWND hPage)
 {
-    const int entry = SelectedListEntry(page, IDC_COLOR_APP_LIST);
-    const int slot = entry < 0 ? -1 : ListEntryData(page, IDC_COLOR_APP_LIST, entry);
+    const int entry = SelectedListEntry(hPage, IDC_COLOR_APP_LIST);
+    const int slot = entry < 0 ? -1 : ListEntryData(hPage, IDC_COLOR_APP_LIST, entry);
     return slot >= 0 && slot < APP_PROFILE_COUNT ? slot : -1;
 }
 
@@ -64,30 +64,30 @@ void OnAppList(HWND hPage)
 // ---- Registration -------------------------------------------------------------------------------------------------
 
 // Refuses when there is no room for one more.
-static bool HasRoom(HWND page)
+static bool HasRoom(HWND hPage)
 {
     if (g_nAppProfile < APP_PROFILE_COUNT)
         return true;
-    ShowPageError(page, IDS_APPS_FULL, ERROR_CAPTION);
+    ShowPageError(hPage, IDS_APPS_FULL, ERROR_CAPTION);
     return false;
 }
 
-static void AddApp(HWND page, LPCSTR path)
+static void AddApp(HWND hPage, LPCSTR path)
 {
     if (IsRegisteredApp(path)) {
-        ShowPageError(page, IDS_APP_REGISTERED, ERROR_CAPTION);
+        ShowPageError(hPage, IDS_APP_REGISTERED, ERROR_CAPTION);
         return;
     }
     const int slot = GetFreeAppSection();
     if (slot < 0) { // the file has more than this page has loaded
-        ShowPageError(page, IDS_APPS_FULL, ERROR_CAPTION);
+        ShowPageError(hPage, IDS_APPS_FULL, ERROR_CAPTION);
         return;
     }
     SetProfileData(PROFILE_APP_SET, slot, path, path);
     WriteAppProfile(slot);
-    AddAppListItem(page, slot);
-    SetDlgItemTextA(page, IDC_COLOR_ALIAS, path);
-    EnableDirectLinkBox(page);
+    AddAppListItem(hPage, slot);
+    SetDlgItemTextA(hPage, IDC_COLOR_ALIAS, path);
+    EnableDirectLinkBox(hPage);
 }
 
 int BrowseExeFile(HWND hPage, char *lpBuffer, DWORD cbBuffer)
@@ -145,17 +145,17 @@ void OnDeleteApp(HWND hPage)
 
 // ---- Dropped files ------------------------------------------------------------------------------------------------
 
-static void ShowNoExe(HWND page, LPCSTR path)
+static void ShowNoExe(HWND hPage, LPCSTR path)
 {
-    ShowBox(page, path, ERROR_CAPTION, MB_OK);
-    if (IsWindow(page))
-        ShowPageError(page, IDS_NO_EXE_FILE, ERROR_CAPTION);
+    ShowBox(hPage, path, ERROR_CAPTION, MB_OK);
+    if (IsWindow(hPage))
+        ShowPageError(hPage, IDS_NO_EXE_FILE, ERROR_CAPTION);
 }
 
 // A refused drop is left as it came, without a DragFinish.
-static bool IsDropAccepted(HWND page, HDROP drop)
+static bool IsDropAccepted(HWND hPage, HDROP drop)
 {
-    if (!HasRoom(page))
+    if (!HasRoom(hPage))
         return false;
     UINT refusal = 0;
     if (DragQueryFileA(drop, ALL_FILES, nullptr, 0) > 1)
@@ -163,7 +163,7 @@ static bool IsDropAccepted(HWND page, HDROP drop)
     else if (DragQueryFileA(drop, 0, nullptr, 0) >= MAX_PATH)
         refusal = IDS_FILE_NAME_TOO_LONG;
     if (refusal)
-        ShowPageError(page, refusal, ERROR_CAPTION);
+        ShowPageError(hPage, refusal, ERROR_CAPTION);
     return refusal == 0;
 }
 

@@ -41,11 +41,11 @@ void OnColorSlider(HWND hPage, HWND hSlider)
     SetDlgItemInt(hPage, ColorItemEdit(item), position, FALSE);
 }
 
-static void OnEditLeft(HWND page, COLORITEM item)
+static void OnEditLeft(HWND hPage, COLORITEM item)
 {
-    const UINT typed = GetDlgItemInt(page, ColorItemEdit(item), nullptr, FALSE);
+    const UINT typed = GetDlgItemInt(hPage, ColorItemEdit(item), nullptr, FALSE);
     // The slider takes signed numbers: a very large one would send it to its beginning.
-    SendDlgItemMessageA(page, ColorItemSlider(item), TBM_SETPOS, TRUE,
+    SendDlgItemMessageA(hPage, ColorItemSlider(item), TBM_SETPOS, TRUE,
                         static_cast<LPARAM>(typed < VALUE_END ? typed : VALUE_END));
     ChangeColorItem(g_nCurMonitor, item, static_cast<WORD>(typed));
 }

@@ -23,7 +23,7 @@ static void WriteItem(LONG monitor, COLORITEM item, WORD value)
     SetVCP(monitor, ColorItemCode(item), value);
 }
 
-static void ApplyBrightness(HWND page, LONG monitor, const COLORSETTING *profile)
+static void ApplyBrightness(HWND hPage, LONG monitor, const COLORSETTING *profile)
 {
     const bool eco = profile->dwEco != 0;
     g_CurSetting[monitor].dwEco = profile->dwEco;
@@ -31,14 +31,14 @@ static void ApplyBrightness(HWND page, LONG monitor, const COLORSETTING *profile
     // The maximum of this ECO state may never have been read.
     GetVCP(monitor, VCP_BRIGHTNESS, ColorItemMaximum(monitor, COLOR_BRIGHTNESS));
     WriteItem(monitor, COLOR_BRIGHTNESS, eco ? profile->wBrightEco : profile->wBright);
-    SetBrightnessItem(page, eco, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
-    ShowEcoImage(page, eco);
+    SetBrightnessItem(hPage, eco, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
+    ShowEcoImage(hPage, eco);
 }
 
-static void ApplyContrast(HWND page, LONG monitor, const COLORSETTING *profile)
+static void ApplyContrast(HWND hPage, LONG monitor, const COLORSETTING *profile)
 {
     WriteItem(monitor, COLOR_CONTRAST, profile->wContrast);
-    SetContrastItem(page, profile->wContrast);
+    SetContrastItem(hPage, profile->wContrast);
 }
 
 static void ApplyGains(LONG monitor, const COLORSETTING *profile)
@@ -48,18 +48,18 @@ static void ApplyGains(LONG monitor, const COLORSETTING *profile)
     WriteItem(monitor, COLOR_BLUE, profile->wBlue);
 }
 
-static void ApplyColorTemp(HWND page, LONG monitor, const COLORSETTING *profile)
+static void ApplyColorTemp(HWND hPage, LONG monitor, const COLORSETTING *profile)
 {
     g_CurSetting[monitor].wColorTemp = profile->wColorTemp;
     SetVCP(monitor, VCP_COLOR_PRESET, static_cast<WORD>(profile->wColorTemp));
-    SelectColorTemp(page, profile->wColorTemp);
+    SelectColorTemp(hPage, profile->wColorTemp);
     const bool user = profile->wColorTemp >= COLOR_PRESET_FIRST_USER;
     if (user)
         ApplyGains(monitor, profile);
     else
         for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
             ReadColorItem(monitor, item);
-    ShowRgbControls(page, user);
+    ShowRgbControls(hPage, user);
 }
 
 void ApplySysProfile(HWND hPage, int nItemData)

@@ -20,9 +20,9 @@
 #include <shellapi.h>
 
 // By button number - 1.
-static const int testButtons[LAUNCHER_BUTTON_COUNT] = {IDC_LAUNCHER_TEST_1, IDC_LAUNCHER_TEST_2,
-                                                       IDC_LAUNCHER_TEST_3, IDC_LAUNCHER_TEST_4,
-                                                       IDC_LAUNCHER_TEST_5, IDC_LAUNCHER_TEST_POWER};
+static const int s_TestButtons[LAUNCHER_BUTTON_COUNT] = {IDC_LAUNCHER_TEST_1, IDC_LAUNCHER_TEST_2,
+                                                         IDC_LAUNCHER_TEST_3, IDC_LAUNCHER_TEST_4,
+                                                         IDC_LAUNCHER_TEST_5, IDC_LAUNCHER_TEST_POWER};
 
 // ---- Present assignments ------------------------------------------------------------------------------------------
 
@@ -41,8 +41,8 @@ static void ShowButton(HWND hPage, int button)
 {
     char label[BUTTON_LABEL_SIZE];
     const int present = ReadButtonLabel(hPage, button, label, sizeof label);
-    SetDlgItemTextA(hPage, testButtons[button - 1], label);
-    EnableWindow(GetDlgItem(hPage, testButtons[button - 1]), present);
+    SetDlgItemTextA(hPage, s_TestButtons[button - 1], label);
+    EnableWindow(GetDlgItem(hPage, s_TestButtons[button - 1]), present);
     if (present) // the number of its row lies beyond the end, which puts it behind the others
         InsertReportRow(hPage, IDC_LAUNCHER_ASSIGNMENTS, button, label, button);
 }
@@ -176,7 +176,7 @@ static INT_PTR OnInit(HWND hPage)
     PassDropsToDialog(hPage, IDC_LAUNCHER_CANDIDATES);
     AddToolTips(hPage, entries, ARRAYSIZE(entries));
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
-        AddLabelToolTip(hPage, testButtons[button - 1], button, IDS_TIP_LAUNCHER_TEST);
+        AddLabelToolTip(hPage, s_TestButtons[button - 1], button, IDS_TIP_LAUNCHER_TEST);
     return TRUE;
 }
 
@@ -191,7 +191,7 @@ static INT_PTR OnCommand(HWND hPage, WORD control)
         return TRUE;
     }
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
-        if (testButtons[button - 1] == control) {
+        if (s_TestButtons[button - 1] == control) {
             LaunchButton(hPage, 0, button); // 0: the selected monitor
             return TRUE;
         }

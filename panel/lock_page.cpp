@@ -15,7 +15,7 @@ static int abButtonUsable[LAUNCHER_BUTTON_COUNT];
 static const struct {
     int toggle;
     int label;
-} controls[LAUNCHER_BUTTON_COUNT] = {
+} s_Controls[LAUNCHER_BUTTON_COUNT] = {
     {IDC_LOCK_TOGGLE_1, IDC_LOCK_LABEL_1}, {IDC_LOCK_TOGGLE_2, IDC_LOCK_LABEL_2},
     {IDC_LOCK_TOGGLE_3, IDC_LOCK_LABEL_3}, {IDC_LOCK_TOGGLE_4, IDC_LOCK_LABEL_4},
     {IDC_LOCK_TOGGLE_5, IDC_LOCK_LABEL_5}, {IDC_LOCK_TOGGLE_POWER, IDC_LOCK_LABEL_POWER},
@@ -27,17 +27,17 @@ static void ShowLabel(HWND hPage, int button)
 {
     char label[BUTTON_LABEL_SIZE];
     if (!ReadButtonLabel(hPage, button, label, sizeof label))
-        EnableWindow(GetDlgItem(hPage, controls[button - 1].toggle), FALSE);
-    SetDlgItemTextA(hPage, controls[button - 1].label, label);
+        EnableWindow(GetDlgItem(hPage, s_Controls[button - 1].toggle), FALSE);
+    SetDlgItemTextA(hPage, s_Controls[button - 1].label, label);
 }
 
 // Takes the state over and shows it; the toggle of a button that the model has not stays without a text.
 static void SetUsable(HWND hPage, int button, int usable)
 {
     char label[BUTTON_LABEL_SIZE] = "";
-    GetDlgItemTextA(hPage, controls[button - 1].label, label, sizeof label);
+    GetDlgItemTextA(hPage, s_Controls[button - 1].label, label, sizeof label);
     if (label[0])
-        SetDlgItemTextA(hPage, controls[button - 1].toggle, usable ? "有効" : "無効");
+        SetDlgItemTextA(hPage, s_Controls[button - 1].toggle, usable ? "有効" : "無効");
     abButtonUsable[button - 1] = usable;
 }
 
@@ -54,7 +54,7 @@ static void AddPageToolTips(HWND hPage)
 {
     AddToolTip(hPage, IDC_LOCK_PICTURE, STM_SETIMAGE, IDB_LOCK_PICTURE, nullptr);
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
-        AddLabelToolTip(hPage, controls[button - 1].toggle, button, IDS_TIP_LOCK_TOGGLE);
+        AddLabelToolTip(hPage, s_Controls[button - 1].toggle, button, IDS_TIP_LOCK_TOGGLE);
 }
 
 // ---- Clicks -------------------------------------------------------------------------------------------------------
@@ -75,7 +75,7 @@ static void ToggleButtonLock(HWND hPage, int button)
 static INT_PTR OnCommand(HWND hPage, WORD control)
 {
     for (int button = 1; button <= LAUNCHER_BUTTON_COUNT; ++button)
-        if (controls[button - 1].toggle == control) {
+        if (s_Controls[button - 1].toggle == control) {
             ToggleButtonLock(hPage, button);
             return TRUE;
         }

@@ -12,8 +12,8 @@
 
 SHAREDFLAG g_bDirectLink = 0;
 SHAREDFLAG g_bForeIdle = 1;
-static int s_nLastApp = -1;        // slot of the registered program found in front last
-static bool s_bAppHandled = false; // the program now in front has been asked about, and its profile applied or not
+static int nLastApp = -1;        // slot of the registered program found in front last
+static bool bAppHandled = false; // the program now in front has been asked about, and its profile applied or not
 
 // ---- State --------------------------------------------------------------------------------------------------------
 
@@ -25,8 +25,8 @@ void InitForeground()
 
 void ResetForegroundState()
 {
-    s_bAppHandled = false;
-    s_nLastApp = -1;
+    bAppHandled = false;
+    nLastApp = -1;
 }
 
 void StartDirectLink()
@@ -119,13 +119,13 @@ int AskColorChange(HWND)
 // of no registered program were in front between.
 static void OnAppInFront(HWND hKernelWnd, int app)
 {
-    if (app != s_nLastApp) {
-        s_nLastApp = app;
-        s_bAppHandled = false;
+    if (app != nLastApp) {
+        nLastApp = app;
+        bAppHandled = false;
     }
-    if (!s_bAppHandled && AskColorChange(hKernelWnd))
+    if (!bAppHandled && AskColorChange(hKernelWnd))
         ApplyAppProfile(app);
-    s_bAppHandled = true;
+    bAppHandled = true;
 }
 
 void ForegroundCheck(HWND hKernelWnd)
@@ -137,7 +137,7 @@ void ForegroundCheck(HWND hKernelWnd)
     if (app != -1) {
         OnAppInFront(hKernelWnd, app);
     } else {
-        s_bAppHandled = false;
+        bAppHandled = false;
         RestoreDefaultColor(); // on every tick: a write that failed, or a change from elsewhere, lasts until the next
     }
     g_bForeIdle = 1;

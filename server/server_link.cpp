@@ -48,7 +48,7 @@ static bool ReadName(SETTING setting, char (&szName)[SERVER_NAME_SIZE])
     return true;
 }
 
-static void SetUpIdentity()
+static void InitServerIdentity()
 {
     gethostname(g_szHostName, sizeof g_szHostName);
     g_szHostName[sizeof g_szHostName - 1] = '\0'; // a name that was cut may come without
@@ -122,7 +122,7 @@ static DWORD WINAPI ServerListenThread(void *lpSocketPlace)
     char buffer[SERVER_DATAGRAM_SIZE] = {};
     WSADATA data;
     const bool started = WSAStartup(WINSOCK_VERSION, &data) == 0;
-    SetUpIdentity();
+    InitServerIdentity();
     while (g_ServerThreadCtx.bRunning)
         ReceiveCycle(static_cast<SHAREDSOCKET *>(lpSocketPlace), buffer);
     CloseVersionConnection();

@@ -1,5 +1,5 @@
-// The link to the management server: listener threads that receive its commands, and the window through which a
-// listener is started.
+// The client's end of the link to the management server: listener threads that receive its commands, and the window
+// through which a listener is started.
 //
 // Each start adds a listener. None ends before the plug-in does: the window through which they could be stopped refuses
 // its own creation, so there is never one to stop.

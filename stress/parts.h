@@ -17,7 +17,7 @@ struct PART {
 extern const PART g_Parts[];
 extern const size_t g_nParts;
 
-void RunFaults(const WORKOPTIONS &options);   // faults.cpp
+void RunFaults(const WORKOPTIONS &options);   // fault_rounds.cpp
 void RunRequests(const WORKOPTIONS &options); // requests.cpp
 void RunPanel(const WORKOPTIONS &options);    // panel_rounds.cpp
 void RunMonth(const WORKOPTIONS &options);    // month.cpp

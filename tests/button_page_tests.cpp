@@ -37,9 +37,9 @@ Lines LockTraffic(LONG mask)
 const struct {
     int enable, program, browseProgram, deleteProgram, parameter, browseParameter, deleteParameter;
     LONG lockBit;
-} pages[] = {{1086, 1105, 1119, 1149, 1088, 1144, 1148, 1},   {1102, 1129, 1128, 1148, 1103, 1145, 1150, 2},
-             {1106, 1107, 1134, 1151, 1108, 1146, 1148, 4},   {1111, 1112, 1139, 1152, 1113, 1147, 1148, 8},
-             {1115, 1116, 1139, 1153, 1117, 1148, 1154, 128}, {1161, 1175, 1174, 1148, 1177, 1154, 1176, 128}};
+} s_Pages[] = {{1086, 1105, 1119, 1149, 1088, 1144, 1148, 1},   {1102, 1129, 1128, 1148, 1103, 1145, 1150, 2},
+               {1106, 1107, 1134, 1151, 1108, 1146, 1148, 4},   {1111, 1112, 1139, 1152, 1113, 1147, 1148, 8},
+               {1115, 1116, 1139, 1153, 1117, 1148, 1154, 128}, {1161, 1175, 1174, 1148, 1177, 1154, 1176, 128}};
 
 } // namespace
 
@@ -47,7 +47,7 @@ TEST_F(ButtonPageTest, EveryPage)
 {
     for (int button = 1; button <= 6; ++button) {
         SCOPED_TRACE(button);
-        const auto &c = pages[button - 1];
+        const auto &c = s_Pages[button - 1];
         const std::string mode = "Launcher_0_Enable_" + std::to_string(button);
         const std::string exe = "exe_0_" + std::to_string(button);
         const std::string label = button == 6 ? "POWER" : "B" + std::to_string(button);
@@ -195,7 +195,7 @@ TEST_F(ButtonPageTest, AssignsCandidates)
     }
     OpenPanel();
     Put("Launcher_0_Enable_2", DWORD{2});
-    const auto &page2 = pages[1];
+    const auto &page2 = s_Pages[1];
     for (size_t slot = 0; slot < std::size(cases); ++slot) {
         const auto &c = cases[slot];
         SCOPED_TRACE(c.name);
@@ -241,7 +241,7 @@ TEST_F(ButtonPageTest, StoresTheParameterAsItIsTyped)
                  {longest.substr(1) + "表", longest.substr(1)}, // its second byte would be the 260th
                  {"", ""}};
     for (const auto &c : cases) {
-        SetDlgItemTextA(page, pages[2].parameter, Sjis(c.typed).c_str()); // its change alone
+        SetDlgItemTextA(page, s_Pages[2].parameter, Sjis(c.typed).c_str()); // its change alone
         EXPECT_EQ(Text("exe_0_3_Param"), Sjis(c.stored));
     }
 }

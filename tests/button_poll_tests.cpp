@@ -4,7 +4,7 @@
 #include "kernel/base/platform.h"
 #include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp_codes.h"

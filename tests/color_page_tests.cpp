@@ -24,7 +24,7 @@ const struct {
     WORD COLORSETTING::*value;
     LONG opened; // value and maximum as the page opens
     LONG maximum;
-} items[] = {
+} s_Items[] = {
     {"10", IDC_COLOR_BRIGHTNESS_SLIDER, IDC_COLOR_BRIGHTNESS_EDIT, &COLORSETTING::wBright, 60, 90},
     {"12", IDC_COLOR_CONTRAST_SLIDER, IDC_COLOR_CONTRAST_EDIT, &COLORSETTING::wContrast, 70, 91},
     {"16", IDC_COLOR_RED_SLIDER, IDC_COLOR_RED_EDIT, &COLORSETTING::wRed, 81, 92},
@@ -35,11 +35,11 @@ const struct {
 const struct {
     int normal, grey;
     bool gain;
-} labels[] = {{IDC_COLOR_CONTRAST_LABEL, IDC_COLOR_CONTRAST_LABEL_GREY, false},
-              {IDC_COLOR_TEMP_LABEL, IDC_COLOR_TEMP_LABEL_GREY, false},
-              {IDC_COLOR_RED_LABEL, IDC_COLOR_RED_LABEL_GREY, true},
-              {IDC_COLOR_GREEN_LABEL, IDC_COLOR_GREEN_LABEL_GREY, true},
-              {IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY, true}};
+} s_Labels[] = {{IDC_COLOR_CONTRAST_LABEL, IDC_COLOR_CONTRAST_LABEL_GREY, false},
+                {IDC_COLOR_TEMP_LABEL, IDC_COLOR_TEMP_LABEL_GREY, false},
+                {IDC_COLOR_RED_LABEL, IDC_COLOR_RED_LABEL_GREY, true},
+                {IDC_COLOR_GREEN_LABEL, IDC_COLOR_GREEN_LABEL_GREY, true},
+                {IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY, true}};
 
 const std::string gainsRead = "get 0 16|get 0 18|get 0 1A|";
 
@@ -50,8 +50,8 @@ protected:
     {
         SkipPauses(true);
         const BYTE codes[] = {VCP_BRIGHTNESS, VCP_CONTRAST, VCP_RED_GAIN, VCP_GREEN_GAIN, VCP_BLUE_GAIN};
-        for (size_t i = 0; i < std::size(items); ++i)
-            host.monitors[0].features[codes[i]] = {items[i].opened, items[i].maximum};
+        for (size_t i = 0; i < std::size(s_Items); ++i)
+            host.monitors[0].features[codes[i]] = {s_Items[i].opened, s_Items[i].maximum};
     }
 
     void OpenPage()
@@ -94,10 +94,10 @@ protected:
               IDC_COLOR_APP_DELETE, IDC_COLOR_ECO, IDC_COLOR_TEMP, IDC_COLOR_PROFILE_COMBO, IDC_COLOR_PROFILE_ADD,
               IDC_COLOR_PROFILE_DELETE, IDC_COLOR_APP_GROUP, IDC_COLOR_GROUP, IDC_COLOR_PROFILE_GROUP})
             EXPECT_EQ(IsEnabled(page, control), usable) << control;
-        for (const auto &item : items)
+        for (const auto &item : s_Items)
             for (const int control : {item.slider, item.edit})
-                EXPECT_EQ(IsEnabled(page, control), &item < items + 2 ? usable : gains) << control;
-        for (const auto &label : labels) {
+                EXPECT_EQ(IsEnabled(page, control), &item < s_Items + 2 ? usable : gains) << control;
+        for (const auto &label : s_Labels) {
             EXPECT_EQ(IsShown(page, label.normal), label.gain ? gains : usable) << label.normal;
             EXPECT_NE(IsShown(page, label.grey), IsShown(page, label.normal));
         }
@@ -122,7 +122,7 @@ TEST_F(ColorPageTest, OpensWithTheMonitorsSettings)
         host.monitors[0].features[VCP_ECO_MODE].current = c.eco;
         host.monitors[0].features[VCP_COLOR_PRESET].current = c.preset;
         OpenPage();
-        for (const auto &item : items) {
+        for (const auto &item : s_Items) {
             EXPECT_EQ(TextOf(page, item.edit), std::to_string(item.opened));
             EXPECT_EQ(Ask(item.slider, TBM_GETPOS), item.opened);
             EXPECT_EQ(Ask(item.slider, TBM_GETRANGEMAX), item.maximum);
@@ -136,7 +136,7 @@ TEST_F(ColorPageTest, OpensWithTheMonitorsSettings)
         EXPECT_EQ(memcmp(&g_DefSetting[0], &g_CurSetting[0], sizeof g_DefSetting[0]), 0);
         EXPECT_EQ(g_DefSetting[0].wColorTemp, c.preset);
     }
-    for (const auto &label : labels) {
+    for (const auto &label : s_Labels) {
         EXPECT_NE(Ask(label.normal, STM_GETIMAGE, IMAGE_BITMAP), 0);
         EXPECT_NE(Ask(label.grey, STM_GETIMAGE, IMAGE_BITMAP), Ask(label.normal, STM_GETIMAGE, IMAGE_BITMAP));
     }
@@ -163,7 +163,7 @@ TEST_F(ColorPageTest, SlidersAndEdits)
     host.monitors[0].features[VCP_COLOR_PRESET].current = 11;
     OpenPage();
     for (const bool all : {false, true})
-        for (const auto &item : items) {
+        for (const auto &item : s_Items) {
             SCOPED_TRACE(item.code + std::string(all ? " all" : ""));
             g_bAllMonitors = all;
             const auto expectWritten = [&](LONG value) {
@@ -190,7 +190,7 @@ TEST_F(ColorPageTest, SlidersAndEdits)
                          {"70000", 70000 - 65536, item.maximum},
                          {"4000000000", 4000000000 % 65536, item.maximum},
                          {"abc", 0, 0}};
-            for (const auto &c : std::span(cases, all || &item != items ? 3 : std::size(cases))) {
+            for (const auto &c : std::span(cases, all || &item != s_Items ? 3 : std::size(cases))) {
                 Type(page, item.edit, c.typed);
                 expectWritten(c.value);
                 EXPECT_EQ(Ask(item.slider, TBM_GETPOS), c.position) << c.typed;

@@ -6,7 +6,7 @@
 #include "monitor/ddc_driver.h"
 #include "monitor/i2c.h"
 #include "monitor/monitor_table.h"
-#include "support/fake_driver.h"
+#include "support/fake_ddc_driver.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"
 
@@ -65,7 +65,7 @@ protected:
         TakeRecordedCalls();
     }
 
-    FakeDriver driver;
+    FakeDdcDriver driver;
 };
 
 class EdidAtStopTest : public PluginTest {};
@@ -118,11 +118,11 @@ TEST_F(EdidCheckTest, AStepThatFailsEndsTheRepairOfThatMonitorAlone)
         if (all[line] == "end read")
             expected.push_back("stop"); // the bus is freed all the same
         expected.push_back("close");
-        std::vector<FakeDriver::Outcome> failures = {{std::nullopt}, {0xFFFFFFFF}, {0xFFFFFFFE}};
+        std::vector<FakeDdcDriver::Outcome> failures = {{std::nullopt}, {0xFFFFFFFF}, {0xFFFFFFFE}};
         if (all[line] != "start")
             failures.push_back({1});
         for (const auto &failure : failures) {
-            FakeDriver fresh;
+            FakeDdcDriver fresh;
             fresh.outcomes[call] = failure;
             Attach({MakeEdid("NRV-PA1\n", 0), MakeEdid("NRV-PA2\n", 0)});
             CheckEdidAtStop();
@@ -135,7 +135,7 @@ TEST_F(EdidCheckTest, AStepThatFailsEndsTheRepairOfThatMonitorAlone)
 TEST_F(EdidCheckTest, AStartMayReportAnythingElse)
 {
     for (const DWORD status : {1ul, 0x80000000ul, 0xFFFFFFFDul}) {
-        FakeDriver fresh;
+        FakeDdcDriver fresh;
         fresh.quiet = true; // then a start's status must not stay for the next step
         for (const int start : {1, 13, 16})
             fresh.outcomes[start] = {status};
@@ -216,7 +216,7 @@ TEST_F(EdidCheckTest, ControlCodesOfTheWholeTable)
 
 TEST_F(EdidAtStopTest, TheCheckIsPartOfTheStop)
 {
-    FakeDriver driver;
+    FakeDdcDriver driver;
     host.monitors = {ColorMonitor("NRV-PA1"), ColorMonitor("NRV-PA2")};
     host.monitors[1].edid = MakeEdid("NRV-PA2\n", 0);
     ASSERT_TRUE(Start());

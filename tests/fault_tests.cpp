@@ -1,6 +1,6 @@
 // What a call that fails, or an end at a bad moment, must not take away from the user.
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/vcp.h"
 #include "panel/tooltips.h"
 #include "server/identity_setup.h"

@@ -2,7 +2,7 @@
 #include "launcher/launcher_settings.h"
 
 #include "kernel/base/plugin_state.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp_codes.h"

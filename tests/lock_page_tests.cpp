@@ -12,7 +12,8 @@ const char locked[] = "無効";
 const struct {
     int toggle, label;
     LONG bit;
-} buttons[] = {{1162, 1165, 1}, {1148, 1166, 2}, {1154, 1167, 4}, {1163, 1168, 8}, {1164, 1169, 16}, {1180, 1181, 128}};
+} s_Buttons[] = {{1162, 1165, 1}, {1148, 1166, 2},  {1154, 1167, 4},
+                 {1163, 1168, 8}, {1164, 1169, 16}, {1180, 1181, 128}};
 
 class LockPageTest : public LauncherPagesTest {
 protected:
@@ -40,7 +41,7 @@ TEST_F(LockPageTest, EveryButton)
     EXPECT_NE(SendDlgItemMessageA(page, IDC_LOCK_PICTURE, STM_GETIMAGE, IMAGE_BITMAP, 0), 0);
     for (int button = 1; button <= 6; ++button) {
         SCOPED_TRACE(button);
-        const auto &c = buttons[button - 1];
+        const auto &c = s_Buttons[button - 1];
         const std::string label = button == 6 ? "POWER" : "B" + std::to_string(button);
         const std::string mode = "Launcher_0_Enable_" + std::to_string(button);
         SetMask(0);
@@ -103,9 +104,9 @@ TEST_F(LockPageTest, LabelsAreThoseOfTheModel)
     const HWND page = OpenLock();
     const Lines expected = {"A&B", "", "", "1234567890電源", "", "123456789012345"};
     for (size_t n = 0; n < expected.size(); ++n) {
-        EXPECT_EQ(TextOf(page, buttons[n].label), expected[n]);
-        EXPECT_EQ(TextOf(page, buttons[n].toggle), expected[n].empty() ? "" : usable);
-        EXPECT_EQ(IsEnabled(page, buttons[n].toggle), !expected[n].empty());
+        EXPECT_EQ(TextOf(page, s_Buttons[n].label), expected[n]);
+        EXPECT_EQ(TextOf(page, s_Buttons[n].toggle), expected[n].empty() ? "" : usable);
+        EXPECT_EQ(IsEnabled(page, s_Buttons[n].toggle), !expected[n].empty());
     }
     EXPECT_EQ(TipOf(page, 1180), "12345678901234567890ボタンの操作を、有効・無効にします。");
 }

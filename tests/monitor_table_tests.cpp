@@ -2,7 +2,7 @@
 #include "monitor/monitor_table.h"
 
 #include "kernel/base/plugin_state.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/vcp.h"
 #include "support/plugin_session.h"
 #include "support/replaced_imports.h"

@@ -10,7 +10,7 @@
 #include "support/clock.h"
 #include "support/panel_session.h"
 #include "support/replaced_imports.h"
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 #include "timer/reservation_store.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "support/box_answerer.h"
 #include "support/clock.h"
 #include "support/panel_session.h"
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 #include "support/text.h"
 #include "timer/reservation_store.h"
 

@@ -1,7 +1,7 @@
 // Which reservations are refused, at the exact minutes where it changes.
 #include "timer/reservation_rules.h"
 
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 #include "support/text.h"
 
 namespace {

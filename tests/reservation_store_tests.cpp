@@ -7,7 +7,7 @@
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/panel_session.h"
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 #include "support/text.h"
 
 #include <commctrl.h>

@@ -9,7 +9,7 @@
 #include "panel/resources/resource.h"
 #include "support/box_answerer.h"
 #include "support/clock.h"
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 #include "support/text.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_store.h"

@@ -6,7 +6,7 @@
 #include "support/clock.h"
 #include "support/launcher_session.h"
 #include "support/replaced_imports.h"
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 
 namespace {
 

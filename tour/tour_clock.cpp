@@ -19,11 +19,11 @@ static T *At(HMODULE module, DWORD offset)
 static void *Exchange(ULONG_PTR *entry, void *replacement)
 {
     DWORD protection = 0;
-    if (!VirtualProtect(entry, sizeof(*entry), PAGE_READWRITE, &protection))
+    if (!VirtualProtect(entry, sizeof *entry, PAGE_READWRITE, &protection))
         return nullptr;
     void *original = reinterpret_cast<void *>(*entry);
     *entry = reinterpret_cast<ULONG_PTR>(replacement);
-    VirtualProtect(entry, sizeof(*entry), protection, &protection);
+    VirtualProtect(entry, sizeof *entry, protection, &protection);
     return original;
 }
 

@@ -172,7 +172,7 @@ bool ChooseInCombo(TOUR *tour, HWND dialog, int control, int index, const std::s
 {
     const HWND combo = GetDlgItem(dialog, control);
     COMBOBOXINFO info = {};
-    info.cbSize = sizeof(info);
+    info.cbSize = sizeof info;
     if (!ClickWindow(tour, combo, name))
         return false;
     if (!WaitUntil([&] { return Ask(combo, CB_GETDROPPEDSTATE) != 0; }) || !GetComboBoxInfo(combo, &info))

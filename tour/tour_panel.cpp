@@ -120,7 +120,7 @@ std::vector<std::string> TreeTexts()
 static bool ItemPoint(HTREEITEM item, POINT *point)
 {
     RECT rect = {};
-    memcpy(&rect, &item, sizeof(item)); // the message takes the item where it puts the rectangle
+    memcpy(&rect, &item, sizeof item); // the message takes the item where it puts the rectangle
     if (!Ask(Tree(), TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&rect)))
         return false;
     *point = {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};

@@ -32,7 +32,7 @@ static const struct INPUTWORD {
 // A file and no pipe, so that nobody waits for whatever else inherits it.
 static HANDLE OpenOutput(const std::string &path)
 {
-    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     return CreateFileW(Widen(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS,
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
@@ -41,7 +41,7 @@ static HANDLE OpenOutput(const std::string &path)
 static int RunAndWait(const std::string &commandLine, HANDLE output, std::string *error)
 {
     STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
+    startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = startup.hStdError = output;
     PROCESS_INFORMATION process;

@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-static const char hostKey[] = "SOFTWARE\\Norvale DEVICE,INC.\\Trayhub";
+static const char s_HostKey[] = "SOFTWARE\\Norvale DEVICE,INC.\\Trayhub";
 
 static std::string ScratchPath(DWORD owner, const char *part)
 {
@@ -53,7 +53,7 @@ RegistrySandbox::~RegistrySandbox()
 
 static std::string HostPath(const char *subKey)
 {
-    return std::string(hostKey) + "\\" + subKey;
+    return std::string(s_HostKey) + "\\" + subKey;
 }
 
 void PutValue(HKEY root, const char *subKey, const char *name, DWORD type, const void *data, DWORD size)

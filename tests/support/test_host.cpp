@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <utility>
 
-static const char className[] = "lvkernel_tests_host";
+static const char s_ClassName[] = "lvkernel_tests_host";
 constexpr UINT WM_RUN = WM_APP; // wParam: a function to run
 
 TestMonitor ColorMonitor(const std::string &model)
@@ -43,9 +43,9 @@ TestHost::TestHost(PLUGINSLOT receive) : m_receive(receive)
         WNDCLASSA windowClass = {};
         windowClass.lpfnWndProc = WindowProc;
         windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = className;
+        windowClass.lpszClassName = s_ClassName;
         RegisterClassA(&windowClass);
-        m_window = CreateWindowA(className, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, this);
+        m_window = CreateWindowA(s_ClassName, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, this);
         SetEvent(ready);
         Serve();
     });

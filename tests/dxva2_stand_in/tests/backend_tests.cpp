@@ -209,7 +209,7 @@ static int TakeAnswer(void *packet)
 {
     const HOSTDATA *data = static_cast<HOSTPACKET *>(packet)->lpData;
     int value = 0;
-    memcpy(&value, HostPayload(data), sizeof(value));
+    memcpy(&value, HostPayload(data), sizeof value);
     std::lock_guard lock(s_mutex);
     s_answered.push_back(data->dwRequestID);
     s_values.push_back(value);

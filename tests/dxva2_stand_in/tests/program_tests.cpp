@@ -20,9 +20,9 @@ static int RunTrayhub(const std::string &arguments, const std::string &control, 
     const std::string path = TempPath("stand-in.txt"), file = TempPath("stand-in.ini");
     std::ofstream(file) << control;
     SetEnvironmentVariableW(L"DXVA2_STAND_IN", Widen(file).c_str());
-    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
+    startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = startup.hStdError =
         CreateFileW(Widen(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);

@@ -1,5 +1,5 @@
 // The bus, the memory, and the functions through which they are reached.
-#include "support/fake_driver.h"
+#include "support/fake_ddc_driver.h"
 
 #include "support/replaced_imports.h"
 
@@ -10,22 +10,22 @@
 #include <cstring>
 #include <string>
 
-static std::atomic<FakeDriver *> s_Driver = nullptr;
+static std::atomic<FakeDdcDriver *> s_Driver = nullptr;
 static std::atomic<HANDLE> s_Handle = nullptr; // the one open handle, a real one
 
-static const char deviceWin9x[] = "\\\\.\\NRVDDCCI.VXD";
-static const char deviceNt[] = "\\\\.\\DDCCI_IO";
+static const char s_DeviceWin9x[] = "\\\\.\\NRVDDCCI.VXD";
+static const char s_DeviceNt[] = "\\\\.\\DDCCI_IO";
 
 enum : int { START = 1, STOP = 2, READ = 4, WRITE = 5, END_READ = 10 };
 constexpr DWORD STATUS_REFUSED = 1;
 constexpr BYTE MEMORY_ADDRESS = 0xA0;
 
-FakeDriver::FakeDriver() : m_before(s_Driver)
+FakeDdcDriver::FakeDdcDriver() : m_before(s_Driver)
 {
     s_Driver = this;
 }
 
-FakeDriver::~FakeDriver()
+FakeDdcDriver::~FakeDdcDriver()
 {
     s_Driver = m_before;
 }
@@ -40,7 +40,7 @@ static std::string Format(const char *format, auto... values)
 // ---- Bus ----------------------------------------------------------------------------------------------------------
 
 // A byte from the plug-in: an address, an offset or data, by what came before.
-DWORD FakeDriver::TakeByte(BYTE value)
+DWORD FakeDdcDriver::TakeByte(BYTE value)
 {
     switch (m_bus) {
     case Bus::Address:
@@ -64,7 +64,7 @@ DWORD FakeDriver::TakeByte(BYTE value)
 }
 
 // Result: the status.
-DWORD FakeDriver::Work(int entry, const BYTE *bytes, BYTE *buffer, DWORD count)
+DWORD FakeDdcDriver::Work(int entry, const BYTE *bytes, BYTE *buffer, DWORD count)
 {
     const auto goFrom = [this](bool legal, Bus next, const char *what) {
         if (!legal)
@@ -92,7 +92,7 @@ DWORD FakeDriver::Work(int entry, const BYTE *bytes, BYTE *buffer, DWORD count)
 
 // ---- Device -------------------------------------------------------------------------------------------------------
 
-HANDLE FakeDriver::Open(const char *name, DWORD access, DWORD share, DWORD disposition, DWORD flags)
+HANDLE FakeDdcDriver::Open(const char *name, DWORD access, DWORD share, DWORD disposition, DWORD flags)
 {
     RecordCall(Format("open %s %lX %lX %lX %lX", name, access, share, disposition, flags));
     if (!loads) {
@@ -106,7 +106,7 @@ HANDLE FakeDriver::Open(const char *name, DWORD access, DWORD share, DWORD dispo
     return s_Handle;
 }
 
-void FakeDriver::Close()
+void FakeDdcDriver::Close()
 {
     RecordCall("close");
 }
@@ -125,8 +125,8 @@ static int EntryOfCode(DWORD code)
     return 0;
 }
 
-BOOL FakeDriver::Control(DWORD code, void *input, DWORD inputSize, void *output, DWORD outputSize,
-                         const DWORD *returned)
+BOOL FakeDdcDriver::Control(DWORD code, void *input, DWORD inputSize, void *output, DWORD outputSize,
+                            const DWORD *returned)
 {
     struct {
         DWORD port, count;
@@ -167,12 +167,12 @@ BOOL FakeDriver::Control(DWORD code, void *input, DWORD inputSize, void *output,
 static HANDLE WINAPI FakeCreateFile(LPCSTR name, DWORD access, DWORD share, SECURITY_ATTRIBUTES *security,
                                     DWORD disposition, DWORD flags, HANDLE templateFile)
 {
-    FakeDriver *driver = s_Driver;
+    FakeDdcDriver *driver = s_Driver;
     if (ShallFail(Fault::File)) {
         SetLastError(ERROR_ACCESS_DENIED);
         return INVALID_HANDLE_VALUE;
     }
-    if (driver && name && (!strcmp(name, deviceWin9x) || !strncmp(name, deviceNt, strlen(deviceNt))))
+    if (driver && name && (!strcmp(name, s_DeviceWin9x) || !strncmp(name, s_DeviceNt, strlen(s_DeviceNt))))
         return driver->Open(name, access, share, disposition, flags);
     const auto real = RealFunction<decltype(&CreateFileA)>("kernel32", "CreateFileA");
     return real(name, access, share, security, disposition, flags, templateFile);
@@ -181,7 +181,7 @@ static HANDLE WINAPI FakeCreateFile(LPCSTR name, DWORD access, DWORD share, SECU
 static BOOL WINAPI FakeDeviceIoControl(HANDLE device, DWORD code, void *input, DWORD inputSize, void *output,
                                        DWORD outputSize, DWORD *returned, OVERLAPPED *overlapped)
 {
-    FakeDriver *driver = s_Driver;
+    FakeDdcDriver *driver = s_Driver;
     if (driver && device && device == s_Handle)
         return driver->Control(code, input, inputSize, output, outputSize, returned);
     const auto real = RealFunction<decltype(&DeviceIoControl)>("kernel32", "DeviceIoControl");
@@ -190,7 +190,7 @@ static BOOL WINAPI FakeDeviceIoControl(HANDLE device, DWORD code, void *input, D
 
 static BOOL WINAPI FakeCloseHandle(HANDLE handle)
 {
-    FakeDriver *driver = s_Driver;
+    FakeDdcDriver *driver = s_Driver;
     HANDLE own = handle;
     if (driver && handle && s_Handle.compare_exchange_strong(own, nullptr))
         driver->Close();

@@ -15,12 +15,12 @@
 //   "start", "write XX" (hexadecimal), "read COUNT", "end read", "stop"
 //   "illegal ..." before one of these that the bus does not allow; it fails then
 //   "bad call" for a control code, size or pointer that is not the driver's
-class FakeDriver {
+class FakeDdcDriver {
 public:
-    FakeDriver();
-    ~FakeDriver();
-    FakeDriver(const FakeDriver &) = delete;
-    FakeDriver &operator=(const FakeDriver &) = delete;
+    FakeDdcDriver();
+    ~FakeDdcDriver();
+    FakeDdcDriver(const FakeDdcDriver &) = delete;
+    FakeDdcDriver &operator=(const FakeDdcDriver &) = delete;
 
     std::array<BYTE, 256> memory = {};
     bool loads = true;           // false: the device cannot be opened
@@ -43,7 +43,7 @@ private:
     DWORD Work(int entry, const BYTE *bytes, BYTE *buffer, DWORD count);
     DWORD TakeByte(BYTE value);
 
-    FakeDriver *const m_before;
+    FakeDdcDriver *const m_before;
     Bus m_bus = Bus::Idle;
     BYTE m_offset = 0;
     int m_calls = 0;

@@ -1,8 +1,8 @@
 // The page, its file, its prompt.
-#include "support/reservation_page.h"
+#include "support/reservation_session.h"
 
 #include "kernel/base/plugin_state.h"
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
 #include "monitor/vcp_codes.h"
 #include "panel/page_table.h"

@@ -1,5 +1,5 @@
 // Enumeration of the monitors.
-#include "monitor/monitor_search.h"
+#include "monitor/enumeration.h"
 
 #include "kernel/base/plugin_state.h"
 #include "kernel/link/host_protocol.h"
