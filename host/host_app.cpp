@@ -15,9 +15,9 @@
 static void OnTray(HOSTAPP *app, LPARAM mouseMessage)
 {
     if (mouseMessage == WM_RBUTTONUP)
-        OpenHostMenu(&app->reload);
+        OpenHostMenu(&app->window, &app->reload);
     else if (mouseMessage == WM_LBUTTONDBLCLK)
-        RunMenuCommand(&app->reload, IDM_OPEN_PANEL);
+        RunMenuCommand(&app->window, &app->plugin, &app->reload, IDM_OPEN_PANEL);
 }
 
 // Who began with windows ends with the last one: where there is no notification area, nothing else would be left to
@@ -87,13 +87,13 @@ static bool TakeMessage(void *context, UINT message, WPARAM wParam, LPARAM lPara
         OnTray(app, lParam);
         return true;
     case WM_MONITOR_MENU:
-        OpenHostMenu(&app->reload);
+        OpenHostMenu(&app->window, &app->reload);
         return true;
     case WM_MONITOR_CLOSED:
         OnMonitorClosed(app);
         return true;
     case WM_COMMAND:
-        RunMenuCommand(&app->reload, LOWORD(wParam));
+        RunMenuCommand(&app->window, &app->plugin, &app->reload, LOWORD(wParam));
         return true;
     case WM_TIMER:
         OnTimer(app, wParam);

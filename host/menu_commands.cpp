@@ -36,17 +36,17 @@ static void OnAutostart(HWND hWnd)
                     MB_OK | MB_ICONSTOP | MB_SETFOREGROUND);
 }
 
-void OpenHostMenu(const RELOAD *reload)
+void OpenHostMenu(const HOSTWINDOW *window, const RELOAD *reload)
 {
-    OpenTrayMenu(reload->window->hWnd, reload->window->hInstance,
+    OpenTrayMenu(window->hWnd, window->hInstance,
                  {HasMonitorWindows(), CanDetect(reload), IsAutostartOn(ProgramPath())});
 }
 
-void RunMenuCommand(RELOAD *reload, WORD command)
+void RunMenuCommand(HOSTWINDOW *window, RUNNINGPLUGIN *plugin, RELOAD *reload, WORD command)
 {
     switch (command) {
     case IDM_OPEN_PANEL:
-        OnOpenPanel(reload->window->hWnd, reload->plugin);
+        OnOpenPanel(window->hWnd, plugin);
         break;
     case IDM_SHOW_MONITORS:
         ShowMonitorWindows();
@@ -55,13 +55,13 @@ void RunMenuCommand(RELOAD *reload, WORD command)
         DetectMonitors(reload);
         break;
     case IDM_ABOUT:
-        OnAbout(reload->window->hWnd, reload->plugin);
+        OnAbout(window->hWnd, plugin);
         break;
     case IDM_AUTOSTART:
-        OnAutostart(reload->window->hWnd);
+        OnAutostart(window->hWnd);
         break;
     case IDM_QUIT:
-        EndHost(reload->window, 0);
+        EndHost(window, 0);
         break;
     default:
         break;

@@ -4,7 +4,7 @@
 #include "host/reload.h"
 
 // Opens the menu at the mouse; the choice comes as WM_COMMAND to the host window.
-void OpenHostMenu(const RELOAD *reload);
+void OpenHostMenu(const HOSTWINDOW *window, const RELOAD *reload);
 
 // Carries out a choice of the menu, one of IDM_... .
-void RunMenuCommand(RELOAD *reload, WORD command);
+void RunMenuCommand(HOSTWINDOW *window, RUNNINGPLUGIN *plugin, RELOAD *reload, WORD command);

@@ -10,14 +10,13 @@
 
 // ---- Asking the backend ---------------------------------------------------------------------------------------------
 
-// What an access to a monitor gave, and how long it took, for the log.
-static void LogAccess(const char *kind, const PACKET *request, const std::string &fields, MONITORRESULT result,
-                      DWORD startTick)
-{
-    LogLine("host>monitor", kind,
-            Format("monitor=%d%s result=%s ms=%lu", static_cast<int>(PayloadDword(request, 0)), fields.c_str(),
-                   MonitorResultName(result), GetTickCount() - startTick));
-}
+// What a request has come to.
+struct ANSWER {
+    MONITORRESULT result;
+    std::vector<BYTE> payload;
+    const char *access; // the kind of access to the monitor, for the log; null: none
+    std::string fields; // of the log
+};
 
 static std::string CodeFields(BYTE code)
 {
@@ -29,111 +28,89 @@ static bool IsDone(MONITORRESULT result)
     return result == MONITOR_OK || result == MONITOR_IGNORED;
 }
 
-// The functions below each work off one kind of request: they fill the answer's payload, and say how it went. A failed
-// read answers -1 and -1, a failed write 0, a text or block that could not be had zeros.
+// The functions below each work off one kind of request. A failed read answers -1 and -1, a failed write 0, a text or
+// block that could not be had zeros.
 
-static MONITORRESULT AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
-                                  std::vector<BYTE> *answer)
+static std::vector<BYTE> DwordPayload(DWORD value)
 {
-    const WORD wide = PacketData(request)->wCode;
-    const BYTE code = static_cast<BYTE>(wide);
-    const WORD value = PayloadWord(request, 4);
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        wide > 0xFF
-            ? MONITOR_FAILED
-            : backend->setVcp(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, code, value);
-    LogAccess("write", request, CodeFields(code) + Format(" value=%u", value), result, start);
-    AppendDword(answer, IsDone(result));
-    return result;
+    std::vector<BYTE> payload;
+    AppendDword(&payload, value);
+    return payload;
 }
 
-static MONITORRESULT AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
-                                  std::vector<BYTE> *answer)
+static int MonitorOf(const PACKET *request)
+{
+    return static_cast<int>(PayloadDword(request, 0));
+}
+
+static ANSWER AnswerSetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience)
+{
+    const WORD wide = PacketData(request)->wCode, value = PayloadWord(request, 4);
+    const BYTE code = static_cast<BYTE>(wide);
+    const MONITORRESULT result =
+        wide > 0xFF ? MONITOR_FAILED : backend->setVcp(backend->context, MonitorOf(request), patience, code, value);
+    return {result, DwordPayload(IsDone(result)), "write", CodeFields(code) + Format(" value=%u", value)};
+}
+
+static ANSWER AnswerGetVcp(const MONITORBACKEND *backend, const PACKET *request, DWORD patience)
 {
     const WORD wide = PacketData(request)->wCode;
     const BYTE code = static_cast<BYTE>(wide);
     WORD value = 0, maximum = 0;
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result = wide > 0xFF
-                                     ? MONITOR_FAILED
-                                     : backend->getVcp(backend->context, static_cast<int>(PayloadDword(request, 0)),
-                                                       patience, code, &value, &maximum);
-    LogAccess("read", request, CodeFields(code) + (IsDone(result) ? Format(" value=%u max=%u", value, maximum) : ""),
-              result, start);
-    AppendDword(answer, IsDone(result) ? value : 0xFFFFFFFF);
-    AppendDword(answer, IsDone(result) ? maximum : 0xFFFFFFFF);
-    return result;
+    const MONITORRESULT result =
+        wide > 0xFF ? MONITOR_FAILED
+                    : backend->getVcp(backend->context, MonitorOf(request), patience, code, &value, &maximum);
+    std::vector<BYTE> payload = DwordPayload(IsDone(result) ? value : 0xFFFFFFFF);
+    AppendDword(&payload, IsDone(result) ? maximum : 0xFFFFFFFF);
+    return {result, payload, "read",
+            CodeFields(code) + (IsDone(result) ? Format(" value=%u max=%u", value, maximum) : "")};
 }
 
-static MONITORRESULT AnswerInputList(const MONITORBACKEND *backend, const PACKET *request, DWORD,
-                                     std::vector<BYTE> *answer)
+static ANSWER AnswerInputList(const MONITORBACKEND *backend, const PACKET *request, DWORD)
 {
     DWORD flags[HOST_INPUT_COUNT];
     for (DWORD n = 0; n < HOST_INPUT_COUNT; n++)
         flags[n] = PayloadDword(request, 4 + 4 * n);
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        backend->inputList(backend->context, static_cast<int>(PayloadDword(request, 0)), flags);
-    LogAccess("input-list", request, "", result, start);
-    AppendDword(answer, IsDone(result));
-    return result;
+    const MONITORRESULT result = backend->inputList(backend->context, MonitorOf(request), flags);
+    return {result, DwordPayload(IsDone(result)), "input-list", ""};
 }
 
-static MONITORRESULT AnswerDirectLink(const MONITORBACKEND *backend, const PACKET *request, DWORD,
-                                      std::vector<BYTE> *answer)
+static ANSWER AnswerDirectLink(const MONITORBACKEND *backend, const PACKET *request, DWORD)
 {
     const bool on = PayloadDword(request, 4) != 0;
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result = backend->directLink(backend->context, static_cast<int>(PayloadDword(request, 0)), on);
-    LogAccess("directlink", request, Format(" on=%d", on), result, start);
-    AppendDword(answer, IsDone(result));
-    return result;
+    const MONITORRESULT result = backend->directLink(backend->context, MonitorOf(request), on);
+    return {result, DwordPayload(IsDone(result)), "directlink", Format(" on=%d", on)};
 }
 
-static MONITORRESULT AnswerCount(const MONITORBACKEND *backend, const PACKET *, DWORD, std::vector<BYTE> *answer)
+static ANSWER AnswerCount(const MONITORBACKEND *backend, const PACKET *, DWORD)
 {
-    AppendDword(answer, static_cast<DWORD>(backend->count(backend->context)));
-    return MONITOR_OK;
+    return {MONITOR_OK, DwordPayload(static_cast<DWORD>(backend->count(backend->context))), nullptr, ""};
 }
 
-static MONITORRESULT AnswerName(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
-                                std::vector<BYTE> *answer)
+static ANSWER AnswerName(const MONITORBACKEND *backend, const PACKET *request, DWORD patience)
 {
     char text[HOST_NAME_SIZE] = {};
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        backend->name(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, text);
-    LogAccess("name", request, "", result, start);
-    answer->assign(text, text + sizeof(text));
-    return result;
+    const MONITORRESULT result = backend->name(backend->context, MonitorOf(request), patience, text);
+    return {result, {text, text + sizeof(text)}, "name", ""};
 }
 
-static MONITORRESULT AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, DWORD patience,
-                                        std::vector<BYTE> *answer)
+static ANSWER AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, DWORD patience)
 {
     char text[HOST_CAPABILITIES_SIZE] = {};
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result =
-        backend->capabilities(backend->context, static_cast<int>(PayloadDword(request, 0)), patience, text);
-    LogAccess("capabilities", request, "", result, start);
-    answer->assign(text, text + sizeof(text));
-    return result;
+    const MONITORRESULT result = backend->capabilities(backend->context, MonitorOf(request), patience, text);
+    return {result, {text, text + sizeof(text)}, "capabilities", ""};
 }
 
-static MONITORRESULT AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, DWORD, std::vector<BYTE> *answer)
+static ANSWER AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, DWORD)
 {
     BYTE block[HOST_EDID_SIZE] = {};
-    const DWORD start = GetTickCount();
-    const MONITORRESULT result = backend->edid(backend->context, static_cast<int>(PayloadDword(request, 0)), block);
-    LogAccess("edid", request, "", result, start);
-    answer->assign(block, block + sizeof(block));
-    return result;
+    const MONITORRESULT result = backend->edid(backend->context, MonitorOf(request), block);
+    return {result, {block, block + sizeof(block)}, "edid", ""};
 }
 
 static const struct {
     WORD command;
-    MONITORRESULT (*answer)(const MONITORBACKEND *, const PACKET *, DWORD patience, std::vector<BYTE> *);
+    ANSWER (*answer)(const MONITORBACKEND *, const PACKET *, DWORD patience);
 } s_answerers[] = {
     {HOST_SET_VCP, AnswerSetVcp},
     {HOST_SET_INPUT_LIST, AnswerInputList},
@@ -189,7 +166,7 @@ static void NoteExchange(ROUTER *router, const PACKET *request, const PACKET *an
     }
 }
 
-// ---- The worker -----------------------------------------------------------------------------------------------------
+// ---- Answering ------------------------------------------------------------------------------------------------------
 
 ENDPOINT HostEndpoint()
 {
@@ -219,47 +196,44 @@ static MONITORBACKEND LateBackend(const MONITORBACKEND &backend)
             [](void *, int, bool) { return MONITOR_FAILED; }};
 }
 
-// The plug-in gives a request up by the time of its arrival, so what it has waited here is taken off its patience.
-static void WorkOff(ROUTER *router, const PACKET *request, DWORD waited)
+// Of a request that was well-formed when it came.
+static ANSWER Ask(const MONITORBACKEND &backend, const PACKET *request, DWORD patience)
 {
-    const bool isLate = waited >= ACCESS_PATIENCE;
-    const MONITORBACKEND backend = isLate ? LateBackend(router->backend) : router->backend;
-    if (isLate)
-        LogEvent(
-            Format("request %lu has waited %lu ms and is not made any more", PacketData(request)->dwRequestID, waited));
-    for (const auto &answerer : s_answerers) {
-        if (answerer.command != request->header.wCommand)
-            continue;
-        std::vector<BYTE> payload;
-        if (answerer.answer(&backend, request, isLate ? 0 : ACCESS_PATIENCE - waited, &payload) == MONITOR_SILENT)
-            return;
-        PACKET answer = MakePacket(HostEndpoint(), request->header.src, request->header.wCommand,
-                                   PacketData(request)->wCode, PacketData(request)->dwRequestID, payload);
-        // Before the plug-in goes on: who waits for its next step must find all that led to it.
-        NoteExchange(router, request, &answer);
-        LogLine("host>plugin", "reply", DescribeAnswer(&answer));
-        if (CallSlot(router, PLUGIN_SLOT_RECEIVE, &answer) != 1)
-            LogLine("host>plugin", "refused", Format("id=%lu", PacketData(&answer)->dwRequestID));
-        return;
-    }
+    for (const auto &answerer : s_answerers)
+        if (answerer.command == request->header.wCommand)
+            return answerer.answer(&backend, request, patience);
+    return {MONITOR_SILENT, {}, nullptr, ""};
 }
 
-static void WorkerLoop(ROUTER *router, ROUTERLANE *lane)
+// The plug-in gives a request up by the time of its arrival, so what it has waited here is taken off its patience.
+static ANSWER AskInTime(const MONITORBACKEND &backend, const PACKET *request, DWORD waited)
 {
-    std::unique_lock lock(router->mutex);
-    for (;;) {
-        lane->arrived.wait(lock, [=] { return router->stopping || !lane->requests.empty(); });
-        if (router->stopping)
-            return;
-        const ROUTERLANE::WAITING request = std::move(lane->requests.front());
-        lane->requests.pop_front();
-        lane->working = true;
-        lock.unlock();
-        WorkOff(router, &request.packet, GetTickCount() - request.arrivalTick);
-        lock.lock();
-        lane->working = false;
-        router->lastPacketTick = GetTickCount();
-    }
+    if (waited < ACCESS_PATIENCE)
+        return Ask(backend, request, ACCESS_PATIENCE - waited);
+    LogEvent(
+        Format("request %lu has waited %lu ms and is not made any more", PacketData(request)->dwRequestID, waited));
+    return Ask(LateBackend(backend), request, 0);
+}
+
+static void LogAccess(const PACKET *request, const ANSWER &answer, DWORD startTick)
+{
+    if (answer.access)
+        LogLine("host>monitor", answer.access,
+                Format("monitor=%d%s result=%s ms=%lu", MonitorOf(request), answer.fields.c_str(),
+                       MonitorResultName(answer.result), GetTickCount() - startTick));
+}
+
+static void Reply(ROUTER *router, const PACKET *request, const ANSWER &answer)
+{
+    if (answer.result == MONITOR_SILENT)
+        return;
+    PACKET packet = MakePacket(HostEndpoint(), request->header.src, request->header.wCommand,
+                               PacketData(request)->wCode, PacketData(request)->dwRequestID, answer.payload);
+    // Before the plug-in goes on: who waits for its next step must find all that led to it.
+    NoteExchange(router, request, &packet);
+    LogLine("host>plugin", "reply", DescribeAnswer(&packet));
+    if (CallSlot(router, PLUGIN_SLOT_RECEIVE, &packet) != 1)
+        LogLine("host>plugin", "refused", Format("id=%lu", PacketData(&packet)->dwRequestID));
 }
 
 static ROUTERLANE *LaneOf(ROUTER *router, const PACKET *request)
@@ -269,16 +243,101 @@ static ROUTERLANE *LaneOf(ROUTER *router, const PACKET *request)
     return &router->lanes[isAboutMonitor ? index : COMMON_LANE];
 }
 
-// With the lock. What comes after the stop is dropped like what waited then.
-static void Enqueue(ROUTER *router, PACKET &&request)
+// The router is still there: it waits for every request that is neither dropped nor over.
+static void Finish(ROUTER *router, const std::shared_ptr<ROUTERREQUEST> &request, const ANSWER &answer, DWORD startTick)
 {
-    if (router->stopping)
+    LogAccess(&request->packet, answer, startTick);
+    Reply(router, &request->packet, answer);
+    std::lock_guard lock(router->mutex);
+    ROUTERLANE *lane = LaneOf(router, &request->packet);
+    lane->requests.erase(std::find(lane->requests.begin(), lane->requests.end(), request));
+    router->lastPacketTick = GetTickCount();
+    router->settled.notify_all();
+}
+
+// ---- Working requests off -------------------------------------------------------------------------------------------
+
+static bool Take(ROUTERREQUEST *request)
+{
+    REQUESTSTATE state = REQUEST_WAITS;
+    return request->state.compare_exchange_strong(state, REQUEST_IN_HAND);
+}
+
+// On the thread of the request's monitor. When it comes back from the driver too late, the router may be gone.
+static void WorkOff(ROUTER *router, const std::shared_ptr<ROUTERREQUEST> &request)
+{
+    if (!Take(request.get()))
         return;
-    ROUTERLANE *lane = LaneOf(router, &request);
-    lane->requests.push_back({std::move(request), GetTickCount()});
-    lane->arrived.notify_one();
-    if (!lane->worker.joinable())
-        lane->worker = std::thread(WorkerLoop, router, lane);
+    const MONITORBACKEND backend = router->backend;
+    const DWORD start = GetTickCount();
+    const ANSWER answer = AskInTime(backend, &request->packet, start - request->arrivalTick);
+    if (request->state.exchange(REQUEST_IS_OVER) != REQUEST_IS_OVER)
+        Finish(router, request, answer, start);
+}
+
+// The thread of the request's monitor has not come so far in time: answers with what is known.
+static void GiveUp(ROUTER *router, const std::shared_ptr<ROUTERREQUEST> &request)
+{
+    const REQUESTSTATE state = request->state.exchange(REQUEST_IS_OVER);
+    if (state == REQUEST_IS_OVER)
+        return;
+    const DWORD waited = GetTickCount() - request->arrivalTick;
+    const bool isLate = state == REQUEST_WAITS && waited >= ACCESS_PATIENCE;
+    const ANSWER answer =
+        isLate ? AskInTime(router->backend, &request->packet, waited) : Ask(router->backend, &request->packet, 0);
+    Finish(router, request, answer, request->arrivalTick);
+}
+
+// With the lock. The first request of a lane that nobody has in hand; null: none.
+static std::shared_ptr<ROUTERREQUEST> NextOf(const ROUTERLANE &lane)
+{
+    for (const std::shared_ptr<ROUTERREQUEST> &request : lane.requests)
+        if (request->state == REQUEST_WAITS)
+            return request;
+    return nullptr;
+}
+
+static void WorkerLoop(ROUTER *router, ROUTERLANE *lane)
+{
+    std::unique_lock lock(router->mutex);
+    for (;;) {
+        std::shared_ptr<ROUTERREQUEST> request;
+        lane->arrived.wait(lock, [&] { return router->stopping || (request = NextOf(*lane)); });
+        if (router->stopping)
+            return;
+        lock.unlock();
+        WorkOff(router, request);
+        lock.lock();
+    }
+}
+
+// Hands a request to the monitor's own thread. Returns false for one that needs a thread of the router's.
+static bool Post(ROUTER *router, const std::shared_ptr<ROUTERREQUEST> &request)
+{
+    const MONITORBACKEND &backend = router->backend;
+    return backend.post && LaneOf(router, &request->packet) != &router->lanes[COMMON_LANE] &&
+           backend.post(backend.context, MonitorOf(&request->packet),
+                        {[=] { WorkOff(router, request); }, [=] { GiveUp(router, request); }});
+}
+
+// On the window's thread. What comes after the stop is dropped like what waited then.
+static void Enqueue(ROUTER *router, PACKET &&packet)
+{
+    const auto request = std::make_shared<ROUTERREQUEST>();
+    request->packet = std::move(packet);
+    request->arrivalTick = GetTickCount();
+    ROUTERLANE *lane = LaneOf(router, &request->packet);
+    {
+        std::lock_guard lock(router->mutex);
+        if (router->stopping)
+            return;
+        lane->requests.push_back(request);
+    }
+    if (lane->worker.joinable() || !Post(router, request)) {
+        if (!lane->worker.joinable())
+            lane->worker = std::thread(WorkerLoop, router, lane);
+        lane->arrived.notify_one();
+    }
 }
 
 void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend)
@@ -293,15 +352,29 @@ void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &
     router->stopping = false;
 }
 
+// With the lock. Takes what nobody has in hand out of a lane.
+static void Drop(ROUTERLANE *lane)
+{
+    const auto isDropped = [](const std::shared_ptr<ROUTERREQUEST> &request) {
+        REQUESTSTATE state = REQUEST_WAITS;
+        return request->state.compare_exchange_strong(state, REQUEST_IS_OVER);
+    };
+    lane->requests.erase(std::remove_if(lane->requests.begin(), lane->requests.end(), isDropped), lane->requests.end());
+}
+
 void StopRouter(ROUTER *router)
 {
     {
-        std::lock_guard lock(router->mutex);
+        std::unique_lock lock(router->mutex);
         router->stopping = true;
         for (ROUTERLANE &lane : router->lanes) {
-            lane.requests.clear();
+            Drop(&lane);
             lane.arrived.notify_one();
         }
+        router->settled.wait(lock, [=] {
+            return std::all_of(router->lanes.begin(), router->lanes.end(),
+                               [](const ROUTERLANE &lane) { return lane.requests.empty(); });
+        });
     }
     for (ROUTERLANE &lane : router->lanes)
         if (lane.worker.joinable())
@@ -341,11 +414,11 @@ LRESULT RouterTakePacket(ROUTER *router, const HOSTPACKET *source)
     {
         std::lock_guard lock(router->mutex);
         router->lastPacketTick = GetTickCount();
-        if (!isNotice)
-            Enqueue(router, std::move(packet));
-        else if (std::find(router->notices.begin(), router->notices.end(), notice) == router->notices.end())
+        if (isNotice && std::find(router->notices.begin(), router->notices.end(), notice) == router->notices.end())
             router->notices.push_back(notice);
     }
+    if (!isNotice)
+        Enqueue(router, std::move(packet));
     if (isNotice && router->noticed)
         router->noticed(router->noticedContext, notice);
     return 1;
@@ -398,7 +471,7 @@ bool IsLinkQuiet(ROUTER *router, DWORD milliseconds)
 {
     std::lock_guard lock(router->mutex);
     for (const ROUTERLANE &lane : router->lanes)
-        if (lane.working || !lane.requests.empty())
+        if (!lane.requests.empty())
             return false;
     return GetTickCount() - router->lastPacketTick >= milliseconds;
 }

@@ -1,13 +1,16 @@
 // The host's end of the packet link. Requests of the plug-in are copied before the message returns and worked off on
-// worker threads, so a reply can arrive while the plug-in's caller is still inside slot 15 or 16 on the window's
-// thread. Each monitor has a thread of its own: one that is slow or hangs holds up no other.
+// other threads, so a reply can arrive while the plug-in's caller is still inside slot 15 or 16 on the window's thread.
+// Each monitor has one thread for its requests, its backend's or one of the router's: one that is slow or hangs holds
+// up no other.
 #pragma once
 
 #include <windows.h>
 
 #include <array>
+#include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -34,16 +37,25 @@ struct WIREMONITOR {
     std::array<READING, 256> readings; // the last answer to a read, per VCP code
 };
 
+enum REQUESTSTATE {
+    REQUEST_WAITS,
+    REQUEST_IN_HAND,
+    REQUEST_IS_OVER, // whoever sets this answers; to all others neither the router nor the plug-in need be there any
+                     // more
+};
+
+// Held by the thread that works it off, too, which may be in a driver for ever.
+struct ROUTERREQUEST {
+    PACKET packet;
+    DWORD arrivalTick;
+    std::atomic<REQUESTSTATE> state;
+};
+
 // Requests that are worked off one after the other, in the order in which they came.
 struct ROUTERLANE {
-    struct WAITING {
-        PACKET packet;
-        DWORD arrivalTick;
-    };
-    std::deque<WAITING> requests;
-    bool working; // a request is in hand
+    std::deque<std::shared_ptr<ROUTERREQUEST>> requests; // with that in hand
     std::condition_variable arrived;
-    std::thread worker; // runs from the lane's first request on
+    std::thread worker; // from the first request on that the backend takes on no thread of its own
 };
 
 // A lane for each monitor, and one for what is about none in particular: the count, and DirectLink of all.
@@ -56,7 +68,8 @@ struct ROUTER {
     void (*noticed)(void *context, WORD notice); // told of each notice, on the thread of the message
     void *noticedContext;
 
-    std::mutex mutex; // guards all that follows
+    std::mutex mutex;                // guards all that follows
+    std::condition_variable settled; // a request is over
     std::array<ROUTERLANE, ROUTER_LANE_COUNT> lanes;
     std::deque<PACKET> replies; // of the plug-in to commands
     std::vector<WIREMONITOR> wire;
@@ -69,8 +82,8 @@ struct ROUTER {
 // must live until StopRouter has returned.
 void StartRouter(ROUTER *router, const PLUGINSLOT *slots, const MONITORBACKEND &backend);
 
-// Waits for the requests in hand, one a lane, drops those behind them, and ends the workers. Call before the plug-in is
-// unloaded.
+// Waits for the requests in hand, one a lane, until they are done or given up, drops those behind them, and ends the
+// router's threads. Call before the plug-in is unloaded.
 void StopRouter(ROUTER *router);
 
 // The host address that the plug-in sends to, and the source of all that the host sends.

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 #include "kernel/link/host_protocol.h"
 
 enum MONITORRESULT {
@@ -17,10 +19,17 @@ enum MONITORRESULT {
 // reply.
 constexpr DWORD ACCESS_PATIENCE = 8000;
 
-// Called on the router's worker threads: one call at a time for each monitor, those for different monitors, count() and
-// directLink() of all at the same time. `context` is the table's own pointer. `monitor` is a zero-based index below
-// count(); any other must be refused with MONITOR_FAILED. `patience` is how many ms are left for the call, 1 to
-// ACCESS_PATIENCE; what takes longer has failed. Texts are padded with zeros.
+// What is to be done about a monitor, after what was asked for before.
+struct MONITORJOB {
+    std::function<void()> run;    // with calls of the backend
+    std::function<void()> giveUp; // instead, when it takes too long; see MONITORBACKEND::post
+};
+
+// Called one call at a time for each monitor, those for different monitors, count() and directLink() of all at the same
+// time, on threads of the router's or of post. `context` is the table's own pointer. `monitor` is a zero-based index
+// below count(); any other must be refused with MONITOR_FAILED. `patience` is how many ms are left for the call, up to
+// ACCESS_PATIENCE; what takes longer has failed. With 0 the monitor is not asked, and what is known of it counts. Texts
+// are padded with zeros.
 struct MONITORBACKEND {
     void *context;
     int (*count)(void *context);
@@ -33,6 +42,13 @@ struct MONITORBACKEND {
     MONITORRESULT (*inputList)(void *context, int monitor, const DWORD flags[HOST_INPUT_COUNT]);
     // The plug-in lets a monitor's colours follow the program in front, or no longer; monitor -1 stands for all.
     MONITORRESULT (*directLink)(void *context, int monitor, bool on);
+
+    // Of a kind whose monitors have threads of their own; null: each needs one of the router's. Runs the job on the
+    // monitor's thread, after those posted before. One that is not done within ACCESS_PATIENCE ms, or soon after
+    // accesses were told to end, is given up: on another thread, once, while it may be running still; one that has not
+    // begun is never run. Both functions may outlive whoever posted them. Returns false, and nothing is run, when there
+    // is no such monitor.
+    bool (*post)(void *context, int monitor, const MONITORJOB &job) = nullptr;
 };
 
 // The word for a result in logs and messages.

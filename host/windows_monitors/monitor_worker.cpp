@@ -5,7 +5,6 @@
 #include <chrono>
 
 #include "host/base/detached_thread.h"
-#include "host/base/monitor_backend.h"
 
 typedef std::unique_lock<std::mutex> LOCK;
 
@@ -32,13 +31,20 @@ static DWORD CallDriver(MONITORWORKER *worker, LOCK &lock, const FUNCTION &funct
     return done ? 0 : code ? code : ERROR_GEN_FAILURE;
 }
 
+// How long a worker may be at something, and for whom.
+struct EFFORT {
+    ACCESSKIND kind;
+    DWORD startTick, patience;
+    const WORKERJOB *job; // null: goes on though nobody may wait for it
+};
+
 // Leaves the monitor alone for so long. Returns false when the thread shall end, or nobody waits for the access.
-static bool Pause(MONITORWORKER *worker, LOCK &lock, const ACCESS *access, DWORD milliseconds)
+static bool Pause(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, DWORD milliseconds)
 {
     WORKSHOP *workshop = worker->workshop.get();
     const DWORD start = GetTickCount();
     for (;;) {
-        if (workshop->closing || (access && access->abandoned))
+        if (workshop->closing || (effort.job && effort.job->abandoned))
             return false;
         const DWORD passed = GetTickCount() - start;
         if (passed >= milliseconds)
@@ -72,53 +78,47 @@ static bool MayReopen(const MONITORWORKER *worker)
 
 // One try, after the pause that it needs. `call` does the access with the worker's handle; 0, or the error.
 template <typename FUNCTION>
-static DWORD TryOnce(MONITORWORKER *worker, LOCK &lock, ACCESSKIND kind, const ACCESS *access, const FUNCTION &call)
+static DWORD TryOnce(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, const FUNCTION &call)
 {
-    if (!Pause(worker, lock, access, PauseBefore(kind, worker->last, GetTickCount())))
+    if (!Pause(worker, lock, effort, PauseBefore(effort.kind, worker->last, GetTickCount())))
         return OUR_ERROR_STOPPED;
     const DWORD error = CallDriver(worker, lock, call);
-    worker->last = {true, kind, GetTickCount()};
+    worker->last = {true, effort.kind, GetTickCount()};
     return error;
 }
 
-// Tries as often as it makes sense, and once more with a new handle. `access` is null for a capability string.
+// Tries as often as it makes sense, and once more with a new handle.
 template <typename FUNCTION>
-static DWORD Try(MONITORWORKER *worker, LOCK &lock, ACCESSKIND kind, const ACCESS *access, const FUNCTION &call)
+static DWORD Try(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, const FUNCTION &call)
 {
-    const DWORD start = access ? access->startTick : GetTickCount();
-    const DWORD patience = access ? access->patience : ACCESS_PATIENCE;
-    DWORD error = worker->isLost ? worker->lostError : TryOnce(worker, lock, kind, access, call);
+    DWORD error = worker->isLost ? worker->lostError : TryOnce(worker, lock, effort, call);
     if (error && AccessFault(error) == FAULT_GONE) {
         if (!MayReopen(worker) || !Reopen(worker, lock, error))
             return error;
-        error = TryOnce(worker, lock, kind, access, call);
+        error = TryOnce(worker, lock, effort, call);
     }
     for (int tries = 1; error && !worker->workshop->stopping; tries++) {
-        const DWORD passed = GetTickCount() - start;
-        if (!IsWorthRetry(error, tries, passed < patience ? patience - passed : 0) ||
-            !Pause(worker, lock, access, PAUSE_OF_RETRY))
+        const DWORD passed = GetTickCount() - effort.startTick;
+        if (!IsWorthRetry(error, tries, passed < effort.patience ? effort.patience - passed : 0) ||
+            !Pause(worker, lock, effort, PAUSE_OF_RETRY))
             break;
-        error = TryOnce(worker, lock, kind, access, call);
+        error = TryOnce(worker, lock, effort, call);
     }
     return error;
 }
 
-static void WorkOffAccess(MONITORWORKER *worker, LOCK &lock, ACCESS *access)
+static ACCESSANSWER AccessMonitor(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, BYTE code, WORD written)
 {
     const MONITORAPI &api = worker->workshop->api;
     DWORD type = 0, value = 0, maximum = 0;
-    access->begun = true;
-    const DWORD error = Try(worker, lock, access->kind, access, [&] {
-        if (access->kind == ACCESS_WRITE)
-            return api.setVcp(worker->handle, access->code, access->value) != 0;
-        return api.getVcp(worker->handle, access->code, &type, &value, &maximum) != 0;
+    const DWORD error = Try(worker, lock, effort, [&] {
+        if (effort.kind == ACCESS_WRITE)
+            return api.setVcp(worker->handle, code, written) != 0;
+        return api.getVcp(worker->handle, code, &type, &value, &maximum) != 0;
     });
     if (error)
-        access->answer = {error, 0, 0};
-    else
-        access->answer = {0, static_cast<WORD>(value), static_cast<WORD>(maximum)};
-    access->done = true;
-    worker->workshop->changed.notify_all();
+        return {error, 0, 0};
+    return {0, static_cast<WORD>(value), static_cast<WORD>(maximum)};
 }
 
 // The driver reads the string from the monitor for its length already.
@@ -153,9 +153,11 @@ static void ReadCapabilities(MONITORWORKER *worker, LOCK &lock)
     lock.lock();
     std::string text;
     DWORD length = 0;
-    DWORD error = Try(worker, lock, ACCESS_CAPABILITIES, nullptr, [&] { return ReadLength(worker, &length); });
+    EFFORT effort = {ACCESS_CAPABILITIES, GetTickCount(), ACCESS_PATIENCE, nullptr};
+    DWORD error = Try(worker, lock, effort, [&] { return ReadLength(worker, &length); });
+    effort.startTick = GetTickCount();
     if (!error) // tried on its own, so that a failure does not waste the length
-        error = Try(worker, lock, ACCESS_CAPABILITIES, nullptr, [&] { return ReadText(worker, length, &text); });
+        error = Try(worker, lock, effort, [&] { return ReadText(worker, length, &text); });
     if (!error && text.empty())
         error = OUR_ERROR_EMPTY;
     lock.unlock();
@@ -178,16 +180,27 @@ static DWORD WaitForReadTurn(const WORKSHOP *workshop)
     return workshop->readers == 0 || passed >= READ_TURN_LIMIT ? 0 : READ_TURN_LIMIT - passed;
 }
 
+static void RunNextJob(MONITORWORKER *worker, LOCK &lock)
+{
+    worker->job = worker->jobs.front();
+    worker->jobs.pop_front();
+    worker->job->begun = true;
+    lock.unlock();
+    worker->job->run();
+    lock.lock();
+    worker->job->done = true;
+    worker->job = nullptr;
+    worker->workshop->changed.notify_all();
+}
+
 static void WorkerLoop(const std::shared_ptr<MONITORWORKER> &worker)
 {
     WORKSHOP *workshop = worker->workshop.get();
     LOCK lock(workshop->mutex);
+    worker->threadId = GetCurrentThreadId();
     while (!workshop->closing) {
-        if (!worker->accesses.empty()) {
-            const std::shared_ptr<ACCESS> access = worker->accesses.front();
-            worker->accesses.pop_front();
-            if (!access->abandoned)
-                WorkOffAccess(worker.get(), lock, access.get());
+        if (!worker->jobs.empty()) {
+            RunNextJob(worker.get(), lock);
             continue;
         }
         const bool wantsRead = worker->state == CAPABILITIES_WANTED && !workshop->stopping;
@@ -224,10 +237,12 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
     }
     if (!StartDetachedThread([worker] { WorkerLoop(worker); })) // then every access fails at once
         worker->ended = true;
+    LOCK lock(workshop->mutex);
+    workshop->workers.push_back(worker);
     return worker;
 }
 
-// ---- On the asker's thread ------------------------------------------------------------------------------------------
+// ---- Patience ------------------------------------------------------------------------------------------
 
 // ms that somebody may wait who began to at `start`.
 static DWORD Limit(const WORKSHOP *workshop, DWORD start, DWORD patience)
@@ -273,32 +288,75 @@ static DWORD WaitUntil(MONITORWORKER *worker, LOCK &lock, DWORD start, DWORD pat
     }
 }
 
+// ---- On the asker's thread ------------------------------------------------------------------------------------------
+
+static bool IsOwnThread(const MONITORWORKER *worker)
+{
+    return worker->threadId == GetCurrentThreadId();
+}
+
+static void PushJob(MONITORWORKER *worker, const std::shared_ptr<WORKERJOB> &job)
+{
+    worker->jobs.push_back(job);
+    worker->workshop->changed.notify_all();
+}
+
+static void AbandonJob(MONITORWORKER *worker, const std::shared_ptr<WORKERJOB> &job)
+{
+    job->abandoned = true;
+    worker->jobs.erase(std::remove(worker->jobs.begin(), worker->jobs.end(), job), worker->jobs.end());
+}
+
 ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code, WORD value, DWORD patience)
 {
-    const auto access = std::make_shared<ACCESS>(ACCESS{kind, code, value, GetTickCount(), patience, {}, {}, {}, {}});
+    const DWORD start = GetTickCount();
     LOCK lock(worker->workshop->mutex);
-    worker->accesses.push_back(access);
-    worker->workshop->changed.notify_all();
-    const DWORD error = WaitUntil(worker, lock, access->startTick, patience, [&] { return access->done; });
+    if (patience == 0)
+        return {OUR_ERROR_TIMEOUT, 0, 0};
+    if (IsOwnThread(worker))
+        return AccessMonitor(worker, lock, {kind, start, patience, worker->job.get()}, code, value);
+    const auto answer = std::make_shared<ACCESSANSWER>();
+    const auto job = std::make_shared<WORKERJOB>(WORKERJOB{{}, {}, start, patience, {}, {}, {}});
+    job->run = [=] { // on a thread that holds the worker, and the job
+        LOCK ownLock(worker->workshop->mutex);
+        *answer = AccessMonitor(worker, ownLock, {kind, start, patience, worker->job.get()}, code, value);
+    };
+    PushJob(worker, job);
+    const DWORD error = WaitUntil(worker, lock, start, patience, [&] { return job->done; });
     if (!error)
-        return access->answer;
-    access->abandoned = true;
-    if (!access->begun)
-        worker->accesses.erase(std::remove(worker->accesses.begin(), worker->accesses.end(), access),
-                               worker->accesses.end());
+        return *answer;
+    AbandonJob(worker, job);
     return {error, 0, 0};
+}
+
+// On the worker's own thread. What keeps others from asking keeps it from reading, too.
+static void ReadWantedCapabilities(MONITORWORKER *worker, LOCK &lock, DWORD start, DWORD patience)
+{
+    WORKSHOP *workshop = worker->workshop.get();
+    for (;;) {
+        const DWORD passed = GetTickCount() - start, wait = WaitForReadTurn(workshop);
+        if (workshop->stopping || workshop->closing || passed >= patience)
+            return;
+        if (wait == 0)
+            return ReadCapabilities(worker, lock);
+        WaitFor(workshop, lock, std::min(wait, patience - passed));
+    }
 }
 
 DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string *text)
 {
+    const DWORD start = GetTickCount();
     LOCK lock(worker->workshop->mutex);
     const bool mayPass =
         worker->state == CAPABILITIES_FAILED && AccessFault(worker->capabilitiesError) == FAULT_PASSING;
-    if (mayPass && !worker->workshop->stopping) {
+    if (mayPass && patience > 0 && !worker->workshop->stopping) {
         worker->state = CAPABILITIES_WANTED;
         worker->workshop->changed.notify_all();
     }
-    const DWORD error = WaitUntil(worker, lock, GetTickCount(), patience, [&] {
+    const bool isOwn = IsOwnThread(worker);
+    if (isOwn && worker->state == CAPABILITIES_WANTED)
+        ReadWantedCapabilities(worker, lock, start, patience);
+    const DWORD error = WaitUntil(worker, lock, start, isOwn ? 0 : patience, [&] {
         return worker->state != CAPABILITIES_WANTED && worker->state != CAPABILITIES_READING;
     });
     if (error)
@@ -306,6 +364,78 @@ DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string 
     if (worker->state == CAPABILITIES_READ || worker->state == CAPABILITIES_KEPT)
         *text = worker->capabilities;
     return worker->capabilitiesError;
+}
+
+// ---- Jobs that nobody waits for -------------------------------------------------------------------------------------
+
+// ms until a job of a worker has taken too long; 0: it has, and INFINITE: never.
+static DWORD UntilDue(const MONITORWORKER *worker, const WORKERJOB &job)
+{
+    if (!job.giveUp || job.abandoned)
+        return INFINITE;
+    if (worker->ended)
+        return 0;
+    const DWORD limit = Limit(worker->workshop.get(), job.startTick, job.patience);
+    const DWORD passed = GetTickCount() - job.startTick;
+    return passed >= limit ? 0 : std::min(limit - passed, UntilStuck(worker));
+}
+
+// The next job to be given up and its worker, or neither and how long that lasts.
+struct DUEJOB {
+    std::shared_ptr<MONITORWORKER> worker;
+    std::shared_ptr<WORKERJOB> job;
+    DWORD wait;
+};
+
+static DUEJOB FindDueJob(const WORKSHOP *workshop)
+{
+    DUEJOB due = {nullptr, nullptr, INFINITE};
+    for (const std::shared_ptr<MONITORWORKER> &worker : workshop->workers) {
+        std::deque<std::shared_ptr<WORKERJOB>> jobs = worker->jobs;
+        if (worker->job)
+            jobs.push_front(worker->job);
+        for (const std::shared_ptr<WORKERJOB> &job : jobs) {
+            const DWORD wait = UntilDue(worker.get(), *job);
+            if (wait == 0)
+                return {worker, job, 0};
+            due.wait = std::min(due.wait, wait);
+        }
+    }
+    return due;
+}
+
+// Never calls the driver, so it comes back whatever that does.
+static void WatchLoop(const std::shared_ptr<WORKSHOP> &workshop)
+{
+    LOCK lock(workshop->mutex);
+    while (!workshop->closing) {
+        const DUEJOB due = FindDueJob(workshop.get());
+        if (due.job) {
+            AbandonJob(due.worker.get(), due.job);
+            lock.unlock();
+            due.job->giveUp();
+            lock.lock();
+        } else if (due.wait == INFINITE) {
+            workshop->changed.wait(lock);
+        } else {
+            WaitFor(workshop.get(), lock, due.wait);
+        }
+    }
+    workshop->isWatched = false;
+    workshop->changed.notify_all();
+}
+
+bool PostToMonitorWorker(const std::shared_ptr<MONITORWORKER> &worker, const MONITORJOB &job)
+{
+    const std::shared_ptr<WORKSHOP> workshop = worker->workshop;
+    LOCK lock(workshop->mutex);
+    if (!workshop->isWatched)
+        workshop->isWatched = !workshop->closing && StartDetachedThread([workshop] { WatchLoop(workshop); });
+    if (!workshop->isWatched)
+        return false;
+    PushJob(worker.get(),
+            std::make_shared<WORKERJOB>(WORKERJOB{job.run, job.giveUp, GetTickCount(), ACCESS_PATIENCE, {}, {}, {}}));
+    return true;
 }
 
 // ---- The end --------------------------------------------------------------------------------------------------------
@@ -327,13 +457,16 @@ static void TakeMarkerBack(MONITORWORKER *worker)
         UnmarkCapabilityRead(worker->workshop->store.get(), worker->key);
 }
 
-bool CloseWorkshop(WORKSHOP *workshop, const std::deque<std::shared_ptr<MONITORWORKER>> &workers)
+bool CloseWorkshop(WORKSHOP *workshop)
 {
     LOCK lock(workshop->mutex);
     workshop->closing = true;
     workshop->changed.notify_all();
+    std::deque<std::shared_ptr<MONITORWORKER>> workers;
+    workers.swap(workshop->workers); // they hold the workshop, and it them
     const auto allEnded = [&] {
-        return std::all_of(workers.begin(), workers.end(), [](const auto &worker) { return worker->ended; });
+        return !workshop->isWatched &&
+               std::all_of(workers.begin(), workers.end(), [](const auto &worker) { return worker->ended; });
     };
     if (workshop->changed.wait_for(lock, std::chrono::milliseconds(STOP_PATIENCE), allEnded))
         return true;

@@ -1,5 +1,7 @@
 // One thread per physical monitor: it alone calls the driver for that monitor, with the pauses and retries that DDC/CI
 // needs. Whoever asks waits for an answer as long as his patience lasts, and not longer, even when the driver hangs.
+// Who does not want to wait posts a job, in which the monitor is asked on its own thread; one thread watches the jobs
+// of all monitors and gives up those that take too long.
 //
 // Who owns what: a worker and the workshop that it shares with the others are held by its thread, too. A thread that
 // does not come back from the driver keeps both, and the monitor's handle, until it does or the process ends; nobody
@@ -15,6 +17,7 @@
 #include <mutex>
 #include <string>
 
+#include "host/base/monitor_backend.h"
 #include "host/windows_monitors/access_rules.h"
 #include "host/windows_monitors/capability_store.h"
 #include "host/windows_monitors/monitor_api.h"
@@ -23,6 +26,8 @@ constexpr DWORD STOP_PATIENCE = 500;           // ms that an access may still ta
 constexpr DWORD REOPEN_PERIOD = 2000;          // ms at least between two looks for a monitor whose handle is no good
 constexpr DWORD READ_TURN_LIMIT = 5000;        // ms that one capability string's read may keep the others waiting
 constexpr size_t CAPABILITY_LIMIT = 16 * 1024; // bytes; longer is a driver's mistake
+
+struct MONITORWORKER;
 
 // What the workers of a set of monitors have in common.
 struct WORKSHOP {
@@ -35,9 +40,11 @@ struct WORKSHOP {
     std::condition_variable changed;
     bool stopping = false; // accesses have STOP_PATIENCE
     DWORD stopTick = 0;
-    bool closing = false; // the threads end
-    int readers = 0;      // capability strings being read: one at a time, unless it takes too long
-    DWORD readerTick = 0; // when the latest of these reads began
+    bool closing = false;   // the threads end
+    int readers = 0;        // capability strings being read: one at a time, unless it takes too long
+    DWORD readerTick = 0;   // when the latest of these reads began
+    bool isWatched = false; // there is a thread that gives jobs up
+    std::deque<std::shared_ptr<MONITORWORKER>> workers; // until the end
 };
 
 // How an access went. error: 0, or the reason; the values are then 0.
@@ -46,13 +53,13 @@ struct ACCESSANSWER {
     WORD value, maximum; // of a read
 };
 
-struct ACCESS {
-    ACCESSKIND kind; // read or write
-    BYTE code;
-    WORD value; // to write
+// What a worker's thread does for others, in the order in which it was asked for.
+struct WORKERJOB {
+    std::function<void()> run;    // without the lock
+    std::function<void()> giveUp; // null: whoever waits for the job gives it up himself
     DWORD startTick, patience;
-    bool begun, done, abandoned;
-    ACCESSANSWER answer;
+    bool begun, done;
+    bool abandoned; // nobody waits for it any more
 };
 
 enum CAPABILITYSTATE {
@@ -78,7 +85,9 @@ struct MONITORWORKER {
     DWORD lostError;
 
     // Guarded by the workshop's mutex.
-    std::deque<std::shared_ptr<ACCESS>> accesses;
+    std::deque<std::shared_ptr<WORKERJOB>> jobs;
+    std::shared_ptr<WORKERJOB> job; // in hand
+    DWORD threadId;
     CAPABILITYSTATE state;
     std::string capabilities;
     DWORD capabilitiesError;
@@ -96,15 +105,20 @@ struct WORKERSTART {
 };
 std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP> &workshop, const WORKERSTART &start);
 
-// Reads or writes a VCP code. Returns within `patience` ms, or sooner when the workshop stops. Any thread.
+// Runs a job on the worker's thread, with ACCESS_PATIENCE. See MONITORBACKEND::post, also for what false means. Any
+// thread.
+bool PostToMonitorWorker(const std::shared_ptr<MONITORWORKER> &worker, const MONITORJOB &job);
+
+// Reads or writes a VCP code: at once on the worker's own thread, after what waits there on any other. Returns within
+// `patience` ms, or sooner when the workshop stops; on its own thread when the driver does. Any thread.
 ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code, WORD value, DWORD patience);
 
-// The capability string, waited for `patience` ms. Returns 0 or the error; *text is then untouched. Any thread.
+// The capability string, waited for in the same way. Returns 0 or the error; *text is then untouched. Any thread.
 DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string *text);
 
 // From now on accesses have STOP_PATIENCE; those that wait, too.
 void StopWorkshop(WORKSHOP *workshop);
 
-// Ends the workers' threads and waits up to STOP_PATIENCE for them. Returns whether all have ended; one that has not
-// hangs in the driver and goes its own way.
-bool CloseWorkshop(WORKSHOP *workshop, const std::deque<std::shared_ptr<MONITORWORKER>> &workers);
+// Ends the threads and waits up to STOP_PATIENCE for them. Returns whether all have ended; one that has not hangs in
+// the driver and goes its own way.
+bool CloseWorkshop(WORKSHOP *workshop);

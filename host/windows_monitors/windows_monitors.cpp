@@ -118,16 +118,13 @@ static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::s
 static void EndMonitors(WINDOWSMONITORS *monitors)
 {
     std::shared_ptr<WORKSHOP> workshop;
-    std::deque<std::shared_ptr<MONITORWORKER>> workers;
     {
         std::lock_guard lock(monitors->mutex);
         workshop = monitors->workshop;
-        for (const WINDOWSMONITOR &monitor : monitors->monitors)
-            workers.push_back(monitor.worker);
         monitors->workshop = nullptr;
         monitors->monitors.clear();
     }
-    if (workshop && !CloseWorkshop(workshop.get(), workers))
+    if (workshop && !CloseWorkshop(workshop.get()))
         monitors->hasStuckThread = true;
 }
 
@@ -307,7 +304,8 @@ bool CloseWindowsMonitors(WINDOWSMONITORS *monitors)
 {
     EndMonitors(monitors);
     const bool allEnded = !monitors->hasStuckThread && !IsAnySearchStuck(monitors);
-    delete monitors;
+    if (allEnded) // a thread that comes back from the driver in the middle of a job still uses them
+        delete monitors;
     return allEnded;
 }
 
@@ -432,7 +430,13 @@ static MONITORRESULT DirectLink(void *context, int index, bool)
     return index >= -1 && index < Count(context) ? MONITOR_OK : MONITOR_FAILED;
 }
 
+static bool Post(void *context, int index, const MONITORJOB &job)
+{
+    WINDOWSMONITOR monitor;
+    return MonitorAt(From(context), index, &monitor) && PostToMonitorWorker(monitor.worker, job);
+}
+
 MONITORBACKEND WindowsBackend(WINDOWSMONITORS *monitors)
 {
-    return {monitors, Count, Name, Capabilities, Edid, GetVcp, SetVcp, InputList, DirectLink};
+    return {monitors, Count, Name, Capabilities, Edid, GetVcp, SetVcp, InputList, DirectLink, Post};
 }

@@ -280,8 +280,20 @@ TEST_F(RoutedMonitors, AreNotSlowedDownByOthersThatHangOrAreSlow)
     EXPECT_EQ(WaitForAnswers(10), (std::vector<DWORD>{5, 6, 7, 8, 4, 1, 2, 3, 10, 9}));
     EXPECT_EQ(s_values, (std::vector<int>{40, 40, 40, 40, 41, -1, -1, -1, -1, 41}));
 
+    for (const ROUTERLANE &lane : router.lanes)
+        EXPECT_FALSE(lane.worker.joinable()) << "a monitor has one thread, its own";
+
+    const DWORD begun = g_StandIn.accesses(2), start = GetTickCount();
+    g_StandIn.set(2, STANDIN_HANGS, 1);
+    Send(11, 2, 0x10);
+    while (g_StandIn.accesses(2) == begun)
+        Sleep(5);
     StopWindowsMonitorAccesses(monitors);
     StopRouter(&router);
+    EXPECT_LT(GetTickCount() - start, ACCESS_PATIENCE) << "half a second, and some for a busy machine";
+    EXPECT_EQ(WaitForAnswers(11).back(), 11u);
+    EXPECT_EQ(s_values.back(), -1);
     EXPECT_FALSE(Close()) << "a thread is still in the driver, and that is said";
-    g_StandIn.set(0, STANDIN_HANGS, 0);
+    for (const DWORD monitor : {0, 2})
+        g_StandIn.set(monitor, STANDIN_HANGS, 0);
 }
