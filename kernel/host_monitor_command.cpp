@@ -3,7 +3,7 @@
 
 #include "kernel/link/host_packet.h"
 #include "launcher/launcher_settings.h"
-#include "monitor/monitor_table.h"
+#include "monitor/color_features.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
 
@@ -26,31 +26,36 @@ static void PutPayload(const HOSTPACKET *command, const PAYLOAD &payload)
 
 // ---- Colours ------------------------------------------------------------------------------------------------------
 
+// The host's record is the beginning of a monitor's.
+static_assert(sizeof(HOSTCOLORS) <= sizeof(COLORSETTING) &&
+              offsetof(HOSTCOLORS, wColorPreset) == offsetof(COLORSETTING, wColorTemp));
+
+static COLORSETTING TakeColors(const HOSTPACKET *command)
+{
+    COLORSETTING colors = {};
+    memcpy(&colors, HostPayload(command->lpData), sizeof(HOSTCOLORS));
+    return colors;
+}
+
+// Whether the host has a value in its record and does not leave it alone, which is all ones in a value of any size.
+static bool IsGiven(const COLORSETTING *colors, const COLORFEATURE &feature)
+{
+    return feature.cbOffset < sizeof(HOSTCOLORS) && GetColorValue(colors, feature) != -1;
+}
+
 void ReadColors(const HOSTPACKET *lpCommand)
 {
-    HOSTCOLORS colors = TakePayload<HOSTCOLORS>(lpCommand);
+    COLORSETTING colors = TakeColors(lpCommand);
     const LONG monitor = g_nCurMonitor;
 
     // Decides on the brightness also when its own field is left alone; -1, a failed read, counts as on.
     const DWORD eco = static_cast<DWORD>(GetVCP(monitor, VCP_ECO_MODE, nullptr));
     if (colors.dwEco != HOSTCOLORS_KEEP_ECO)
         colors.dwEco = eco;
-
-    const struct {
-        BYTE code;
-        WORD *field;
-    } values[] = {
-        {VCP_BRIGHTNESS, eco != 0 ? &colors.wBrightEco : &colors.wBright},
-        {VCP_CONTRAST, &colors.wContrast},
-        {VCP_COLOR_PRESET, &colors.wColorPreset},
-        {VCP_RED_GAIN, &colors.wRed},
-        {VCP_GREEN_GAIN, &colors.wGreen},
-        {VCP_BLUE_GAIN, &colors.wBlue},
-    };
-    for (const auto &value : values)
-        if (*value.field != HOSTCOLORS_KEEP)
-            *value.field = static_cast<WORD>(GetVCP(monitor, value.code, nullptr));
-    PutPayload(lpCommand, colors);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (feature.bCode != VCP_ECO_MODE && IsOfEcoState(feature, eco) && IsGiven(&colors, feature))
+            SetColorValue(&colors, feature, GetVCP(monitor, feature.bCode, nullptr));
+    memcpy(HostPayload(lpCommand->lpData), &colors, sizeof(HOSTCOLORS));
 
     // The answer is the block above; the reply only says that it is filled.
     const BYTE record[sizeof(HOSTIDENTITY)] = {};
@@ -58,14 +63,16 @@ void ReadColors(const HOSTPACKET *lpCommand)
 }
 
 // Writes a value that the selected monitor's maximum limits, also where it goes to all monitors.
-static void WriteLimited(LONG monitor, BYTE code, WORD value, LONG (&maxima)[MAX_MONITOR])
+static void WriteLimited(LONG monitor, const COLORSETTING *colors, BYTE code)
 {
-    if (value == HOSTCOLORS_KEEP)
+    const COLORFEATURE *feature = FindColorFeature(colors, code);
+    if (!IsGiven(colors, *feature))
         return;
     LONG maximum = -1;
     GetVCP(monitor, code, &maximum);
     if (IsMonitorIndex(monitor))
-        maxima[monitor] = maximum;
+        feature->lpMaxima[monitor] = maximum;
+    const WORD value = LOWORD(GetColorValue(colors, *feature));
     // Signed, so that a maximum that could not be read, -1, is the smaller one: 65535 goes out, which names no setting,
     // rather than a value that nobody has compared with the monitor's range.
     SetSelectedOrAll(monitor, code, maximum < value ? maximum : value);
@@ -73,18 +80,15 @@ static void WriteLimited(LONG monitor, BYTE code, WORD value, LONG (&maxima)[MAX
 
 void WriteColors(const HOSTPACKET *lpCommand)
 {
-    const HOSTCOLORS colors = TakePayload<HOSTCOLORS>(lpCommand);
+    const COLORSETTING colors = TakeColors(lpCommand);
     const LONG monitor = g_nCurMonitor; // another may be chosen while the command runs: it stays with this one
-    if (colors.dwEco == 0) {
-        SetSelectedOrAll(monitor, VCP_ECO_MODE, 0);
-        WriteLimited(monitor, VCP_BRIGHTNESS, colors.wBright, g_nMaxBright);
-    } else if (colors.dwEco == 1) {
-        SetSelectedOrAll(monitor, VCP_ECO_MODE, 1);
-        WriteLimited(monitor, VCP_BRIGHTNESS, colors.wBrightEco, g_nMaxBrightEco);
+    if (colors.dwEco == 0 || colors.dwEco == 1) {
+        SetSelectedOrAll(monitor, VCP_ECO_MODE, static_cast<LONG>(colors.dwEco));
+        WriteLimited(monitor, &colors, VCP_BRIGHTNESS);
     }
-    WriteLimited(monitor, VCP_CONTRAST, colors.wContrast, g_nMaxContrast);
+    WriteLimited(monitor, &colors, VCP_CONTRAST);
     // Written also when it is all ones, unlike the other fields: the monitor gets 65535 then, which names no preset.
-    SetSelectedOrAll(monitor, VCP_COLOR_PRESET, colors.wColorPreset);
+    SetSelectedOrAll(monitor, VCP_COLOR_PRESET, colors.wColorTemp);
 
     const WORD result = 0;
     AnswerCommand(lpCommand, lpCommand->lpData->dwRequestID, PLUGIN_REPLY_RESULT, &result, sizeof result);

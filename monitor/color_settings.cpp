@@ -4,73 +4,32 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/vcp.h"
 
-#include <cstddef>
-
-// A value of 16 bits with the maximum that is kept beside it.
-struct COLORVALUE {
-    BYTE bCode;
-    WORD *lpValue;
-    LONG *lpMaximum;
-};
-
-static void ReadValue(LONG nMonitor, const COLORVALUE &value)
+void ReadColorFeature(LONG nMonitor, const COLORFEATURE &feature)
 {
-    *value.lpValue = static_cast<WORD>(GetVCP(nMonitor, value.bCode, value.lpMaximum));
+    LONG *maximum = feature.lpMaxima ? &feature.lpMaxima[nMonitor] : nullptr;
+    SetColorValue(&g_CurSetting[nMonitor], feature, GetVCP(nMonitor, feature.bCode, maximum));
 }
 
 void ReadCurrentSettings(LONG nMonitor)
 {
-    if (!IsMonitorIndex(nMonitor) || g_bAbort)
+    if (!IsMonitorIndex(nMonitor))
         return;
-    COLORSETTING *setting = &g_CurSetting[nMonitor];
-
-    // A failed read is -1 and counts as on.
-    setting->dwEco = static_cast<DWORD>(GetVCP(nMonitor, VCP_ECO_MODE, nullptr));
-    if (setting->dwEco != 0)
-        ReadValue(nMonitor, {VCP_BRIGHTNESS, &setting->wBrightEco, &g_nMaxBrightEco[nMonitor]});
-    else
-        ReadValue(nMonitor, {VCP_BRIGHTNESS, &setting->wBright, &g_nMaxBright[nMonitor]});
-
-    if (g_bAbort)
-        return;
-    ReadValue(nMonitor, {VCP_CONTRAST, &setting->wContrast, &g_nMaxContrast[nMonitor]});
-    if (g_bAbort)
-        return;
-    setting->wColorTemp = static_cast<SHORT>(GetVCP(nMonitor, VCP_COLOR_PRESET, nullptr));
-
-    const COLORVALUE gains[] = {
-        {VCP_RED_GAIN, &setting->wRed, &g_nMaxRed[nMonitor]},
-        {VCP_GREEN_GAIN, &setting->wGreen, &g_nMaxGreen[nMonitor]},
-        {VCP_BLUE_GAIN, &setting->wBlue, &g_nMaxBlue[nMonitor]},
-    };
-    for (const COLORVALUE &gain : gains) {
-        if (g_bAbort)
+    const COLORSETTING *setting = &g_CurSetting[nMonitor];
+    for (const COLORFEATURE &feature : COLOR_FEATURES) {
+        if (!IsOfEcoState(feature, setting->dwEco)) // a failed read of the ECO mode is -1 and counts as on
+            continue;
+        // An ECO mode is not left without its brightness: the one that is kept may be older.
+        if (g_bAbort && !HasEcoState(feature))
             return;
-        ReadValue(nMonitor, gain);
+        ReadColorFeature(nMonitor, feature);
     }
 }
 
 void ApplyColorFields(LONG nMonitor, const COLORSETTING *lpSetting, size_t cbSetting)
 {
-#define IS_THERE(FIELD) (offsetof(COLORSETTING, FIELD) + sizeof lpSetting->FIELD <= cbSetting)
-    // The record begins with the ECO mode; the gains stand in front of the preset, which decides over them.
-    if (nMonitor == -1 || !IS_THERE(dwEco))
-        return;
-    const bool eco = lpSetting->dwEco != 0;
-    SetVCP(nMonitor, VCP_ECO_MODE, static_cast<WORD>(lpSetting->dwEco));
-    if (eco ? IS_THERE(wBrightEco) : IS_THERE(wBright))
-        SetVCP(nMonitor, VCP_BRIGHTNESS, eco ? lpSetting->wBrightEco : lpSetting->wBright);
-    if (IS_THERE(wContrast))
-        SetVCP(nMonitor, VCP_CONTRAST, lpSetting->wContrast);
-    if (!IS_THERE(wColorTemp))
-        return;
-    SetVCP(nMonitor, VCP_COLOR_PRESET, static_cast<WORD>(lpSetting->wColorTemp));
-    if (lpSetting->wColorTemp < COLOR_PRESET_FIRST_USER)
-        return;
-    SetVCP(nMonitor, VCP_RED_GAIN, lpSetting->wRed);
-    SetVCP(nMonitor, VCP_GREEN_GAIN, lpSetting->wGreen);
-    SetVCP(nMonitor, VCP_BLUE_GAIN, lpSetting->wBlue);
-#undef IS_THERE
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (IsToBeWritten(feature, lpSetting, cbSetting))
+            SetVCP(nMonitor, feature.bCode, LOWORD(GetColorValue(lpSetting, feature)));
 }
 
 void ApplyColorSettings(LONG nMonitor, const COLORSETTING *lpSetting)

@@ -1,14 +1,17 @@
-// A monitor's colour settings as a whole: read into the table, or written from a record.
+// A monitor's colour settings as a whole, or value by value: read into the table, written from a record.
 //
 // Any thread; each of the up to seven accesses waits for the host.
 #pragma once
 
-#include "monitor/monitor_table.h"
+#include "monitor/color_features.h"
 
 #include <cstddef>
 
-// Fills the monitor's g_CurSetting and its maxima from the monitor. Ends early once the plug-in stops. An index out of
-// range does nothing.
+// Reads one value, and its maximum where one is kept, from the monitor into g_CurSetting and the maxima. nMonitor: 0 to
+// MAX_MONITOR - 1.
+void ReadColorFeature(LONG nMonitor, const COLORFEATURE &feature);
+
+// Reads them all. Ends early once the plug-in stops. An index out of range does nothing.
 void ReadCurrentSettings(LONG nMonitor);
 
 // Writes a record to a monitor: ECO mode first, since the monitor keeps a brightness for each ECO state; the gains only

@@ -8,13 +8,6 @@
 // The table.
 SHAREDFLAG g_nMonitor = 0;
 MONITORENTRY g_Monitor[MAX_MONITOR];
-COLORSETTING g_CurSetting[MAX_MONITOR];
-LONG g_nMaxBrightEco[MAX_MONITOR];
-LONG g_nMaxBright[MAX_MONITOR];
-LONG g_nMaxContrast[MAX_MONITOR];
-LONG g_nMaxRed[MAX_MONITOR];
-LONG g_nMaxGreen[MAX_MONITOR];
-LONG g_nMaxBlue[MAX_MONITOR];
 
 static char s_szCapIni[MAX_PATH]; // "lvcap.ini"
 

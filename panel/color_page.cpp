@@ -108,8 +108,8 @@ static INT_PTR OnCommand(HWND hPage, WORD control, WORD notification)
             command.lpfnHandle(hPage);
     if (control == IDC_COLOR_APP_LIST)
         OnAppList(hPage); // whatever it notifies of
-    if (const COLORITEM item = ColorItemOfEdit(control); item != COLOR_ITEM_NONE)
-        OnColorEdit(hPage, item, notification);
+    if (const COLORCONTROL *edited = ColorControlOfEdit(control))
+        OnColorEdit(hPage, edited, notification);
     return FALSE;
 }
 

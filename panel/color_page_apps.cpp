@@ -2,7 +2,6 @@
 #include "panel/color_page_apps.h"
 
 #include "kernel/base/texts.h"
-#include "monitor/vcp.h"
 #include "panel/color_page_controls.h"
 #include "panel/color_page_images.h"
 #include "panel/open_file.h"
@@ -43,11 +42,7 @@ void SelectAppProfile(HWND hPage, int nSlot)
     ApplyAppProfile(nSlot);
     COLORSETTING profile = {};
     SettingFromProfile(&profile, &g_AppProfile[nSlot]);
-    const bool eco = profile.dwEco != 0;
-    SetBrightnessItem(hPage, eco, eco ? profile.wBrightEco : profile.wBright);
-    SetContrastItem(hPage, profile.wContrast);
-    SelectColorTemp(hPage, profile.wColorTemp);
-    ShowRgbControls(hPage, profile.wColorTemp >= COLOR_PRESET_FIRST_USER);
+    ShowColorSetting(hPage, &profile);
     ShowEcoImage(hPage, profile.dwEco == 1);
 }
 

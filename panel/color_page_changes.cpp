@@ -1,59 +1,54 @@
 // From a control of the colour page to the monitors.
 #include "panel/color_page_changes.h"
 
+#include "monitor/color_settings.h"
 #include "monitor/selection.h"
-#include "monitor/vcp.h"
 #include "panel/color_page_images.h"
 #include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 
 #include <commctrl.h>
 
-#include <initializer_list>
-
 constexpr DWORD MONITOR_SETTLES_MS = 200; // until the values that depend on a change can be read
 constexpr UINT VALUE_END = 0xFFFF;
 
-void ReadColorItem(LONG nMonitor, COLORITEM item)
+static void ChangeColor(LONG monitor, const COLORFEATURE &feature, WORD value)
 {
-    LONG *maximum = ColorItemMaximum(nMonitor, item);
-    *ColorItemValue(nMonitor, item) = static_cast<WORD>(GetVCP(nMonitor, ColorItemCode(item), maximum));
-}
-
-static void ChangeColorItem(LONG monitor, COLORITEM item, WORD value)
-{
-    *ColorItemValue(monitor, item) = value;
-    SetSelectedOrAll(monitor, ColorItemCode(item), value);
+    SetColorValue(&g_CurSetting[monitor], feature, value);
+    SetSelectedOrAll(monitor, feature.bCode, value);
 }
 
 // ---- Sliders and edits --------------------------------------------------------------------------------------------
 
 void OnColorSlider(HWND hPage, HWND hSlider)
 {
-    const COLORITEM item = ColorItemOfSlider(hPage, hSlider);
-    if (item == COLOR_ITEM_NONE)
+    const COLORCONTROL *control = ColorControlOfSlider(hPage, hSlider);
+    if (!control)
         return;
     const LONG monitor = g_nCurMonitor;
+    const COLORSETTING *setting = &g_CurSetting[monitor];
+    const COLORFEATURE &feature = *FindColorFeature(setting, control->bCode);
     const WORD position = static_cast<WORD>(SendMessageA(hSlider, TBM_GETPOS, 0, 0));
-    if (position == *ColorItemValue(monitor, item))
+    if (position == LOWORD(GetColorValue(setting, feature)))
         return;
-    ChangeColorItem(monitor, item, position);
-    SetDlgItemInt(hPage, ColorItemEdit(item), position, FALSE);
+    ChangeColor(monitor, feature, position);
+    SetDlgItemInt(hPage, control->nEdit, position, FALSE);
 }
 
-static void OnEditLeft(HWND hPage, COLORITEM item)
+static void OnEditLeft(HWND hPage, const COLORCONTROL *control)
 {
-    const UINT typed = GetDlgItemInt(hPage, ColorItemEdit(item), nullptr, FALSE);
+    const LONG monitor = g_nCurMonitor;
+    const UINT typed = GetDlgItemInt(hPage, control->nEdit, nullptr, FALSE);
     // The slider takes signed numbers: a very large one would send it to its beginning.
-    SendDlgItemMessageA(hPage, ColorItemSlider(item), TBM_SETPOS, TRUE,
+    SendDlgItemMessageA(hPage, control->nSlider, TBM_SETPOS, TRUE,
                         static_cast<LPARAM>(typed < VALUE_END ? typed : VALUE_END));
-    ChangeColorItem(g_nCurMonitor, item, static_cast<WORD>(typed));
+    ChangeColor(monitor, *FindColorFeature(&g_CurSetting[monitor], control->bCode), static_cast<WORD>(typed));
 }
 
-void OnColorEdit(HWND hPage, COLORITEM item, WORD wNotification)
+void OnColorEdit(HWND hPage, const COLORCONTROL *lpControl, WORD wNotification)
 {
     if (wNotification == EN_KILLFOCUS)
-        OnEditLeft(hPage, item);
+        OnEditLeft(hPage, lpControl);
     if (wNotification == EN_CHANGE && bUiReady)
         ResetProfileChoice(hPage);
 }
@@ -65,12 +60,13 @@ void OnEcoButton(HWND hPage)
     if (!SetEcoButtonImage(hPage))
         return;
     const LONG monitor = g_nCurMonitor;
-    DWORD *eco = &g_CurSetting[monitor].dwEco;
-    *eco = *eco == 0 ? 1 : 0;
-    SetSelectedOrAll(monitor, VCP_ECO_MODE, static_cast<LONG>(*eco));
+    COLORSETTING *setting = &g_CurSetting[monitor];
+    setting->dwEco = setting->dwEco == 0 ? 1 : 0;
+    SetSelectedOrAll(monitor, VCP_ECO_MODE, static_cast<LONG>(setting->dwEco));
     Sleep(MONITOR_SETTLES_MS);
-    ReadColorItem(monitor, COLOR_BRIGHTNESS);
-    SetBrightnessItem(hPage, *eco != 0, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
+    const COLORFEATURE &brightness = *FindColorFeature(setting, VCP_BRIGHTNESS);
+    ReadColorFeature(monitor, brightness);
+    SetBrightnessItem(hPage, setting->dwEco != 0, LOWORD(GetColorValue(setting, brightness)));
     if (bUiReady)
         ResetProfileChoice(hPage);
 }
@@ -88,8 +84,9 @@ void OnColorTemp(HWND hPage)
     setting->wColorTemp = static_cast<SHORT>(preset);
     SetSelectedOrAll(monitor, VCP_COLOR_PRESET, preset);
     Sleep(MONITOR_SETTLES_MS);
-    for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-        ReadColorItem(monitor, item);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (feature.counts == COLOR_USER_PRESET)
+            ReadColorFeature(monitor, feature);
     ShowRgbControls(hPage, preset >= COLOR_PRESET_FIRST_USER);
     ResetProfileChoice(hPage);
 }

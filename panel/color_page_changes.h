@@ -11,13 +11,10 @@ void OnColorSlider(HWND hPage, HWND hSlider);
 
 // A notification of one of the settings' edits. What was typed counts when the edit is left: nothing counts as 0, and a
 // number beyond the slider's end is written all the same, as 16 bits.
-void OnColorEdit(HWND hPage, COLORITEM item, WORD wNotification);
+void OnColorEdit(HWND hPage, const COLORCONTROL *lpControl, WORD wNotification);
 
 // The ECO button was pressed. The monitor has another brightness afterwards, which is read back.
 void OnEcoButton(HWND hPage);
 
 // A colour temperature was chosen. The monitor has other gains afterwards, which are read back.
 void OnColorTemp(HWND hPage);
-
-// Reads a setting of a monitor, and its maximum, into the tables.
-void ReadColorItem(LONG nMonitor, COLORITEM item);

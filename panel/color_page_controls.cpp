@@ -2,7 +2,6 @@
 #include "panel/color_page_controls.h"
 
 #include "monitor/selection.h"
-#include "monitor/vcp.h"
 #include "panel/resources/controls.h"
 #include "panel/resources/resource.h"
 #include "panel/resources/strings.h"
@@ -11,103 +10,68 @@
 
 #include <commctrl.h>
 
-#include <initializer_list>
-
 LONG bUiReady = 0;
 LONG g_nColorTempMap[MAX_MONITOR][COLOR_TEMP_COUNT];
 
-// What a setting consists of. The monitor keeps two values of the brightness, one for each ECO state.
-struct COLORITEMENTRY {
-    int nEdit;
-    int nSlider;
-    BYTE bCode;
-    WORD COLORSETTING::*value;
-    WORD COLORSETTING::*ecoValue;
-    LONG *lpMaxima;
-    LONG *lpEcoMaxima;
+// By the order in which a slider is looked for.
+static constexpr COLORCONTROL s_Controls[] = {
+    {VCP_BRIGHTNESS, IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_BRIGHTNESS_SLIDER, 0, 0},
+    {VCP_CONTRAST, IDC_COLOR_CONTRAST_EDIT, IDC_COLOR_CONTRAST_SLIDER, IDC_COLOR_CONTRAST_LABEL,
+     IDC_COLOR_CONTRAST_LABEL_GREY},
+    {VCP_RED_GAIN, IDC_COLOR_RED_EDIT, IDC_COLOR_RED_SLIDER, IDC_COLOR_RED_LABEL, IDC_COLOR_RED_LABEL_GREY},
+    {VCP_GREEN_GAIN, IDC_COLOR_GREEN_EDIT, IDC_COLOR_GREEN_SLIDER, IDC_COLOR_GREEN_LABEL, IDC_COLOR_GREEN_LABEL_GREY},
+    {VCP_BLUE_GAIN, IDC_COLOR_BLUE_EDIT, IDC_COLOR_BLUE_SLIDER, IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY},
 };
 
-// By COLORITEM.
-static const COLORITEMENTRY s_Items[COLOR_ITEM_COUNT] = {
-    {IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_BRIGHTNESS_SLIDER, VCP_BRIGHTNESS, &COLORSETTING::wBright,
-     &COLORSETTING::wBrightEco, g_nMaxBright, g_nMaxBrightEco},
-    {IDC_COLOR_CONTRAST_EDIT, IDC_COLOR_CONTRAST_SLIDER, VCP_CONTRAST, &COLORSETTING::wContrast,
-     &COLORSETTING::wContrast, g_nMaxContrast, g_nMaxContrast},
-    {IDC_COLOR_RED_EDIT, IDC_COLOR_RED_SLIDER, VCP_RED_GAIN, &COLORSETTING::wRed, &COLORSETTING::wRed, g_nMaxRed,
-     g_nMaxRed},
-    {IDC_COLOR_GREEN_EDIT, IDC_COLOR_GREEN_SLIDER, VCP_GREEN_GAIN, &COLORSETTING::wGreen, &COLORSETTING::wGreen,
-     g_nMaxGreen, g_nMaxGreen},
-    {IDC_COLOR_BLUE_EDIT, IDC_COLOR_BLUE_SLIDER, VCP_BLUE_GAIN, &COLORSETTING::wBlue, &COLORSETTING::wBlue, g_nMaxBlue,
-     g_nMaxBlue},
-};
+static constexpr bool HasControl(BYTE code)
+{
+    for (const COLORCONTROL &control : s_Controls)
+        if (control.bCode == code)
+            return true;
+    return false;
+}
 
-// Labels that exist twice at one place.
-struct COLORLABEL {
-    int nNormal;
-    int nGrey;
-};
-static const COLORLABEL s_GainLabels[] = {
-    {IDC_COLOR_RED_LABEL, IDC_COLOR_RED_LABEL_GREY},
-    {IDC_COLOR_GREEN_LABEL, IDC_COLOR_GREEN_LABEL_GREY},
-    {IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY},
-};
-static const COLORLABEL s_OtherLabels[] = {
-    {IDC_COLOR_CONTRAST_LABEL, IDC_COLOR_CONTRAST_LABEL_GREY},
-    {IDC_COLOR_TEMP_LABEL, IDC_COLOR_TEMP_LABEL_GREY},
-};
+// A slider ends at a maximum: what has one has the other.
+static constexpr bool AreControlsComplete()
+{
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (HasControl(feature.bCode) != (feature.lpMaxima != nullptr))
+            return false;
+    return true;
+}
+static_assert(AreControlsComplete());
 
-// What DirectLink takes out of use, besides the gains.
+static constexpr bool IsGain(const COLORCONTROL &control)
+{
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (feature.bCode == control.bCode)
+            return feature.counts == COLOR_USER_PRESET;
+    return false;
+}
+
+// What DirectLink takes out of use, besides the controls of the features.
 static const int s_Usable[] = {
-    IDC_COLOR_ALL_MONITORS,    IDC_COLOR_APP_LIST,      IDC_COLOR_ALIAS,
-    IDC_COLOR_BROWSE,          IDC_COLOR_APP_UPDATE,    IDC_COLOR_APP_DELETE,
-    IDC_COLOR_CONTRAST_SLIDER, IDC_COLOR_CONTRAST_EDIT, IDC_COLOR_BRIGHTNESS_SLIDER,
-    IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_ECO,           IDC_COLOR_TEMP,
-    IDC_COLOR_PROFILE_COMBO,   IDC_COLOR_PROFILE_ADD,   IDC_COLOR_PROFILE_DELETE,
-    IDC_COLOR_APP_GROUP,       IDC_COLOR_GROUP,         IDC_COLOR_PROFILE_GROUP,
+    IDC_COLOR_ALL_MONITORS,   IDC_COLOR_APP_LIST,  IDC_COLOR_ALIAS, IDC_COLOR_BROWSE,        IDC_COLOR_APP_UPDATE,
+    IDC_COLOR_APP_DELETE,     IDC_COLOR_ECO,       IDC_COLOR_TEMP,  IDC_COLOR_PROFILE_COMBO, IDC_COLOR_PROFILE_ADD,
+    IDC_COLOR_PROFILE_DELETE, IDC_COLOR_APP_GROUP, IDC_COLOR_GROUP, IDC_COLOR_PROFILE_GROUP,
 };
 
-// ---- The settings one by one --------------------------------------------------------------------------------------
+// ---- The features one by one --------------------------------------------------------------------------------------
 
-COLORITEM ColorItemOfEdit(int nControl)
+const COLORCONTROL *ColorControlOfEdit(int nControl)
 {
-    for (int item = 0; item < COLOR_ITEM_COUNT; ++item)
-        if (s_Items[item].nEdit == nControl)
-            return static_cast<COLORITEM>(item);
-    return COLOR_ITEM_NONE;
+    for (const COLORCONTROL &control : s_Controls)
+        if (control.nEdit == nControl)
+            return &control;
+    return nullptr;
 }
 
-COLORITEM ColorItemOfSlider(HWND hPage, HWND hSlider)
+const COLORCONTROL *ColorControlOfSlider(HWND hPage, HWND hSlider)
 {
-    for (int item = 0; hSlider && item < COLOR_ITEM_COUNT; ++item)
-        if (GetDlgItem(hPage, s_Items[item].nSlider) == hSlider)
-            return static_cast<COLORITEM>(item);
-    return COLOR_ITEM_NONE;
-}
-
-int ColorItemEdit(COLORITEM item)
-{
-    return s_Items[item].nEdit;
-}
-
-int ColorItemSlider(COLORITEM item)
-{
-    return s_Items[item].nSlider;
-}
-
-BYTE ColorItemCode(COLORITEM item)
-{
-    return s_Items[item].bCode;
-}
-
-WORD *ColorItemValue(LONG nMonitor, COLORITEM item)
-{
-    COLORSETTING *setting = &g_CurSetting[nMonitor];
-    return &(setting->*(setting->dwEco != 0 ? s_Items[item].ecoValue : s_Items[item].value));
-}
-
-LONG *ColorItemMaximum(LONG nMonitor, COLORITEM item)
-{
-    return &(g_CurSetting[nMonitor].dwEco != 0 ? s_Items[item].lpEcoMaxima : s_Items[item].lpMaxima)[nMonitor];
+    for (const COLORCONTROL &control : s_Controls)
+        if (hSlider && GetDlgItem(hPage, control.nSlider) == hSlider)
+            return &control;
+    return nullptr;
 }
 
 // ---- Values -------------------------------------------------------------------------------------------------------
@@ -120,12 +84,12 @@ static WORD SliderEnd(LONG maximum)
     return maximum == 0 ? USUAL_MAXIMUM : static_cast<WORD>(maximum);
 }
 
-static void ShowValue(HWND page, int edit, int slider, WORD value, LONG maximum, BOOL redrawRange)
+static void ShowValue(HWND hPage, int edit, int slider, WORD value, LONG maximum, BOOL redrawRange)
 {
-    SetDlgItemInt(page, edit, value, FALSE);
-    SendDlgItemMessageA(page, slider, TBM_SETRANGE, static_cast<WPARAM>(redrawRange),
+    SetDlgItemInt(hPage, edit, value, FALSE);
+    SendDlgItemMessageA(hPage, slider, TBM_SETRANGE, static_cast<WPARAM>(redrawRange),
                         MAKELPARAM(0, SliderEnd(maximum)));
-    SendDlgItemMessageA(page, slider, TBM_SETPOS, TRUE, value);
+    SendDlgItemMessageA(hPage, slider, TBM_SETPOS, TRUE, value);
 }
 
 void SetContrastItem(HWND hPage, WORD wValue)
@@ -154,26 +118,26 @@ void SetGainItem(HWND hPage, bool bEnable, WORD wValue, LONG nMaximum, int nEdit
     EnableWindow(GetDlgItem(hPage, nSlider), bEnable);
 }
 
-// ---- Labels -------------------------------------------------------------------------------------------------------
-
-template <size_t COUNT>
-static void ShowLabels(HWND page, const COLORLABEL (&labels)[COUNT], bool normal)
+static void ShowLabel(HWND hPage, int normal, int grey, bool usable)
 {
-    for (const COLORLABEL &label : labels) {
-        ShowWindow(GetDlgItem(page, label.nNormal), normal ? SW_SHOW : SW_HIDE);
-        ShowWindow(GetDlgItem(page, label.nGrey), normal ? SW_HIDE : SW_SHOW);
-    }
+    ShowWindow(GetDlgItem(hPage, normal), usable ? SW_SHOW : SW_HIDE);
+    ShowWindow(GetDlgItem(hPage, grey), usable ? SW_HIDE : SW_SHOW);
 }
 
 void ShowRgbControls(HWND hPage, bool bShow)
 {
     if (g_bDirectLink)
         return;
-    ShowLabels(hPage, s_GainLabels, bShow);
     const LONG monitor = g_nCurMonitor;
-    for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-        SetGainItem(hPage, bShow, *ColorItemValue(monitor, item), *ColorItemMaximum(monitor, item), ColorItemEdit(item),
-                    ColorItemSlider(item));
+    const COLORSETTING *setting = &g_CurSetting[monitor];
+    for (const COLORCONTROL &control : s_Controls) {
+        if (!IsGain(control))
+            continue;
+        const COLORFEATURE *feature = FindColorFeature(setting, control.bCode);
+        ShowLabel(hPage, control.nLabel, control.nLabelGrey, bShow);
+        SetGainItem(hPage, bShow, LOWORD(GetColorValue(setting, *feature)), feature->lpMaxima[monitor], control.nEdit,
+                    control.nSlider);
+    }
 }
 
 // ---- Lists --------------------------------------------------------------------------------------------------------
@@ -198,13 +162,13 @@ void ResetProfileChoice(HWND hPage)
     SelectComboEntry(hPage, IDC_COLOR_PROFILE_COMBO, 0);
 }
 
-static void FillColorTemps(HWND page, LONG monitor)
+static void FillColorTemps(HWND hPage, LONG monitor)
 {
-    ClearCombo(page, IDC_COLOR_TEMP);
+    ClearCombo(hPage, IDC_COLOR_TEMP);
     for (int value = 0; value < COLOR_TEMP_COUNT; ++value) {
         if (!g_Monitor[monitor].bColorPreset[value])
             continue;
-        const int position = AddComboEntry(page, IDC_COLOR_TEMP, ColorPresetName(value));
+        const int position = AddComboEntry(hPage, IDC_COLOR_TEMP, ColorPresetName(value));
         if (position >= 0 && position < COLOR_TEMP_COUNT)
             g_nColorTempMap[monitor][position] = value;
     }
@@ -212,31 +176,38 @@ static void FillColorTemps(HWND page, LONG monitor)
 
 // ---- The page as a whole ------------------------------------------------------------------------------------------
 
+void ShowColorSetting(HWND hPage, const COLORSETTING *lpSetting)
+{
+    const bool eco = lpSetting->dwEco != 0;
+    SelectColorTemp(hPage, lpSetting->wColorTemp);
+    ShowRgbControls(hPage, lpSetting->wColorTemp >= COLOR_PRESET_FIRST_USER);
+    SetContrastItem(hPage, lpSetting->wContrast);
+    SetBrightnessItem(hPage, eco, eco ? lpSetting->wBrightEco : lpSetting->wBright);
+}
+
 void FillColorPage(HWND hPage, LONG nMonitor)
 {
     if (!IsMonitorIndex(nMonitor))
         return;
-    const COLORSETTING *setting = &g_CurSetting[nMonitor];
     FillColorTemps(hPage, nMonitor);
-    SelectColorTemp(hPage, setting->wColorTemp);
-    ShowRgbControls(hPage, setting->wColorTemp >= COLOR_PRESET_FIRST_USER);
-    SetContrastItem(hPage, setting->wContrast);
-    SetBrightnessItem(hPage, setting->dwEco != 0, setting->dwEco != 0 ? setting->wBrightEco : setting->wBright);
+    ShowColorSetting(hPage, &g_CurSetting[nMonitor]);
     CheckDlgButton(hPage, IDC_COLOR_DIRECT_LINK, g_bDirectLink ? BST_CHECKED : BST_UNCHECKED);
     if (g_nMonitor >= 2)
         EnableWindow(GetDlgItem(hPage, IDC_COLOR_ALL_MONITORS), TRUE);
 }
 
-static void EnablePageControls(HWND page, bool enable, bool enableGains)
+static void EnablePageControls(HWND hPage, bool enable, bool enableGains)
 {
     for (const int control : s_Usable)
-        EnableWindow(GetDlgItem(page, control), enable);
-    for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE}) {
-        EnableWindow(GetDlgItem(page, ColorItemSlider(item)), enableGains);
-        EnableWindow(GetDlgItem(page, ColorItemEdit(item)), enableGains);
+        EnableWindow(GetDlgItem(hPage, control), enable);
+    ShowLabel(hPage, IDC_COLOR_TEMP_LABEL, IDC_COLOR_TEMP_LABEL_GREY, enable);
+    for (const COLORCONTROL &control : s_Controls) {
+        const bool usable = IsGain(control) ? enableGains : enable;
+        EnableWindow(GetDlgItem(hPage, control.nSlider), usable);
+        EnableWindow(GetDlgItem(hPage, control.nEdit), usable);
+        if (control.nLabel)
+            ShowLabel(hPage, control.nLabel, control.nLabelGrey, usable);
     }
-    ShowLabels(page, s_GainLabels, enableGains);
-    ShowLabels(page, s_OtherLabels, enable);
 }
 
 void DisableColorPage(HWND hPage)

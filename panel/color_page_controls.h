@@ -3,19 +3,17 @@
 // Kernel thread. Values are those of the selected monitor, g_nCurMonitor; the functions here write nothing to it.
 #pragma once
 
-#include "monitor/monitor_table.h"
+#include "monitor/color_features.h"
 
 #include <windows.h>
 
-// The settings that have a slider and an edit.
-enum COLORITEM : int {
-    COLOR_BRIGHTNESS,
-    COLOR_CONTRAST,
-    COLOR_RED,
-    COLOR_GREEN,
-    COLOR_BLUE,
-    COLOR_ITEM_COUNT,
-    COLOR_ITEM_NONE = -1,
+// What belongs to a feature that has a slider and an edit.
+struct COLORCONTROL {
+    BYTE bCode;
+    int nEdit;
+    int nSlider;
+    int nLabel; // 0: none
+    int nLabelGrey;
 };
 
 constexpr int COLOR_TEMP_COUNT = 16; // values of VCP 0x14 that have a name
@@ -28,24 +26,19 @@ extern LONG bUiReady;
 // held.
 extern LONG g_nColorTempMap[MAX_MONITOR][COLOR_TEMP_COUNT];
 
-// ---- The settings one by one ----
+// ---- The features one by one ----
 
-// By a control's identifier, or the window of a slider. Result: COLOR_ITEM_NONE for any other.
-COLORITEM ColorItemOfEdit(int nControl);
-COLORITEM ColorItemOfSlider(HWND hPage, HWND hSlider);
-
-int ColorItemEdit(COLORITEM item);
-int ColorItemSlider(COLORITEM item);
-BYTE ColorItemCode(COLORITEM item);
-
-// Where a monitor's value and maximum are kept; of the brightness, those of its ECO state.
-WORD *ColorItemValue(LONG nMonitor, COLORITEM item);
-LONG *ColorItemMaximum(LONG nMonitor, COLORITEM item);
+// By a control's identifier, or the window of a slider. Result: null for any other.
+const COLORCONTROL *ColorControlOfEdit(int nControl);
+const COLORCONTROL *ColorControlOfSlider(HWND hPage, HWND hSlider);
 
 // ---- The page as a whole ----
 
 // Shows the current settings of a monitor. An index out of range does nothing.
 void FillColorPage(HWND hPage, LONG nMonitor);
+
+// Shows the values of a record, of the gains those of the selected monitor; all but the ECO button's image.
+void ShowColorSetting(HWND hPage, const COLORSETTING *lpSetting);
 
 // For DirectLink: greys everything but its own box and the toggle, or makes it usable again, the gains with a user
 // preset only.

@@ -2,9 +2,10 @@
 #include "panel/color_page_profiles.h"
 
 #include "kernel/base/texts.h"
+#include "monitor/color_settings.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
-#include "panel/color_page_changes.h"
+#include "panel/color_page_controls.h"
 #include "panel/color_page_images.h"
 #include "panel/page_message.h"
 #include "panel/profile_lists.h"
@@ -13,53 +14,21 @@
 #include "panel/resources/strings.h"
 #include "profiles/profile_store.h"
 
-#include <initializer_list>
-
 // ---- Apply --------------------------------------------------------------------------------------------------------
 
-static void WriteItem(LONG monitor, COLORITEM item, WORD value)
+// One value of a profile, and what goes with it: the monitor's own where the profile has none to give.
+static void ApplyFeature(LONG monitor, const COLORFEATURE &feature, const COLORSETTING *profile)
 {
-    *ColorItemValue(monitor, item) = value;
-    SetVCP(monitor, ColorItemCode(item), value);
-}
-
-static void ApplyBrightness(HWND hPage, LONG monitor, const COLORSETTING *profile)
-{
-    const bool eco = profile->dwEco != 0;
-    g_CurSetting[monitor].dwEco = profile->dwEco;
-    SetVCP(monitor, VCP_ECO_MODE, static_cast<WORD>(profile->dwEco));
+    if (!IsToBeWritten(feature, profile, sizeof *profile)) {
+        ReadColorFeature(monitor, feature);
+        return;
+    }
     // The maximum of this ECO state may never have been read.
-    GetVCP(monitor, VCP_BRIGHTNESS, ColorItemMaximum(monitor, COLOR_BRIGHTNESS));
-    WriteItem(monitor, COLOR_BRIGHTNESS, eco ? profile->wBrightEco : profile->wBright);
-    SetBrightnessItem(hPage, eco, *ColorItemValue(monitor, COLOR_BRIGHTNESS));
-    ShowEcoImage(hPage, eco);
-}
-
-static void ApplyContrast(HWND hPage, LONG monitor, const COLORSETTING *profile)
-{
-    WriteItem(monitor, COLOR_CONTRAST, profile->wContrast);
-    SetContrastItem(hPage, profile->wContrast);
-}
-
-static void ApplyGains(LONG monitor, const COLORSETTING *profile)
-{
-    WriteItem(monitor, COLOR_RED, profile->wRed);
-    WriteItem(monitor, COLOR_GREEN, profile->wGreen);
-    WriteItem(monitor, COLOR_BLUE, profile->wBlue);
-}
-
-static void ApplyColorTemp(HWND hPage, LONG monitor, const COLORSETTING *profile)
-{
-    g_CurSetting[monitor].wColorTemp = profile->wColorTemp;
-    SetVCP(monitor, VCP_COLOR_PRESET, static_cast<WORD>(profile->wColorTemp));
-    SelectColorTemp(hPage, profile->wColorTemp);
-    const bool user = profile->wColorTemp >= COLOR_PRESET_FIRST_USER;
-    if (user)
-        ApplyGains(monitor, profile);
-    else
-        for (const COLORITEM item : {COLOR_RED, COLOR_GREEN, COLOR_BLUE})
-            ReadColorItem(monitor, item);
-    ShowRgbControls(hPage, user);
+    if (HasEcoState(feature))
+        GetVCP(monitor, feature.bCode, &feature.lpMaxima[monitor]);
+    const LONG value = GetColorValue(profile, feature);
+    SetColorValue(&g_CurSetting[monitor], feature, value);
+    SetVCP(monitor, feature.bCode, LOWORD(value));
 }
 
 void ApplySysProfile(HWND hPage, int nItemData)
@@ -70,9 +39,11 @@ void ApplySysProfile(HWND hPage, int nItemData)
     SettingFromProfile(&profile, &g_SysProfile[nItemData - 1]);
     const LONG monitor = g_nCurMonitor;
     bUiReady = 0; // the edits change now, and the choice stays
-    ApplyBrightness(hPage, monitor, &profile);
-    ApplyContrast(hPage, monitor, &profile);
-    ApplyColorTemp(hPage, monitor, &profile);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (IsOfEcoState(feature, profile.dwEco))
+            ApplyFeature(monitor, feature, &profile);
+    ShowColorSetting(hPage, &profile);
+    ShowEcoImage(hPage, profile.dwEco != 0);
     bUiReady = 1;
 }
 

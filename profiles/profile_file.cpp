@@ -4,29 +4,64 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 constexpr char LINE_SEPARATOR = '\x01';
 
-struct PROFILEKEY {
-    const char *name;
-    int32_t PROFILEENTRY::*value;
-};
+// ---- Values -------------------------------------------------------------------------------------------------------
 
-// The numbers, in the order of the file.
-static const PROFILEKEY s_Keys[] = {
-    {"ecomode", &PROFILEENTRY::nEcoMode},       {"contrast", &PROFILEENTRY::nContrast},
-    {"brightness", &PROFILEENTRY::nBrightness}, {"ecobrightness", &PROFILEENTRY::nEcoBrightness},
-    {"colortemp", &PROFILEENTRY::nColorTemp},   {"red", &PROFILEENTRY::nRed},
-    {"green", &PROFILEENTRY::nGreen},           {"blue", &PROFILEENTRY::nBlue},
-};
+static_assert(offsetof(PROFILEENTRY, szName) ==
+                  offsetof(PROFILEENTRY, nEcoMode) + COLOR_FEATURE_COUNT * sizeof(int32_t),
+              "a value for each feature");
+
+// The values stand behind one another in the order of the file.
+static size_t ValueOffset(const COLORFEATURE &feature)
+{
+    return offsetof(PROFILEENTRY, nEcoMode) + static_cast<size_t>(feature.nPlace) * sizeof(int32_t);
+}
+
+int32_t GetProfileValue(const PROFILEENTRY *lpEntry, const COLORFEATURE &feature)
+{
+    int32_t value;
+    memcpy(&value, reinterpret_cast<const char *>(lpEntry) + ValueOffset(feature), sizeof value);
+    return value;
+}
+
+void SetProfileValue(PROFILEENTRY *lpEntry, const COLORFEATURE &feature, int32_t nValue)
+{
+    memcpy(reinterpret_cast<char *>(lpEntry) + ValueOffset(feature), &nValue, sizeof nValue);
+}
+
+// The feature whose key has a place in the file.
+static constexpr const COLORFEATURE *FeatureAt(int place)
+{
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (feature.nPlace == place)
+            return &feature;
+    return nullptr;
+}
+
+static constexpr bool IsEveryPlaceTaken()
+{
+    for (int place = 0; place < COLOR_FEATURE_COUNT; ++place)
+        if (!FeatureAt(place))
+            return false;
+    return true;
+}
+static_assert(IsEveryPlaceTaken());
 
 // ---- Writing ------------------------------------------------------------------------------------------------------
 
 constexpr size_t NUMBER_SIZE = 11; // "-2147483648"
-constexpr size_t LONGEST_TEXT = sizeof "name=\r\nalias=\r\necomode=\r\ncontrast=\r\nbrightness=\r\necobrightness=\r\n"
-                                       "colortemp=\r\nred=\r\ngreen=\r\nblue=\r\n" +
-                                2 * (PROFILE_TEXT_SIZE - 1) + (sizeof s_Keys / sizeof s_Keys[0]) * NUMBER_SIZE;
-static_assert(LONGEST_TEXT + 1 <= PROFILE_SECTION_TEXT_SIZE, "every entry must fit");
+
+static constexpr size_t LongestText()
+{
+    size_t size = sizeof "name=\r\nalias=\r\n" + 2 * (PROFILE_TEXT_SIZE - 1);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        size += std::string_view(feature.lpszKey).size() + NUMBER_SIZE + sizeof "=\r\n" - 1;
+    return size;
+}
+static_assert(LongestText() + 1 <= PROFILE_SECTION_TEXT_SIZE, "every entry must fit");
 
 static char *Append(char *p, const char *text, size_t limit)
 {
@@ -61,10 +96,11 @@ size_t FormatProfileText(const PROFILEENTRY *lpEntry, char *lpText)
 {
     char *p = AppendTextLine(lpText, "name=", lpEntry->szName);
     p = AppendTextLine(p, "alias=", lpEntry->szAlias);
-    for (const PROFILEKEY &key : s_Keys) {
-        p = Append(p, key.name, SIZE_MAX);
+    for (int place = 0; place < COLOR_FEATURE_COUNT; ++place) {
+        const COLORFEATURE *feature = FeatureAt(place);
+        p = Append(p, feature->lpszKey, SIZE_MAX);
         *p++ = '=';
-        p = AppendNumber(p, lpEntry->*key.value);
+        p = AppendNumber(p, GetProfileValue(lpEntry, *feature));
         p = Append(p, "\r\n", SIZE_MAX);
     }
     p[0] = p[1] = '\0';
@@ -128,6 +164,6 @@ void ParseProfileText(PROFILEENTRY *lpEntry, const char *lpText)
 {
     GetSectionString(lpText, "name", lpEntry->szName, sizeof lpEntry->szName);
     GetSectionString(lpText, "alias", lpEntry->szAlias, sizeof lpEntry->szAlias);
-    for (const PROFILEKEY &key : s_Keys)
-        lpEntry->*key.value = GetSectionInt(lpText, key.name);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        SetProfileValue(lpEntry, feature, GetSectionInt(lpText, feature.lpszKey));
 }

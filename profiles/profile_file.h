@@ -1,6 +1,8 @@
 // One profile as the text of its section in "profile.ini": how it is written, and how its keys are found again.
-// Free of Windows, so that it can be compiled and fuzzed anywhere.
+// Of Windows it needs the types alone, so that it can be compiled and fuzzed anywhere.
 #pragma once
+
+#include "monitor/color_features.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,20 +11,25 @@ constexpr size_t PROFILE_SECTION_NAME_SIZE = 16;
 constexpr size_t PROFILE_TEXT_SIZE = 260;         // of a name or path and of an alias
 constexpr size_t PROFILE_SECTION_TEXT_SIZE = 776; // of a section's text when it is written or read; the rest is cut
 
-// A named set of colour settings. Values are those of the VCP codes, as they are sent to the monitor.
+// A named set of colour settings. Values are those of the VCP codes, as they are sent to the monitor; they stand in the
+// order of the file, which is the one of COLORFEATURE::nPlace.
 struct PROFILEENTRY {
     char szSection[PROFILE_SECTION_NAME_SIZE]; // where it was loaded from or is written to
-    int32_t nEcoMode;                          // VCP 0xE0: 0 off, else on
-    int32_t nContrast;                         // VCP 0x12
-    int32_t nBrightness;                       // VCP 0x10 while ECO is off
-    int32_t nEcoBrightness;                    // VCP 0x10 while ECO is on
-    int32_t nColorTemp;                        // VCP 0x14
-    int32_t nRed;                              // VCP 0x16
-    int32_t nGreen;                            // VCP 0x18
-    int32_t nBlue;                             // VCP 0x1A
-    char szName[PROFILE_TEXT_SIZE];            // display name, or full path of a program; empty: a free slot
-    char szAlias[PROFILE_TEXT_SIZE];           // display name
+    int32_t nEcoMode;
+    int32_t nContrast;
+    int32_t nBrightness;
+    int32_t nEcoBrightness;
+    int32_t nColorTemp;
+    int32_t nRed;
+    int32_t nGreen;
+    int32_t nBlue;
+    char szName[PROFILE_TEXT_SIZE];  // display name, or full path of a program; empty: a free slot
+    char szAlias[PROFILE_TEXT_SIZE]; // display name
 };
+
+// A value by its row of the table.
+int32_t GetProfileValue(const PROFILEENTRY *lpEntry, const COLORFEATURE &feature);
+void SetProfileValue(PROFILEENTRY *lpEntry, const COLORFEATURE &feature, int32_t nValue);
 
 // Forms the section's text: lines with CR LF, and two zeros at the end. lpText: PROFILE_SECTION_TEXT_SIZE bytes, which
 // every entry fits into. Result: the length without the zeros.

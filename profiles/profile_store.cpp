@@ -133,27 +133,15 @@ int GetFreeAppSection()
 
 void SettingFromProfile(COLORSETTING *lpSetting, const PROFILEENTRY *lpEntry)
 {
-    lpSetting->dwEco = static_cast<DWORD>(lpEntry->nEcoMode);
-    lpSetting->wBrightEco = static_cast<WORD>(lpEntry->nEcoBrightness);
-    lpSetting->wBright = static_cast<WORD>(lpEntry->nBrightness);
-    lpSetting->wContrast = static_cast<WORD>(lpEntry->nContrast);
-    lpSetting->wRed = static_cast<WORD>(lpEntry->nRed);
-    lpSetting->wGreen = static_cast<WORD>(lpEntry->nGreen);
-    lpSetting->wBlue = static_cast<WORD>(lpEntry->nBlue);
-    lpSetting->wColorTemp = static_cast<SHORT>(lpEntry->nColorTemp);
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        SetColorValue(lpSetting, feature, GetProfileValue(lpEntry, feature));
 }
 
 // Signed on the way back: a value that could not be read is -1 again.
 static void ProfileFromSetting(PROFILEENTRY *entry, const COLORSETTING *setting)
 {
-    entry->nEcoMode = static_cast<int32_t>(setting->dwEco);
-    entry->nEcoBrightness = static_cast<SHORT>(setting->wBrightEco);
-    entry->nBrightness = static_cast<SHORT>(setting->wBright);
-    entry->nContrast = static_cast<SHORT>(setting->wContrast);
-    entry->nRed = static_cast<SHORT>(setting->wRed);
-    entry->nGreen = static_cast<SHORT>(setting->wGreen);
-    entry->nBlue = static_cast<SHORT>(setting->wBlue);
-    entry->nColorTemp = setting->wColorTemp;
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        SetProfileValue(entry, feature, GetColorValue(setting, feature));
 }
 
 // The source may be the target itself.

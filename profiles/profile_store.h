@@ -4,7 +4,6 @@
 // Kernel thread. A slot out of range does nothing, and counts as a failure where there is a result.
 #pragma once
 
-#include "monitor/monitor_table.h"
 #include "profiles/profile_file.h"
 
 #include <windows.h>

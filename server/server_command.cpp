@@ -4,7 +4,6 @@
 #include "kernel/base/texts.h"
 #include "monitor/color_settings.h"
 #include "monitor/monitor_power.h"
-#include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -65,41 +64,16 @@ static void WriteLog(LPCSTR lpszLine)
 
 // ---- Monitor ------------------------------------------------------------------------------------------------------
 
-// Keeps the cached settings of a monitor in step with a feature that is written to it.
-static void CacheFeature(COLORSETTING *setting, BYTE bCode, DWORD dwValue)
-{
-    const WORD value = LOWORD(dwValue);
-    switch (bCode) {
-    case VCP_BRIGHTNESS:
-        (setting->dwEco != 0 ? setting->wBrightEco : setting->wBright) = value;
-        break;
-    case VCP_CONTRAST:
-        setting->wContrast = value;
-        break;
-    case VCP_COLOR_PRESET:
-        setting->wColorTemp = static_cast<SHORT>(value);
-        break;
-    case VCP_RED_GAIN:
-        setting->wRed = value;
-        break;
-    case VCP_GREEN_GAIN:
-        setting->wGreen = value;
-        break;
-    case VCP_BLUE_GAIN:
-        setting->wBlue = value;
-        break;
-    case VCP_ECO_MODE:
-        setting->dwEco = dwValue; // all of it, though the monitor gets 16 bits
-        break;
-    }
-}
-
+// Keeps the cached settings of the monitor in step, the ECO mode with all 32 bits, though the monitor gets 16.
 static void WriteFeature(BYTE bCode, DWORD dwValue)
 {
     const LONG monitor = g_nCurMonitor;
     SetVCP(monitor, bCode, LOWORD(dwValue));
-    if (IsMonitorIndex(monitor))
-        CacheFeature(&g_CurSetting[monitor], bCode, dwValue);
+    if (!IsMonitorIndex(monitor))
+        return;
+    COLORSETTING *setting = &g_CurSetting[monitor];
+    if (const COLORFEATURE *feature = FindColorFeature(setting, bCode))
+        SetColorValue(setting, *feature, static_cast<LONG>(dwValue));
 }
 
 static void SetFeature(const RECEIVED *lpReceived, const COMMANDROW *)
@@ -116,7 +90,9 @@ static void WriteRowFeature(const RECEIVED *, const COMMANDROW *lpRow)
 // ends early the user's monitor keeps the rest: what is cached of it may be old, or was never read.
 static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
 {
-    static_assert(sizeof(SERVERCOLORS) == sizeof(COLORSETTING), "the server sends the record of the monitor table");
+    static_assert(sizeof(SERVERCOLORS) <= sizeof(COLORSETTING) &&
+                      offsetof(SERVERCOLORS, wColorTemp) == offsetof(COLORSETTING, wColorTemp),
+                  "the server sends the beginning of the record");
     char answer[SERVER_ANSWER_SIZE];
     const SOCKET sock = SendData(lpReceived, SERVER_STATUS_DATA, nullptr, 0);
     const size_t received = ReceiveServerAnswer(sock, answer, sizeof answer);
@@ -127,8 +103,8 @@ static void SetAllFeatures(const RECEIVED *lpReceived, const COMMANDROW *)
         return;
     SERVERCOLORS colors = {};
     const size_t filled = ReadServerColors(&colors, answer, received);
-    COLORSETTING setting;
-    memcpy(&setting, &colors, sizeof setting);
+    COLORSETTING setting = {};
+    memcpy(&setting, &colors, sizeof colors);
     ApplyColorFields(monitor, &setting, filled);
 }
 

@@ -2,6 +2,7 @@
 #include "panel/color_page_apps.h"
 
 #include "kernel/base/plugin_state.h"
+#include "monitor/color_features.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp.h"

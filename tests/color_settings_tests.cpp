@@ -63,6 +63,15 @@ TEST_F(ColorSettingsTest, AStopEndsTheReading)
     };
     ReadCurrentSettings(0);
     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 E0", "get 0 10", "get 0 12"}));
+    ReadCurrentSettings(0);
+    EXPECT_EQ(host.TakeLog(), Lines{}) << "nor does it begin";
+    g_bAbort = 0;
+    host.plan = [](const TestRequest &) {
+        g_bAbort = 1;
+        return Answer{};
+    };
+    ReadCurrentSettings(0);
+    EXPECT_EQ(host.TakeLog(), (Lines{"get 0 E0", "get 0 10"})) << "the ECO mode's brightness goes with it";
 }
 
 TEST_F(ColorSettingsTest, WhatIsWrittenAndInWhichOrder)

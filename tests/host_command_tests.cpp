@@ -3,6 +3,7 @@
 #include "kernel/host_command.h"
 
 #include "kernel/plugin.h"
+#include "monitor/color_features.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "monitor/vcp_codes.h"

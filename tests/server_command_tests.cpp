@@ -1,6 +1,7 @@
 // What each command of the management server does, over real sockets.
 #include "server/server_command.h"
 
+#include "monitor/color_features.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
 #include "panel/resources/resource.h"

@@ -10,7 +10,9 @@
 typedef uint8_t BYTE;
 typedef uint16_t WORD;
 typedef uint32_t DWORD;
+typedef int16_t SHORT;
 typedef int32_t LONG;
+typedef struct HWND__ *HWND;
 typedef const char *LPCSTR;
 
 struct SYSTEMTIME {

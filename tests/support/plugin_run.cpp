@@ -4,6 +4,7 @@
 #include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "launcher/button_poll.h"
+#include "monitor/color_features.h"
 #include "monitor/ddc_driver.h"
 #include "monitor/monitor_table.h"
 #include "monitor/selection.h"
@@ -45,8 +46,9 @@ void ResetPluginState()
         g_Monitor[monitor] = {};
         g_CurSetting[monitor] = {};
         g_DefSetting[monitor] = {};
-        for (LONG *maxima : {g_nMaxBrightEco, g_nMaxBright, g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
-            maxima[monitor] = 0;
+        for (const COLORFEATURE &feature : COLOR_FEATURES)
+            if (feature.lpMaxima)
+                feature.lpMaxima[monitor] = 0;
         for (LONG &preset : g_nColorTempMap[monitor])
             preset = 0;
     }
