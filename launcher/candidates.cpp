@@ -5,13 +5,13 @@
 
 #include <cstring>
 
-int ReadCandidateName(int nSlot, char *lpszName)
+bool ReadCandidateName(int nSlot, char *lpszName)
 {
     // An empty name counts as none: it could be neither seen nor chosen.
     return ReadLauncherText(SETTING_CANDIDATE_NAME, lpszName, nSlot) && lpszName[0];
 }
 
-int ReadCandidatePath(int nSlot, char *lpszPath)
+bool ReadCandidatePath(int nSlot, char *lpszPath)
 {
     return ReadLauncherText(SETTING_CANDIDATE_PATH, lpszPath, nSlot);
 }

@@ -8,9 +8,9 @@
 
 constexpr int CANDIDATE_COUNT = 33;
 
-// The display name and the full path of a slot. Result: 1; 0 with an empty text for an empty slot.
-int ReadCandidateName(int nSlot, char *lpszName);
-int ReadCandidatePath(int nSlot, char *lpszPath);
+// The display name and the full path of a slot. False with an empty text for an empty slot.
+bool ReadCandidateName(int nSlot, char *lpszName);
+bool ReadCandidatePath(int nSlot, char *lpszPath);
 
 // The lowest slot with exactly this name, in the same letters. Result: -1 when there is none.
 int FindCandidate(LPCSTR lpszName);

@@ -21,7 +21,7 @@ int WriteLauncherValue(SETTING setting, DWORD dwValue, LONG nFirst, LONG nSecond
     return WriteSettingNumber(setting, dwValue, nFirst, nSecond);
 }
 
-int ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond)
+bool ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond)
 {
     lpszText[0] = '\0';
     return ReadSettingString(setting, lpszText, SETTING_TEXT_SIZE, nFirst, nSecond);
@@ -41,7 +41,7 @@ DWORD ReadButtonMode(LONG nMonitor, int nButton)
     return ReadLauncherValue(SETTING_BUTTON_MODE, nMonitor, nButton);
 }
 
-int WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode)
+bool WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode)
 {
     return WriteLauncherValue(SETTING_BUTTON_MODE, dwMode, nMonitor, nButton);
 }
@@ -51,7 +51,7 @@ DWORD ReadPowerSwitch(LONG nMonitor)
     return ReadLauncherValue(SETTING_POWER_SWITCH, nMonitor);
 }
 
-int WritePowerSwitch(LONG nMonitor, DWORD dwSwitch)
+bool WritePowerSwitch(LONG nMonitor, DWORD dwSwitch)
 {
     return WriteLauncherValue(SETTING_POWER_SWITCH, dwSwitch, nMonitor);
 }
@@ -146,16 +146,16 @@ void ClearLauncherEnables()
                 break;
 }
 
-int WriteLockStatus(LONG nMonitor, DWORD dwMask)
+bool WriteLockStatus(LONG nMonitor, DWORD dwMask)
 {
     return WriteLauncherValue(SETTING_LOCK_STATUS, dwMask, nMonitor);
 }
 
-int KeepLockStatus(LONG nMonitor)
+bool KeepLockStatus(LONG nMonitor)
 {
     DWORD stored;
     if (TryReadSettingNumber(SETTING_LOCK_STATUS, &stored, nMonitor) || WasReadError())
-        return 1;
+        return true;
     return WriteLockStatus(nMonitor, 0); // without one the masks of the monitors behind would not be restored either
 }
 

@@ -23,17 +23,17 @@ enum : DWORD {
 DWORD ReadLauncherValue(SETTING setting, LONG nFirst = 0, LONG nSecond = 0);
 int WriteLauncherValue(SETTING setting, DWORD dwValue, LONG nFirst = 0, LONG nSecond = 0);
 
-// One launcher text, in a buffer of SETTING_TEXT_SIZE bytes. Reads give 1, or 0 with an empty text for an absent value;
+// One launcher text, in a buffer of SETTING_TEXT_SIZE bytes. False, with an empty text, for an absent value;
 // a text to be written may be of any length and is cut.
-int ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond = 0);
+bool ReadLauncherText(SETTING setting, char *lpszText, LONG nFirst, LONG nSecond = 0);
 void WriteLauncherText(SETTING setting, LPCSTR lpszText, LONG nFirst, LONG nSecond = 0);
 
-// What a button does (BUTTON_...), and whether a monitor's POWER button shuts the PC down (1); 0 when absent. Writes as
-// above.
+// What a button does (BUTTON_...), and whether a monitor's POWER button shuts the PC down (1); 0 when absent. False
+// for a write that failed.
 DWORD ReadButtonMode(LONG nMonitor, int nButton);
-int WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode);
+bool WriteButtonMode(LONG nMonitor, int nButton, DWORD dwMode);
 DWORD ReadPowerSwitch(LONG nMonitor);
-int WritePowerSwitch(LONG nMonitor, DWORD dwSwitch);
+bool WritePowerSwitch(LONG nMonitor, DWORD dwSwitch);
 
 // Change a monitor's lock mask by one button's bit. A mask that cannot be read counts as -1.
 void SetLockBit(LONG nMonitor, BYTE bBit);
@@ -76,13 +76,13 @@ void ClearLauncherEnables();
 // Stores each monitor's present lock mask; ends at the first one that can't be written.
 void SaveButtonLockStatus();
 
-// Stores a monitor's lock mask for the next start, which writes its low 16 bits back. Result: 1, or 0 on failure.
+// Stores a monitor's lock mask for the next start, which writes its low 16 bits back. False on failure.
 // Any thread.
-int WriteLockStatus(LONG nMonitor, DWORD dwMask);
+bool WriteLockStatus(LONG nMonitor, DWORD dwMask);
 
 // In place of the above when the mask can't be read: leaves the stored one alone, and stores 0 where there is none.
 // The -1 of a failed read would lock every button at the next start. Result as above. Any thread.
-int KeepLockStatus(LONG nMonitor);
+bool KeepLockStatus(LONG nMonitor);
 
 // ---- The active count: launcher functions switched on, over all monitors ----
 

@@ -97,15 +97,15 @@ static char *ReadValues(char *p, char *end, uint32_t *flags, unsigned *value)
     }
 }
 
-static int ReadVcpList(MONITORENTRY *entry, char *p, char *end)
+static bool ReadVcpList(MONITORENTRY *entry, char *p, char *end)
 {
     // One variable for codes and listed values: a preset list that ends with the value 0x60 starts an input list, too.
     unsigned value = 0;
     for (;; p = FindBreak(p, end)) {
         if (p == end)
-            return 0;
+            return false;
         if (*p == ')')
-            return 1;
+            return true;
         p = SkipBlanks(p, end);
         const char *digits = p;
         p = ReadHex(p, end, &value);
@@ -119,7 +119,7 @@ static int ReadVcpList(MONITORENTRY *entry, char *p, char *end)
     }
 }
 
-int ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText)
+bool ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText)
 {
     char *const end = lpText + cbText;
     ReadVersion(lpEntry, lpText, end); // before lower-casing: its marker counts in lower case only
@@ -128,8 +128,8 @@ int ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText)
     static const char marker[] = "vcp(";
     char *list = Find(lpText, end, marker);
     if (!list)
-        return 0;
-    const int complete = ReadVcpList(lpEntry, list + strlen(marker), end);
+        return false;
+    const bool complete = ReadVcpList(lpEntry, list + strlen(marker), end);
     for (int input = INPUT_TV; input <= INPUT_TV_LAST; ++input)
         lpEntry->bTuner |= lpEntry->bInputSource[input];
     return complete;

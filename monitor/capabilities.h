@@ -19,8 +19,8 @@ struct MONITORENTRY {
 };
 
 // Reads a capability string into an entry, whose flags it only sets. The text need not be terminated; it is changed in
-// place (lower-cased, some ")" replaced by blanks). Result: 1 when the vcp list was read up to its ")", else 0.
+// place (lower-cased, some ")" replaced by blanks). True when the vcp list was read up to its ")".
 //
 // Monitors of this make are read right; of any other string the result is what the walk in the source makes of it,
 // which takes for the end of the vcp list any ")" that a list of another code than 0x14 and 0x60 ends with.
-int ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText);
+bool ParseCapabilityText(MONITORENTRY *lpEntry, char *lpText, size_t cbText);

@@ -25,13 +25,13 @@ static void ShowText(HWND hPage, int edit, SETTING setting, const BUTTONPAGE *pa
         SetDlgItemTextA(hPage, edit, text);
 }
 
-int FillDetails(HWND hPage, const BUTTONPAGE *lpPage)
+bool FillDetails(HWND hPage, const BUTTONPAGE *lpPage)
 {
     if (!FillCandidateList(hPage, IDC_BUTTON_CANDIDATES))
-        return 0;
+        return false;
     ShowText(hPage, lpPage->program, SETTING_PROGRAM_NAME, lpPage);
     ShowText(hPage, lpPage->parameter, SETTING_PROGRAM_PARAMETER, lpPage);
-    return 1;
+    return true;
 }
 
 int IsProgramAssigned(HWND hPage, const BUTTONPAGE *lpPage)

@@ -15,8 +15,8 @@ struct BUTTONPAGE {
     BYTE lockBit;
 };
 
-// Shows what is assigned. Result: 1, or 0 when the list of candidates could not be filled.
-int FillDetails(HWND hPage, const BUTTONPAGE *lpPage);
+// Shows what is assigned. False when the list of candidates could not be filled.
+bool FillDetails(HWND hPage, const BUTTONPAGE *lpPage);
 
 // Enables or disables everything but the check boxes; the program's browse button only while no program is assigned.
 void EnableDetails(HWND hPage, const BUTTONPAGE *lpPage, BOOL bEnable);

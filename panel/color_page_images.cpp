@@ -49,7 +49,7 @@ int SetMonitorButtonImage(HWND hPage)
                             IDS_TIP_COLOR_ALL_MONITORS);
 }
 
-int ShowEcoImage(HWND hPage, bool bEco)
+bool ShowEcoImage(HWND hPage, bool bEco)
 {
     return AddStringToolTip(hPage, IDC_COLOR_ECO, BM_SETIMAGE, bEco ? IDB_ECO_ON : IDB_ECO_OFF, IDS_TIP_COLOR_ECO);
 }

@@ -13,4 +13,4 @@ int SetMonitorButtonImage(HWND hPage);
 int SetEcoButtonImage(HWND hPage);
 
 // The ECO button's image for an ECO state, whatever its check.
-int ShowEcoImage(HWND hPage, bool bEco);
+bool ShowEcoImage(HWND hPage, bool bEco);

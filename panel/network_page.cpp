@@ -32,7 +32,7 @@ static void EnableNames(HWND hPage, BOOL bEnable)
         EnablePageControl(hPage, control, bEnable);
 }
 
-static BOOL MayChangeNames()
+static bool MayChangeNames()
 {
     const LONG allowed = ReadSettingNumber(SETTING_ENABLE_CHANGE_NAME);
     return allowed != 0 && allowed != -1; // -1: not there

@@ -36,7 +36,7 @@ static BOOL ShowOpenFile(OPENFILENAMEA *dialog)
     return GetOpenFileNameA(dialog);
 }
 
-int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle)
+bool ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle)
 {
     char filter[FILTER_SIZE];
     char caption[128];
@@ -56,9 +56,9 @@ int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle)
     dialog.Flags = OFN_NONETWORKBUTTON | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
     // A stop ends the dialog by a quit message, and the system may then report a choice, with an empty path.
     if (!g_bAbort && ShowOpenFile(&dialog) && !g_bAbort && lpszPath[0])
-        return 1;
+        return true;
     lpszPath[0] = '\0';
     if (lpszTitle)
         lpszTitle[0] = '\0';
-    return 0;
+    return false;
 }

@@ -12,6 +12,6 @@ enum class FILEKIND {
 };
 
 // hOwner: a page. lpszPath: MAX_PATH bytes for the full path. lpszTitle: MAX_PATH bytes for its file-name part; may be
-// null. Result: 1 when a file was chosen; 0 with empty texts when not, CommDlgExtendedError tells a failure. A dialog
+// null. True when a file was chosen; false with empty texts when not, CommDlgExtendedError tells a failure. A dialog
 // that the stop of the plug-in has closed has chosen nothing, whatever the system returned.
-int ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle);
+bool ChooseFile(HWND hOwner, FILEKIND kind, char *lpszPath, char *lpszTitle);

@@ -71,7 +71,7 @@ void RemoveToolTips(HWND hDlg)
     }
 }
 
-int AddStringToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, UINT uString)
+bool AddStringToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, UINT uString)
 {
     char text[TIP_TEXT_SIZE] = "";
     if (uString)
@@ -90,13 +90,13 @@ void AddLabelToolTip(HWND hDlg, int nControl, int nButton, UINT uString)
     AddToolTip(hDlg, nControl, 0, 0, text);
 }
 
-int AddToolTips(HWND hDlg, const TOOLTIPENTRY *lpEntries, int nEntries)
+bool AddToolTips(HWND hDlg, const TOOLTIPENTRY *lpEntries, int nEntries)
 {
     for (int i = 0; i < nEntries; ++i)
         if (!AddStringToolTip(hDlg, lpEntries[i].control, lpEntries[i].imageMessage, lpEntries[i].image,
                               lpEntries[i].string))
-            return 0;
-    return 1;
+            return false;
+    return true;
 }
 
 int InitPanelToolTips(HWND hPanel)

@@ -25,13 +25,13 @@ void DestroyToolTip();
 int AddToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, LPCSTR lpszText);
 
 // The same with a string resource instead of the text; 0 = none.
-int AddStringToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, UINT uString);
+bool AddStringToolTip(HWND hDlg, int nControl, UINT uImageMessage, UINT uImage, UINT uString);
 
 // A tooltip whose string resource names a front-panel button of the selected monitor by its label ("%s").
 void AddLabelToolTip(HWND hDlg, int nControl, int nButton, UINT uString);
 
-// AddStringToolTip for each entry of a table, up to the first image that cannot be loaded. Result: 1, or 0 for that.
-int AddToolTips(HWND hDlg, const TOOLTIPENTRY *lpEntries, int nEntries);
+// AddStringToolTip for each entry of a table, up to the first image that cannot be loaded: false for that.
+bool AddToolTips(HWND hDlg, const TOOLTIPENTRY *lpEntries, int nEntries);
 
 // Takes the tooltips of a dialog's controls away, while these still exist. Without that the tooltip window would go on
 // listing the controls of every page that ever was.

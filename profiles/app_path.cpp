@@ -87,14 +87,14 @@ int GetWindowExePath(HWND hWnd, char *lpBuffer, DWORD cbBuffer)
 
 typedef BOOL(WINAPI *PATHMATCHSPECA)(LPCSTR lpszPath, LPCSTR lpszSpec);
 
-int MatchesFileSpec(LPCSTR lpszPath, LPCSTR lpszSpec)
+bool MatchesFileSpec(LPCSTR lpszPath, LPCSTR lpszSpec)
 {
     // Not on the first systems of either family.
     const HMODULE hShell = LoadLibraryA("shlwapi.dll");
     if (!hShell)
-        return 0;
+        return false;
     const auto match = FindFunction<PATHMATCHSPECA>(hShell, "PathMatchSpecA");
-    const int matches = match && match(lpszPath, lpszSpec);
+    const bool matches = match && match(lpszPath, lpszSpec);
     FreeLibrary(hShell);
     return matches;
 }

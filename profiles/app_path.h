@@ -9,9 +9,9 @@
 // it. Result: 1 with the path; 0 when it cannot be had, or with a buffer of less than 2 bytes.
 int GetWindowExePath(HWND hWnd, char *lpBuffer, DWORD cbBuffer);
 
-// Whether a path matches a pattern such as "*.lnk", in any letter case. Any thread. Result: 1 or 0; 0 on a system
+// Whether a path matches a pattern such as "*.lnk", in any letter case. Any thread. False on a system
 // without the library that does it.
-int MatchesFileSpec(LPCSTR lpszPath, LPCSTR lpszSpec);
+bool MatchesFileSpec(LPCSTR lpszPath, LPCSTR lpszSpec);
 
 // The target of a shortcut file. lpBuffer may be the link's own path; it stays as it is when the shortcut cannot be
 // read, or leads to something that has no path, or to one that does not fit. Result: 1.

@@ -111,12 +111,12 @@ void DeleteSysProfile(int nSlot)
     DeleteEntry(s_Sys, nSlot);
 }
 
-int IsSysProfileInFile(int nSlot)
+bool IsSysProfileInFile(int nSlot)
 {
     return IsSlot(s_Sys, nSlot) && IsSectionThere(s_Sys, nSlot);
 }
 
-int IsAppProfileInFile(int nSlot)
+bool IsAppProfileInFile(int nSlot)
 {
     return IsSlot(s_App, nSlot) && IsSectionThere(s_App, nSlot);
 }

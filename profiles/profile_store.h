@@ -30,9 +30,9 @@ int WriteSysProfile(int nSlot);
 void DeleteAppProfile(int nSlot);
 void DeleteSysProfile(int nSlot);
 
-// Whether the file has the section of a slot. Result: 1 or 0.
-int IsSysProfileInFile(int nSlot);
-int IsAppProfileInFile(int nSlot);
+// Whether the file has the section of a slot.
+bool IsSysProfileInFile(int nSlot);
+bool IsAppProfileInFile(int nSlot);
 
 // The first "User%d" section that the file does not have, whatever memory holds. Result: its number; -1 when all exist.
 int GetFreeAppSection();

@@ -54,24 +54,24 @@ void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName)
 // ---- Writing ------------------------------------------------------------------------------------------------------
 
 // Writes a section or, with a key, that alone.
-static int WriteIni(LPCSTR path, LPCSTR section, LPCSTR key, LPCSTR text)
+static bool WriteIni(LPCSTR path, LPCSTR section, LPCSTR key, LPCSTR text)
 {
     if (!path[0])
-        return 0;
+        return false;
     const HANDLE hCopy = TakeIniCopy(path, section);
     const BOOL written =
         key ? WritePrivateProfileStringA(section, key, text, path) : WritePrivateProfileSectionA(section, text, path);
     FlushIniFile(path);
     EndIniCopy(hCopy, path, written != FALSE);
-    return written ? 1 : 0;
+    return written != FALSE;
 }
 
-int WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText)
+bool WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText)
 {
     return WriteIni(lpszPath, lpszSection, nullptr, lpszText);
 }
 
-int WriteIniKey(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszValue)
+bool WriteIniKey(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszValue)
 {
     return WriteIni(lpszPath, lpszSection, lpszKey, lpszValue);
 }

@@ -20,9 +20,9 @@ void BuildSystemIniPath(char *lpszPath, LPCSTR lpszFileName);
 // A write keeps a copy of the file meanwhile: settings/ini_copy.h tells how, and what a reader does first.
 
 // Writes a whole section. lpszText: its lines, each "key=value" and CR LF, behind the last one two NULs; an empty text
-// leaves the section without keys. Later reads see the section as the file has it. Result: 1; 0 when the file cannot be
+// leaves the section without keys. Later reads see the section as the file has it. False when the file cannot be
 // written, or for an empty path.
-int WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText);
+bool WriteIniSection(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszText);
 
-// Writes one key of a section. Result: as WriteIniSection.
-int WriteIniKey(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszValue);
+// Writes one key of a section. False as above.
+bool WriteIniKey(LPCSTR lpszPath, LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszValue);

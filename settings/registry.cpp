@@ -96,7 +96,7 @@ int ReadSetting(REGENTRY *lpEntry)
     return 0;
 }
 
-int WasReadError()
+bool WasReadError()
 {
     return IsReadError(GetLastError());
 }
@@ -132,20 +132,20 @@ LONG ReadSettingDword(LPCSTR lpszSubKey, DWORD dwType, LPCSTR lpszName)
     return value;
 }
 
-int WriteSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, const char *lpszBuffer, DWORD cbBuffer)
+bool WriteSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, const char *lpszBuffer, DWORD cbBuffer)
 {
     const REGENTRY entry = {lpszSubKey, lpszName, REG_SZ, const_cast<char *>(lpszBuffer), cbBuffer};
     return WriteSetting(&entry);
 }
 
-int ReadSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, char *lpszBuffer, DWORD cbBuffer)
+bool ReadSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, char *lpszBuffer, DWORD cbBuffer)
 {
     // Read aside: a value of another type must not reach the caller's buffer.
     char szText[SETTING_TEXT_SIZE];
     REGENTRY entry = {lpszSubKey, lpszName, REG_SZ, szText, cbBuffer < sizeof szText ? cbBuffer : sizeof szText};
     if (!ReadSetting(&entry) || entry.dwType != REG_SZ)
-        return 0;
+        return false;
     // lstrcpynA terminates by itself, and stops one short: a stored text need not end with its zero.
     lstrcpynA(lpszBuffer, szText, static_cast<int>(entry.cbData < cbBuffer ? entry.cbData + 1 : cbBuffer));
-    return 1;
+    return true;
 }

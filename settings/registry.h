@@ -44,9 +44,9 @@ int WriteSetting(const REGENTRY *lpEntry);
 int ReadSetting(REGENTRY *lpEntry);
 void DeleteSetting(const REGENTRY *lpEntry); // the user's value; the machine-wide one only where the user has none
 
-// Directly after a read below the host's key: 1 when it failed although the value may be there, because the registry
-// could not be read; 0 after any other read.
-int WasReadError();
+// Directly after a read below the host's key: true when it failed although the value may be there, because the registry
+// could not be read; false after any other read.
+bool WasReadError();
 
 // Values below the user's Windows policies. Result: 1 or 0.
 int WritePolicySetting(const REGENTRY *lpEntry);
@@ -58,6 +58,7 @@ int WriteSettingDword(LPCSTR lpszSubKey, DWORD dwType, LPCSTR lpszName, DWORD dw
 LONG ReadSettingDword(LPCSTR lpszSubKey, DWORD dwType, LPCSTR lpszName);
 
 // One text. `cbBuffer` is the size of the buffer in bytes; a write stores all of it, a read always leaves a terminated
-// text. A stored text that does not fit, or a value of another type, counts as absent. Result: 1 or 0.
-int WriteSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, const char *lpszBuffer, DWORD cbBuffer);
-int ReadSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, char *lpszBuffer, DWORD cbBuffer);
+// text. A stored text that does not fit, or a value of another type, counts as absent. False for that, and for
+// a write that failed.
+bool WriteSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, const char *lpszBuffer, DWORD cbBuffer);
+bool ReadSettingText(LPCSTR lpszSubKey, LPCSTR lpszName, char *lpszBuffer, DWORD cbBuffer);

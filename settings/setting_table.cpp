@@ -109,20 +109,20 @@ bool TryReadSettingNumber(SETTING setting, DWORD *lpdwValue, LONG nFirst, LONG n
     return true;
 }
 
-int WriteSettingNumber(SETTING setting, DWORD dwValue, LONG nFirst, LONG nSecond)
+bool WriteSettingNumber(SETTING setting, DWORD dwValue, LONG nFirst, LONG nSecond)
 {
     char name[VALUE_NAME_SIZE];
     const SETTINGROW &row = s_Rows[setting];
     return WriteSettingDword(row.lpszSubKey, row.dwType, FormValueName(name, setting, nFirst, nSecond), dwValue);
 }
 
-int ReadSettingString(SETTING setting, char *lpszText, DWORD cbText, LONG nFirst, LONG nSecond)
+bool ReadSettingString(SETTING setting, char *lpszText, DWORD cbText, LONG nFirst, LONG nSecond)
 {
     char name[VALUE_NAME_SIZE];
     return ReadSettingText(s_Rows[setting].lpszSubKey, FormValueName(name, setting, nFirst, nSecond), lpszText, cbText);
 }
 
-int WriteSettingString(SETTING setting, const char *lpszText, DWORD cbText, LONG nFirst, LONG nSecond)
+bool WriteSettingString(SETTING setting, const char *lpszText, DWORD cbText, LONG nFirst, LONG nSecond)
 {
     char name[VALUE_NAME_SIZE];
     return WriteSettingText(s_Rows[setting].lpszSubKey, FormValueName(name, setting, nFirst, nSecond), lpszText,

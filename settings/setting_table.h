@@ -39,14 +39,15 @@ constexpr LONG RETRY_DEFAULT = 3; // of SETTING_RETRY, which counts as absent wh
 REGENTRY SettingEntry(SETTING setting, void *lpData, DWORD cbData);
 
 // One 32-bit value. The first gives what counts for an absent one also for a stored 0xFFFFFFFF; the second tells them
-// apart: false, and the value as it was, when it cannot be read or is not four bytes long. Result of the write: 1 or 0.
+// apart: false, and the value as it was, when it cannot be read or is not four bytes long. False for a write that
+// failed.
 LONG ReadSettingNumber(SETTING setting, LONG nFirst = 0, LONG nSecond = 0);
 bool TryReadSettingNumber(SETTING setting, DWORD *lpdwValue, LONG nFirst = 0, LONG nSecond = 0);
-int WriteSettingNumber(SETTING setting, DWORD dwValue, LONG nFirst = 0, LONG nSecond = 0);
+bool WriteSettingNumber(SETTING setting, DWORD dwValue, LONG nFirst = 0, LONG nSecond = 0);
 
 // One text, as ReadSettingText and WriteSettingText: the buffer stays as it is when there is none.
-int ReadSettingString(SETTING setting, char *lpszText, DWORD cbText, LONG nFirst = 0, LONG nSecond = 0);
-int WriteSettingString(SETTING setting, const char *lpszText, DWORD cbText, LONG nFirst = 0, LONG nSecond = 0);
+bool ReadSettingString(SETTING setting, char *lpszText, DWORD cbText, LONG nFirst = 0, LONG nSecond = 0);
+bool WriteSettingString(SETTING setting, const char *lpszText, DWORD cbText, LONG nFirst = 0, LONG nSecond = 0);
 
 // Deletes a value, as DeleteSetting.
 void DeleteSettingValue(SETTING setting, LONG nFirst = 0, LONG nSecond = 0);

@@ -40,19 +40,19 @@ static bool ReadDates(RESERVATION *slot, READKEY readKey)
     return endLength != 1 || slot->szDate[0] != '?';
 }
 
-int ReadReservation(RESERVATION *lpEntry, int n, READKEY lpfnReadKey)
+bool ReadReservation(RESERVATION *lpEntry, int n, READKEY lpfnReadKey)
 {
     FormatReservationSection(lpEntry->szSection, n);
     if (!ReadDates(lpEntry, lpfnReadKey)) {
         lpEntry->szSection[0] = '\0';
-        return 0;
+        return false;
     }
     lpfnReadKey(lpEntry->szSection, "time", "", lpEntry->szTime, sizeof lpEntry->szTime);
     lpfnReadKey(lpEntry->szSection, "endtime", "", lpEntry->szEndTime, sizeof lpEntry->szEndTime);
     ReadModel(lpEntry, lpfnReadKey);
     lpEntry->nCrtNo = ReadMonitorIndex(lpEntry, lpfnReadKey);
     lpfnReadKey(lpEntry->szSection, "channel", "", lpEntry->szChannel, CHANNEL_READ_SIZE);
-    return 1;
+    return true;
 }
 
 // ---- Writing ------------------------------------------------------------------------------------------------------

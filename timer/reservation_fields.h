@@ -30,9 +30,9 @@ typedef DWORD (*READKEY)(LPCSTR lpszSection, LPCSTR lpszKey, LPCSTR lpszAbsent, 
 // Section name of a slot. lpszName: 16 bytes.
 void FormatReservationSection(char *lpszName, int n);
 
-// Fills an entry from the section of slot n. Result: 1; 0, with the entry free, for a section without both of its
+// Fills an entry from the section of slot n. False, with the entry free, for a section without both of its
 // dates.
-int ReadReservation(RESERVATION *lpEntry, int n, READKEY lpfnReadKey);
+bool ReadReservation(RESERVATION *lpEntry, int n, READKEY lpfnReadKey);
 
 // Forms the lines of an entry's section, with two NULs at the end. lpszText: RESERVATION_TEXT_SIZE bytes, which every
 // entry fits into. Result: the length without these NULs.

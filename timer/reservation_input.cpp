@@ -34,7 +34,7 @@ static LPCSTR SkipBlanks(LPCSTR text)
     return text + strspn(text, " ");
 }
 
-int IsSameModel(LPCSTR lpszModel, LPCSTR lpszLcd)
+bool IsSameModel(LPCSTR lpszModel, LPCSTR lpszLcd)
 {
     const LPCSTR model = SkipBlanks(lpszModel);
     const LPCSTR lcd = SkipBlanks(lpszLcd);

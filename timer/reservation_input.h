@@ -16,8 +16,8 @@ constexpr int INPUT_LABEL_SIZE = 32;
 extern LONG g_nPrevTvChannel;
 
 // Whether a monitor's model is the one that a reservation was made for: both up to their first blank, at most 12
-// characters, in any case; leading blanks do not count. Result: 1 or 0.
-int IsSameModel(LPCSTR lpszModel, LPCSTR lpszLcd);
+// characters, in any case; leading blanks do not count.
+bool IsSameModel(LPCSTR lpszModel, LPCSTR lpszLcd);
 
 // Index of a channel among the monitor's channel names, all of them up to their first blank and at most 4 characters;
 // CHANNEL_NONE when it is none of them.

@@ -5,13 +5,13 @@
 
 constexpr char SEPARATOR = '-';
 
-int FormatDate(char *lpszDate, const SYSTEMTIME *lpTime)
+bool FormatDate(char *lpszDate, const SYSTEMTIME *lpTime)
 {
     lpszDate[0] = '\0';
     if (lpTime->wYear > 9999 || lpTime->wMonth > 99 || lpTime->wDay > 99)
-        return 0;
+        return false;
     wsprintfA(lpszDate, "%4d/%02d/%02d", lpTime->wYear, lpTime->wMonth, lpTime->wDay);
-    return 1;
+    return true;
 }
 
 void FormatTime(char *lpszTime, int nHour, int nMinute)

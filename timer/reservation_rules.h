@@ -9,9 +9,9 @@
 // Room for a date, a separator and a time, also for those that come over-long from the file.
 constexpr int MOMENT_SIZE = 40;
 
-// "2006/05/01". lpszDate: RESERVATION_DATE_SIZE bytes. Result: 1; 0, with an empty text, for a date that does not fit:
+// "2006/05/01". lpszDate: RESERVATION_DATE_SIZE bytes. False, with an empty text, for a date that does not fit:
 // a year of five digits, or numbers of a clock that was never set.
-int FormatDate(char *lpszDate, const SYSTEMTIME *lpTime);
+bool FormatDate(char *lpszDate, const SYSTEMTIME *lpTime);
 
 // "20:00", from values of at most two digits. lpszTime: RESERVATION_TIME_SIZE bytes.
 void FormatTime(char *lpszTime, int nHour, int nMinute);

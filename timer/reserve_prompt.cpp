@@ -190,12 +190,12 @@ int ShowReservePrompt(HWND hParent)
     return 1;
 }
 
-int IsReserveQuestionOpen()
+bool IsReserveQuestionOpen()
 {
-    return s_QuestionOpen ? 1 : 0;
+    return s_QuestionOpen;
 }
 
-int IsPromptAbout(int n)
+bool IsPromptAbout(int n)
 {
     return s_QuestionOpen && g_nPromptIndex == n && IsReservationThere();
 }

@@ -25,11 +25,11 @@ void SetPromptReservation(LONG nSlot, LONG nMonitor, LONG nChannel, LONG nInput,
 // nChangeMsg follows. Result: 1, or 0 when no window could be created.
 int ShowReservePrompt(HWND hParent);
 
-// Result: 1 while the question waits for its answer; 0 without a prompt and while the notice is shown.
-int IsReserveQuestionOpen();
+// True while the question waits for its answer; false without a prompt and while the notice is shown.
+bool IsReserveQuestionOpen();
 
-// Whether the question is about the reservation that slot n now holds. Result: 1 or 0.
-int IsPromptAbout(int n);
+// Whether the question is about the reservation that slot n now holds.
+bool IsPromptAbout(int n);
 
 // Takes the question off the screen when its reservation is gone: deleted, changed in its file, or started already. For
 // every second.

@@ -18,11 +18,11 @@ static HANDLE LoadSharedBitmap(UINT image)
     return loaded;
 }
 
-int SetControlImage(HWND hDlg, int nControl, UINT uMessage, UINT uImage)
+bool SetControlImage(HWND hDlg, int nControl, UINT uMessage, UINT uImage)
 {
     const HANDLE image = LoadSharedBitmap(uImage);
     if (!image)
-        return 0;
+        return false;
     SendDlgItemMessageA(hDlg, nControl, uMessage, IMAGE_BITMAP, reinterpret_cast<LPARAM>(image));
-    return 1;
+    return true;
 }

@@ -6,5 +6,5 @@
 
 #include <windows.h>
 
-// Gives a control a bitmap by BM_SETIMAGE or STM_SETIMAGE. Result: 1, or 0 when it cannot be loaded.
-int SetControlImage(HWND hDlg, int nControl, UINT uMessage, UINT uImage);
+// Gives a control a bitmap by BM_SETIMAGE or STM_SETIMAGE. False when it cannot be loaded.
+bool SetControlImage(HWND hDlg, int nControl, UINT uMessage, UINT uImage);
