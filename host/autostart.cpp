@@ -36,7 +36,7 @@ static bool IsSwitchedOff()
     if (RegOpenKeyExW(HKEY_CURRENT_USER, s_szApproved, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
         return false;
     BYTE state[64] = {};
-    DWORD type = 0, size = sizeof(state);
+    DWORD type = 0, size = sizeof state;
     const LSTATUS result = RegQueryValueExW(key, s_szValue, nullptr, &type, state, &size);
     RegCloseKey(key);
     return result == ERROR_SUCCESS && type == REG_BINARY && size > 0 && (state[0] & 1) != 0;

@@ -11,7 +11,7 @@ static const GUID s_monitorClass = {0xE6F07B5F, 0xEE97, 0x4A90, {0xB0, 0x76, 0x3
 HDEVNOTIFY RegisterDisplayEvents(HWND hWnd)
 {
     DEV_BROADCAST_DEVICEINTERFACE_W filter = {};
-    filter.dbcc_size = sizeof(filter);
+    filter.dbcc_size = sizeof filter;
     filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     filter.dbcc_classguid = s_monitorClass;
     return RegisterDeviceNotificationW(hWnd, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);

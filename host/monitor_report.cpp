@@ -24,7 +24,7 @@ static FUNCTION FindFunction(const wchar_t *module, const char *name)
 static std::string WindowsVersion()
 {
     OSVERSIONINFOEXW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
+    version.dwOSVersionInfoSize = sizeof version;
     const auto getVersion = FindFunction<RTLGETVERSION>(L"ntdll.dll", "RtlGetVersion");
     if (!getVersion || getVersion(&version) != 0)
         GetVersionExW(reinterpret_cast<OSVERSIONINFOW *>(&version));

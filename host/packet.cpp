@@ -50,9 +50,9 @@ PACKET MakePacket(ENDPOINT source, ENDPOINT destination, WORD command, WORD code
     packet.header.dwDataSize = static_cast<DWORD>(sizeof(HOSTDATA) + payload.size());
     packet.data.resize(packet.header.dwDataSize);
     const HOSTDATA head = {packet.header.dwDataSize, request, code};
-    memcpy(packet.data.data(), &head, sizeof(head));
+    memcpy(packet.data.data(), &head, sizeof head);
     if (!payload.empty())
-        memcpy(packet.data.data() + sizeof(head), payload.data(), payload.size());
+        memcpy(packet.data.data() + sizeof head, payload.data(), payload.size());
     return packet;
 }
 
@@ -74,16 +74,16 @@ DWORD PayloadSize(const PACKET *packet)
 DWORD PayloadDword(const PACKET *packet, DWORD offset)
 {
     DWORD value = 0;
-    if (PayloadSize(packet) >= sizeof(value) && offset <= PayloadSize(packet) - sizeof(value))
-        memcpy(&value, HostPayload(PacketData(packet)) + offset, sizeof(value));
+    if (PayloadSize(packet) >= sizeof value && offset <= PayloadSize(packet) - sizeof value)
+        memcpy(&value, HostPayload(PacketData(packet)) + offset, sizeof value);
     return value;
 }
 
 WORD PayloadWord(const PACKET *packet, DWORD offset)
 {
     WORD value = 0;
-    if (PayloadSize(packet) >= sizeof(value) && offset <= PayloadSize(packet) - sizeof(value))
-        memcpy(&value, HostPayload(PacketData(packet)) + offset, sizeof(value));
+    if (PayloadSize(packet) >= sizeof value && offset <= PayloadSize(packet) - sizeof value)
+        memcpy(&value, HostPayload(PacketData(packet)) + offset, sizeof value);
     return value;
 }
 

@@ -62,13 +62,13 @@ static bool ReadSetting(const std::string &word, HOSTCOLORS *settings)
 static bool ReadSetSettings(const WORDS &words, std::vector<BYTE> *payload, std::string *error)
 {
     HOSTCOLORS settings;
-    memset(&settings, 0xFF, sizeof(settings)); // all ones: leave alone
+    memset(&settings, 0xFF, sizeof settings); // all ones: leave alone
     *error = "takes FIELD=VALUE with eco, bright, brighteco, contrast, preset";
     for (const std::string &word : words)
         if (!ReadSetting(word, &settings))
             return false;
     const BYTE *bytes = reinterpret_cast<const BYTE *>(&settings);
-    payload->assign(bytes, bytes + sizeof(settings));
+    payload->assign(bytes, bytes + sizeof settings);
     return !words.empty();
 }
 
@@ -145,9 +145,9 @@ static std::string SettingText(const char *name, WORD value)
 static std::string TellSettings(const PLUGINANSWER &answer)
 {
     HOSTCOLORS settings;
-    if (answer.block.size() != sizeof(settings))
+    if (answer.block.size() != sizeof settings)
         return "the answer has a wrong size";
-    memcpy(&settings, answer.block.data(), sizeof(settings));
+    memcpy(&settings, answer.block.data(), sizeof settings);
     const bool isEco = settings.dwEco != 0;
     return Format("eco %d, ", static_cast<int>(settings.dwEco)) +
            SettingText(isEco ? "brightness with eco" : "brightness", isEco ? settings.wBrightEco : settings.wBright) +
@@ -194,14 +194,14 @@ static std::string AnsiText(const char *text, size_t size)
 static std::string TellIdentity(const PLUGINANSWER &answer)
 {
     HOSTIDENTITY identity;
-    if (PayloadSize(&answer.reply) != sizeof(identity))
+    if (PayloadSize(&answer.reply) != sizeof identity)
         return "the answer has a wrong size";
-    memcpy(&identity, HostPayload(PacketData(&answer.reply)), sizeof(identity));
+    memcpy(&identity, HostPayload(PacketData(&answer.reply)), sizeof identity);
     std::string net;
     for (const BYTE byte : identity.bNetSpec)
         net += Format("%02X", byte);
-    return "user " + Quoted(AnsiText(identity.szUserName, sizeof(identity.szUserName))) + ", group " +
-           Quoted(AnsiText(identity.szGroupName, sizeof(identity.szGroupName))) + ", network " + net;
+    return "user " + Quoted(AnsiText(identity.szUserName, sizeof identity.szUserName)) + ", group " +
+           Quoted(AnsiText(identity.szGroupName, sizeof identity.szGroupName)) + ", network " + net;
 }
 
 // ---- The table ------------------------------------------------------------------------------------------------------

@@ -47,7 +47,7 @@ bool InitPlugin(const PLUGIN *plugin, HWND hWnd, WORD wPluginID)
 {
     HOSTPACKET packet = {};
     packet.dst.wID = wPluginID;
-    packet.dwDataSize = sizeof(hWnd);
+    packet.dwDataSize = sizeof hWnd;
     packet.lpData = reinterpret_cast<HOSTDATA *>(&hWnd);
     const int result = plugin->slots[PLUGIN_SLOT_INIT](&packet);
     LogLine("host>plugin", "slot", Format("slot=%d result=%d", PLUGIN_SLOT_INIT, result));

@@ -10,7 +10,7 @@ static HANDLE OpenSharedMutex(const wchar_t *name)
     SECURITY_DESCRIPTOR descriptor = {};
     InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
     SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE);
-    SECURITY_ATTRIBUTES attributes = {sizeof(attributes), &descriptor, FALSE};
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, &descriptor, FALSE};
     return CreateMutexW(&attributes, FALSE, name);
 }
 

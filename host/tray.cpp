@@ -51,7 +51,7 @@ static DWORD ShellVersion()
 {
     const FARPROC found = GetProcAddress(GetModuleHandleW(L"shell32.dll"), "DllGetVersion");
     const auto getVersion = reinterpret_cast<DLLGETVERSIONPROC>(reinterpret_cast<void *>(found));
-    DLLVERSIONINFO version = {sizeof(version), 0, 0, 0, 0};
+    DLLVERSIONINFO version = {sizeof version, 0, 0, 0, 0};
     return getVersion && SUCCEEDED(getVersion(&version)) ? version.dwMajorVersion : 4;
 }
 

@@ -34,7 +34,7 @@ static void WriteTextDescriptor(BYTE *descriptor, BYTE tag, const std::string &t
 static void WriteTiming(BYTE *descriptor, const EDIDFACTS &facts)
 {
     const unsigned width = facts.widthCm * 10, height = facts.heightCm * 10;
-    memcpy(descriptor, s_timing, sizeof(s_timing));
+    memcpy(descriptor, s_timing, sizeof s_timing);
     descriptor[12] = static_cast<BYTE>(width);
     descriptor[13] = static_cast<BYTE>(height);
     descriptor[14] = static_cast<BYTE>((width >> 8) << 4 | height >> 8);
@@ -43,7 +43,7 @@ static void WriteTiming(BYTE *descriptor, const EDIDFACTS &facts)
 EDIDBLOCK MakeEdid(const EDIDFACTS &facts)
 {
     EDIDBLOCK block = {};
-    memcpy(block.data(), s_header, sizeof(s_header));
+    memcpy(block.data(), s_header, sizeof s_header);
     // The maker's three letters are five bits each, the first letter highest, in big-endian order.
     unsigned maker = 0;
     for (const char letter : facts.maker)
@@ -62,13 +62,13 @@ EDIDBLOCK MakeEdid(const EDIDFACTS &facts)
     block[22] = static_cast<BYTE>(facts.heightCm);
     block[23] = 120;  // gamma 2.2
     block[24] = 0xEE; // power saving, RGB, sRGB, preferred timing first
-    memcpy(&block[25], s_srgb, sizeof(s_srgb));
+    memcpy(&block[25], s_srgb, sizeof s_srgb);
     block[35] = 0x21;             // 640 x 480 and 800 x 600 at 60 Hz
     block[36] = 0x08;             // 1024 x 768 at 60 Hz
     memset(&block[38], 0x01, 16); // no standard timings
     WriteTiming(&block[54], facts);
     WriteTextDescriptor(&block[72], 0xFF, Format("%u", facts.serial));
-    memcpy(&block[90], s_limits, sizeof(s_limits));
+    memcpy(&block[90], s_limits, sizeof s_limits);
     WriteTextDescriptor(&block[108], 0xFC, facts.name);
     block[127] = static_cast<BYTE>(0x100 - EdidSum(block));
     return block;
@@ -106,7 +106,7 @@ constexpr BYTE TAG_NAME = 0xFC, TAG_TEXT = 0xFE, TAG_SERIAL = 0xFF;
 
 const char *EdidFault(const EDIDBLOCK &block)
 {
-    if (memcmp(block.data(), s_header, sizeof(s_header)) != 0)
+    if (memcmp(block.data(), s_header, sizeof s_header) != 0)
         return "an EDID block begins with 00 FF FF FF FF FF FF 00";
     return EdidSum(block) != 0 ? "the EDID block's checksum is wrong" : nullptr;
 }

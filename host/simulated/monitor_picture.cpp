@@ -182,7 +182,7 @@ static void DrawScene(HDC hDC, const MONITORSTATE &state)
         pixels.push_back(static_cast<DWORD>(Curved(red, colour.red) << 16 | Curved(green, colour.green) << 8 |
                                             Curved(blue, colour.blue)));
     BITMAPINFO info = {};
-    info.bmiHeader = {sizeof(info.bmiHeader), SCREEN_WIDTH, -SCREEN_HEIGHT, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    info.bmiHeader = {sizeof info.bmiHeader, SCREEN_WIDTH, -SCREEN_HEIGHT, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     SetDIBitsToDevice(hDC, BODY_EDGE, BODY_EDGE, SCREEN_WIDTH, SCREEN_HEIGHT, 0, 0, 0, SCREEN_HEIGHT, pixels.data(),
                       &info, DIB_RGB_COLORS);
 }

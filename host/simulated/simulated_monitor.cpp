@@ -50,7 +50,7 @@ void OpenSimulation(SIMULATION *simulation)
 
 static void InitMonitor(SIMULATEDMONITOR *monitor, const MONITORFILE &file)
 {
-    memset(monitor->features, 0, sizeof(monitor->features));
+    memset(monitor->features, 0, sizeof monitor->features);
     monitor->file = file;
     monitor->codes = CapabilityCodes(file.capabilities);
     monitor->pressed = BUTTON_PRESSED_NONE;

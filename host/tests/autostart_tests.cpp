@@ -46,7 +46,7 @@ protected:
     static std::wstring Text()
     {
         wchar_t text[MAX_PATH] = L"";
-        DWORD size = sizeof(text);
+        DWORD size = sizeof text;
         SHGetValueW(HKEY_CURRENT_USER, RUN_KEY, L"Trayhub", nullptr, text, &size);
         return text;
     }
@@ -96,9 +96,9 @@ TEST_F(Autostart, FollowsTheTaskManager)
 {
     const BYTE on[12] = {2}, off[12] = {3, 0, 0, 0, 0x10, 0x27};
     EXPECT_EQ(SetAutostart(s_program, true), 0u);
-    Write(APPROVED_KEY, REG_BINARY, on, sizeof(on));
+    Write(APPROVED_KEY, REG_BINARY, on, sizeof on);
     EXPECT_TRUE(IsAutostartOn(s_program));
-    Write(APPROVED_KEY, REG_BINARY, off, sizeof(off));
+    Write(APPROVED_KEY, REG_BINARY, off, sizeof off);
     EXPECT_FALSE(IsAutostartOn(s_program));
     EXPECT_EQ(SetAutostart(s_program, true), 0u);
     EXPECT_TRUE(IsAutostartOn(s_program));

@@ -50,7 +50,7 @@ TEST(MonitorFile, GoodFileIsReadWhole)
 
     // The EDID made from the facts: ABC is 00001 00010 00011, and the name is the model.
     const BYTE made[] = {0x04, 0x43, 0x34, 0x12, 0x78, 0x56, 0x34, 0x12};
-    EXPECT_EQ(memcmp(&file.edid[8], made, sizeof(made)), 0);
+    EXPECT_EQ(memcmp(&file.edid[8], made, sizeof made), 0);
     EXPECT_EQ(memcmp(&file.edid[113], "ABCDEFGHIJKL\n", 13), 0);
     EXPECT_EQ(file.edid[21], 64);
     EXPECT_EQ(EdidSum(file.edid), 0);
@@ -202,7 +202,7 @@ TEST(ShippedFiles, FitThePlugin)
             EXPECT_EQ(code.hasValues, code.code == 0x14 || code.code == 0x60) << file.model << " " << int(code.code);
         for (int button = 1; button <= MONITOR_BUTTON_COUNT; button++) {
             char label[64];
-            GetPrivateProfileStringA(file.model.c_str(), Format("button%d", button).c_str(), "", label, sizeof(label),
+            GetPrivateProfileStringA(file.model.c_str(), Format("button%d", button).c_str(), "", label, sizeof label,
                                      (BinFolder() + "\\Launcher.ini").c_str());
             EXPECT_EQ(file.labels[static_cast<size_t>(button - 1)], label) << file.model << " " << button;
         }

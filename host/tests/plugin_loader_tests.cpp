@@ -53,7 +53,7 @@ TEST(PluginLoader, DrivesTheFirstSlots)
     };
     g_FakePlugin.slots[PLUGIN_SLOT_INFO] = [](void *packet) {
         static PLUGININFO info = {"T", "\x8A\x4A\x8E\x6E", nullptr, {0, 0}};
-        static_cast<HOSTPACKET *>(packet)->dwDataSize = sizeof(info);
+        static_cast<HOSTPACKET *>(packet)->dwDataSize = sizeof info;
         static_cast<HOSTPACKET *>(packet)->lpData = reinterpret_cast<HOSTDATA *>(&info);
         return 1;
     };

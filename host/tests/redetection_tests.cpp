@@ -11,13 +11,13 @@
 TEST(DisplayEvents, AreToldFromOtherMessages)
 {
     DEV_BROADCAST_DEVICEINTERFACE_W monitor = {};
-    monitor.dbcc_size = sizeof(monitor);
+    monitor.dbcc_size = sizeof monitor;
     monitor.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     monitor.dbcc_classguid = {0xE6F07B5F, 0xEE97, 0x4A90, {0xB0, 0x76, 0x33, 0xF5, 0x7B, 0xF4, 0xEA, 0xA7}};
     DEV_BROADCAST_DEVICEINTERFACE_W disk = monitor, half = monitor;
     disk.dbcc_classguid.Data1++;
     half.dbcc_size = sizeof(DEV_BROADCAST_HDR);
-    DEV_BROADCAST_VOLUME volume = {sizeof(volume), DBT_DEVTYP_VOLUME, 0, 4, 0};
+    DEV_BROADCAST_VOLUME volume = {sizeof volume, DBT_DEVTYP_VOLUME, 0, 4, 0};
     const struct {
         const char *what;
         UINT message;

@@ -142,7 +142,7 @@ protected:
         packet.header.lpData = PacketData(&packet);
         const LRESULT result = RouterTakePacket(&router, &packet.header);
         memset(packet.data.data(), 0xDD, packet.data.size());
-        memset(&packet.header, 0xDD, sizeof(packet.header));
+        memset(&packet.header, 0xDD, sizeof packet.header);
         return result;
     }
 

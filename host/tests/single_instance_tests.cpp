@@ -15,10 +15,10 @@ constexpr DWORD LONG_ENOUGH = 40000; // ms: nothing here takes so long, however 
 
 static const INSTANCENAMES s_names = {L"trayhub_tests instance", L"STATIC", L"trayhub_tests first", WM_HOST_SHOW};
 
-static LRESULT g_answer;
+static LRESULT s_Answer;
 static LRESULT CALLBACK AnswerProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    return message == WM_HOST_SHOW ? g_answer : DefWindowProcW(hWnd, message, wParam, lParam);
+    return message == WM_HOST_SHOW ? s_Answer : DefWindowProcW(hWnd, message, wParam, lParam);
 }
 
 // Another instance, on a thread of its own: holds the mutex, has a window or none, and answers or hangs until the gate
@@ -89,7 +89,7 @@ TEST_F(SingleInstance, HandsOverOrFindsTheFirstStuck)
         {"it has no window and gets none", false, true, 1, INSTANCE_STUCK},
     };
     for (const auto &one : cases) {
-        g_answer = one.answer;
+        s_Answer = one.answer;
         StartFirst(one.hasWindow, one.answers);
         EXPECT_EQ(Join(300), one.role) << one.what;
         EndFirst();
@@ -114,7 +114,7 @@ static HANDLE StartHost(const std::string &arguments)
     std::wstring line = Widen("\"" + ProgramFolder() + "\\..\\..\\trayhub.exe\" " + arguments);
     STARTUPINFOW start = {};
     PROCESS_INFORMATION process = {};
-    start.cb = sizeof(start);
+    start.cb = sizeof start;
     EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
     CloseHandle(process.hThread);
     return process.hProcess;

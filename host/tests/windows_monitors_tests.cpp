@@ -123,7 +123,7 @@ TEST_F(WindowsMonitors, AreCountedNamedAndKnownByTheirEdid)
     EXPECT_EQ(backend.edid(backend.context, 2, block), MONITOR_FAILED) << "never another monitor's";
     EXPECT_EQ(block[0], 1);
     ASSERT_EQ(backend.edid(backend.context, 3, block), MONITOR_OK);
-    EXPECT_EQ(memcmp(block, third.data(), sizeof(block)), 0);
+    EXPECT_EQ(memcmp(block, third.data(), sizeof block), 0);
     EXPECT_NE(FindingTrouble(monitors).find("DISPLAY3"), std::string::npos);
     EXPECT_EQ(WindowsMonitorsTrouble(monitors), "");
     for (const int index : {-1, 4}) {
@@ -357,7 +357,7 @@ TEST_F(WindowsMonitors, MonitorsIniHasTheLastWord)
     const char text[] = "[ABC0001]\nmodel = MINE\ncapabilities = (vcp(10))\nmaximum 10 = 80\nnever = 12\ncolour = 1\n"
                         "[model ABC]\nmodel = NAMED\ncapabilities = (vcp(12))\n";
     DWORD written = 0;
-    WriteFile(file, text, sizeof(text) - 1, &written, nullptr);
+    WriteFile(file, text, sizeof text - 1, &written, nullptr);
     CloseHandle(file);
     options.overrides = path;
     SetDesktop({monitor, monitor},

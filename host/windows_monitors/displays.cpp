@@ -60,7 +60,7 @@ static std::vector<DEVICEEDID> ReadEdids()
     if (devices == INVALID_HANDLE_VALUE)
         return edids;
     SP_DEVINFO_DATA device = {};
-    device.cbSize = sizeof(device);
+    device.cbSize = sizeof device;
     for (DWORD i = 0; SetupDiEnumDeviceInfo(devices, i, &device); i++) {
         wchar_t instance[256];
         if (SetupDiGetDeviceInstanceIdW(devices, &device, instance, 256, nullptr))
@@ -88,7 +88,7 @@ struct LISTING {
 static std::string AdapterName(const std::wstring &device)
 {
     DISPLAY_DEVICEW adapter = {};
-    adapter.cb = sizeof(adapter);
+    adapter.cb = sizeof adapter;
     for (DWORD i = 0; EnumDisplayDevicesW(nullptr, i, &adapter, 0); i++)
         if (device == adapter.DeviceName)
             return Narrow(adapter.DeviceString);
@@ -99,7 +99,7 @@ static std::vector<DISPLAYMONITOR> MonitorsOf(const std::wstring &device, const 
 {
     std::vector<DISPLAYMONITOR> monitors;
     DISPLAY_DEVICEW found = {};
-    found.cb = sizeof(found);
+    found.cb = sizeof found;
     for (DWORD i = 0; EnumDisplayDevicesW(device.c_str(), i, &found, NAME_OF_INTERFACE); i++) {
         if (!(found.StateFlags & MONITOR_IN_USE))
             continue;
@@ -113,7 +113,7 @@ static BOOL CALLBACK AddDisplay(HMONITOR hMonitor, HDC, LPRECT, LPARAM context)
 {
     LISTING *listing = reinterpret_cast<LISTING *>(context);
     MONITORINFOEXW info = {};
-    info.cbSize = sizeof(info);
+    info.cbSize = sizeof info;
     if (!GetMonitorInfoW(hMonitor, &info))
         return TRUE;
     DISPLAY display = {};

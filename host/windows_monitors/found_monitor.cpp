@@ -70,7 +70,7 @@ static FOUNDMONITOR MakeFound(const DISPLAY &display, const std::vector<std::str
 static std::string NarrowDescription(const PHYSICALMONITOR &monitor)
 {
     WCHAR text[128]; // the structure is packed, so it is copied
-    memcpy(text, &monitor.szDescription, sizeof(text));
+    memcpy(text, &monitor.szDescription, sizeof text);
     return Narrow(std::wstring_view(text, wcsnlen(text, 128)));
 }
 
