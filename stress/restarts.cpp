@@ -3,8 +3,8 @@
 #include "kernel/kernel_window.h"
 #include "stress/panel_hands.h"
 #include "stress/parts.h"
-#include "support/own_objects.h"
 #include "support/ini_folder.h"
+#include "support/own_objects.h"
 #include "support/registry_sandbox.h"
 
 constexpr int ROUNDS = 500;
