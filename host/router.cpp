@@ -91,21 +91,21 @@ static ANSWER AnswerName(const MONITORBACKEND *backend, const PACKET *request, D
 {
     char text[HOST_NAME_SIZE] = {};
     const MONITORRESULT result = backend->name(backend->context, MonitorOf(request), patience, text);
-    return {result, {text, text + sizeof(text)}, "name", ""};
+    return {result, {text, text + sizeof text}, "name", ""};
 }
 
 static ANSWER AnswerCapabilities(const MONITORBACKEND *backend, const PACKET *request, DWORD patience)
 {
     char text[HOST_CAPABILITIES_SIZE] = {};
     const MONITORRESULT result = backend->capabilities(backend->context, MonitorOf(request), patience, text);
-    return {result, {text, text + sizeof(text)}, "capabilities", ""};
+    return {result, {text, text + sizeof text}, "capabilities", ""};
 }
 
 static ANSWER AnswerEdid(const MONITORBACKEND *backend, const PACKET *request, DWORD)
 {
     BYTE block[HOST_EDID_SIZE] = {};
     const MONITORRESULT result = backend->edid(backend->context, MonitorOf(request), block);
-    return {result, {block, block + sizeof(block)}, "edid", ""};
+    return {result, {block, block + sizeof block}, "edid", ""};
 }
 
 static const struct {
