@@ -143,7 +143,7 @@ void AddReservationRow(HWND hPage, int n)
 void DeleteReservationRow(HWND hPage, int n, int nRow, LPCSTR lpszErrorText)
 {
     EmptyReservationSection(g_szOnTimerIni, n);
-    if (!SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_DELETEITEM, static_cast<WPARAM>(nRow), 0))
+    if (!DeleteReportRow(hPage, IDC_RESERVATION_LIST, nRow))
         ShowBox(hPage, lpszErrorText, PRODUCT_TITLE, MB_OK | MB_ICONHAND);
     FreeReservationSlot(n);
 }
@@ -163,7 +163,7 @@ static int FindRow(HWND hPage, int rows, int n)
 
 int DeleteReservationAndRestore(HWND hPage, int n, LONG nMonitor, WORD wInput)
 {
-    const int rows = static_cast<int>(SendDlgItemMessageA(hPage, IDC_RESERVATION_LIST, LVM_GETITEMCOUNT, 0, 0));
+    const int rows = ReportRowCount(hPage, IDC_RESERVATION_LIST);
     if (rows <= 0)
         return 0;
     const int row = FindRow(hPage, rows, n);

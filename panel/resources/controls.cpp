@@ -167,6 +167,16 @@ int InsertReportRow(HWND hDlg, int nReport, int nRow, LPCSTR lpszText, int nData
     return Ask(hDlg, nReport, LVM_INSERTITEMA, 0, &row);
 }
 
+int ReportRowCount(HWND hDlg, int nReport)
+{
+    return Ask(hDlg, nReport, LVM_GETITEMCOUNT, 0);
+}
+
+bool DeleteReportRow(HWND hDlg, int nReport, int nRow)
+{
+    return Ask(hDlg, nReport, LVM_DELETEITEM, nRow) != 0;
+}
+
 bool SetReportCell(HWND hDlg, int nReport, int nRow, int nColumn, LPCSTR lpszText)
 {
     LVITEMA cell = {};

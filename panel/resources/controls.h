@@ -57,6 +57,11 @@ void SelectWholeRows(HWND hDlg, int nReport);
 // the row. Result: where the row stands; below 0 when there was no room.
 int InsertReportRow(HWND hDlg, int nReport, int nRow, LPCSTR lpszText, int nData);
 
+int ReportRowCount(HWND hDlg, int nReport);
+
+// False for a row that the list does not have.
+bool DeleteReportRow(HWND hDlg, int nReport, int nRow);
+
 // False for a cell that the list does not have.
 bool SetReportCell(HWND hDlg, int nReport, int nRow, int nColumn, LPCSTR lpszText);
 
