@@ -13,7 +13,7 @@ LONG g_nMaxBlue[MAX_MONITOR];
 
 bool IsToBeWritten(const COLORFEATURE &feature, const COLORSETTING *lpSetting, size_t cbSetting)
 {
-    constexpr size_t PRESET_END = offsetof(COLORSETTING, wColorTemp) + sizeof(COLORSETTING::wColorTemp);
+    constexpr size_t PRESET_END = offsetof(COLORSETTING, wColorTemp) + sizeof COLORSETTING::wColorTemp;
     if (feature.cbOffset + feature.cbSize > cbSetting)
         return false; // where a value is there, so is the ECO mode, which the record begins with
     if (feature.counts == COLOR_USER_PRESET)

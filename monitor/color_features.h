@@ -55,7 +55,7 @@ struct COLORFEATURE {
 
 // In the order of the accesses to a monitor: the ECO mode decides which brightness is meant, the preset whether there
 // are gains.
-#define COLOR_FIELD(NAME) offsetof(COLORSETTING, NAME), sizeof(COLORSETTING::NAME)
+#define COLOR_FIELD(NAME) offsetof(COLORSETTING, NAME), sizeof COLORSETTING::NAME
 inline constexpr COLORFEATURE COLOR_FEATURES[] = {
     {VCP_ECO_MODE, COLOR_ALWAYS, COLOR_FIELD(dwEco), nullptr, "ecomode", 0},
     {VCP_BRIGHTNESS, COLOR_ECO_ON, COLOR_FIELD(wBrightEco), g_nMaxBrightEco, "ecobrightness", 3},

@@ -13,7 +13,7 @@
 LONG bUiReady = 0;
 LONG g_nColorTempMap[MAX_MONITOR][COLOR_TEMP_COUNT];
 
-// By the order in which a slider is looked for.
+// In the order in which a slider is looked for. What a row shows is set in ShowColorSetting.
 static constexpr COLORCONTROL s_Controls[] = {
     {VCP_BRIGHTNESS, IDC_COLOR_BRIGHTNESS_EDIT, IDC_COLOR_BRIGHTNESS_SLIDER, 0, 0},
     {VCP_CONTRAST, IDC_COLOR_CONTRAST_EDIT, IDC_COLOR_CONTRAST_SLIDER, IDC_COLOR_CONTRAST_LABEL,
@@ -23,31 +23,40 @@ static constexpr COLORCONTROL s_Controls[] = {
     {VCP_BLUE_GAIN, IDC_COLOR_BLUE_EDIT, IDC_COLOR_BLUE_SLIDER, IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY},
 };
 
-static constexpr bool HasControl(BYTE code)
+// The first row of a code; null for one that is no feature.
+static constexpr const COLORFEATURE *FirstRow(BYTE code)
+{
+    for (const COLORFEATURE &feature : COLOR_FEATURES)
+        if (feature.bCode == code)
+            return &feature;
+    return nullptr;
+}
+
+static constexpr bool IsGain(const COLORCONTROL &control)
+{
+    return FirstRow(control.bCode)->counts == COLOR_USER_PRESET;
+}
+
+static constexpr bool HasControl(const COLORFEATURE &feature)
 {
     for (const COLORCONTROL &control : s_Controls)
-        if (control.bCode == code)
+        if (control.bCode == feature.bCode)
             return true;
     return false;
 }
 
 // A slider ends at a maximum: what has one has the other.
-static constexpr bool AreControlsComplete()
+static constexpr bool DoTablesAgree()
 {
+    for (const COLORCONTROL &control : s_Controls)
+        if (!FirstRow(control.bCode))
+            return false;
     for (const COLORFEATURE &feature : COLOR_FEATURES)
-        if (HasControl(feature.bCode) != (feature.lpMaxima != nullptr))
+        if (HasControl(feature) != (feature.lpMaxima != nullptr))
             return false;
     return true;
 }
-static_assert(AreControlsComplete());
-
-static constexpr bool IsGain(const COLORCONTROL &control)
-{
-    for (const COLORFEATURE &feature : COLOR_FEATURES)
-        if (feature.bCode == control.bCode)
-            return feature.counts == COLOR_USER_PRESET;
-    return false;
-}
+static_assert(DoTablesAgree());
 
 // What DirectLink takes out of use, besides the controls of the features.
 static const int s_Usable[] = {

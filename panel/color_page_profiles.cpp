@@ -16,7 +16,7 @@
 
 // ---- Apply --------------------------------------------------------------------------------------------------------
 
-// One value of a profile, and what goes with it: the monitor's own where the profile has none to give.
+// Writes one value of a profile and keeps it; of gains that the preset leaves to the monitor, reads those instead.
 static void ApplyFeature(LONG monitor, const COLORFEATURE &feature, const COLORSETTING *profile)
 {
     if (!IsToBeWritten(feature, profile, sizeof *profile)) {
