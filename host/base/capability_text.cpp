@@ -1,6 +1,9 @@
 // What a DDC/CI capability string says, read by its grammar.
 #include "host/base/capability_text.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 #include "host/base/text.h"
 
 // The inside of the parenthesis that opens before `at`, up to its closing one or the end of the text.
@@ -15,12 +18,42 @@ static std::string_view Inside(std::string_view text, size_t at)
     return text.substr(at);
 }
 
+// Whether a text ends with a name, without regard to case.
+static bool EndsWith(std::string_view text, std::string_view name)
+{
+    return text.size() >= name.size() && EqualNoCase(text.substr(text.size() - name.size()), name);
+}
+
+// Some makers put a blank before the parenthesis.
 std::string CapabilityItem(std::string_view capabilities, std::string_view name)
 {
     for (size_t open = capabilities.find('('); open != std::string_view::npos; open = capabilities.find('(', open + 1))
-        if (open >= name.size() && EqualNoCase(capabilities.substr(open - name.size(), name.size()), name))
+        if (EndsWith(Trim(capabilities.substr(0, open)), name))
             return std::string(Inside(capabilities, open + 1));
     return {};
+}
+
+// Between "type(lcd)" and the name of the item that follows.
+static std::string_view BareModel(std::string_view capabilities)
+{
+    for (size_t open = capabilities.find('('); open != std::string_view::npos;
+         open = capabilities.find('(', open + 1)) {
+        if (!EndsWith(Trim(capabilities.substr(0, open)), "type"))
+            continue;
+        std::string_view rest = capabilities.substr(open + 1);
+        rest = rest.substr(std::min(Inside(rest, 0).size() + 1, rest.size()));
+        rest = Trim(rest.substr(0, rest.find('(')));
+        for (const std::string_view next : {"cmds", "vcp"})
+            if (EndsWith(rest, next))
+                return Trim(rest.substr(0, rest.size() - next.size()));
+    }
+    return {};
+}
+
+std::string CapabilityModel(std::string_view capabilities)
+{
+    const std::string model(Trim(CapabilityItem(capabilities, "model")));
+    return model.empty() ? std::string(BareModel(capabilities)) : model;
 }
 
 static bool ReadHexPair(std::string_view text, size_t at, BYTE *value)

@@ -13,29 +13,38 @@ TEST(AccessRules, PausesCountFromTheEndOfTheLastAccess)
         ACCESSKIND kind;
         LASTACCESS last;
         DWORD now, pause;
+        bool hurried;
     } cases[] = {
-        {ACCESS_READ, {false, ACCESS_WRITE, 0}, 5, 0},
-        {ACCESS_READ, {true, ACCESS_READ, 1000}, 1000, 40},
-        {ACCESS_READ, {true, ACCESS_WRITE, 1000}, 1030, 20},
-        {ACCESS_WRITE, {true, ACCESS_WRITE, 1000}, 1010, 40},
-        {ACCESS_WRITE, {true, ACCESS_READ, 1000}, 1000, 0},
-        {ACCESS_CAPABILITIES, {true, ACCESS_READ, 1000}, 1039, 1},
-        {ACCESS_READ, {true, ACCESS_WRITE, 1000}, 1050, 0},
-        {ACCESS_READ, {true, ACCESS_WRITE, 0xFFFFFFF0}, 0x10, 18}, // the tick count begins anew every 49.7 days
+        {ACCESS_READ, {false, ACCESS_WRITE, 0x10, 0}, 5, 0, false},
+        {ACCESS_READ, {true, ACCESS_READ, 0x60, 1000}, 1000, 40, false},
+        {ACCESS_READ, {true, ACCESS_WRITE, 0x10, 1000}, 1030, 20, false},
+        {ACCESS_WRITE, {true, ACCESS_WRITE, 0x10, 1000}, 1010, 40, false},
+        {ACCESS_WRITE, {true, ACCESS_READ, 0x10, 1000}, 1000, 0, false},
+        {ACCESS_CAPABILITIES, {true, ACCESS_READ, 0x10, 1000}, 1039, 1, false},
+        {ACCESS_READ, {true, ACCESS_WRITE, 0x10, 1000}, 1050, 0, false},
+        {ACCESS_READ,
+         {true, ACCESS_WRITE, 0x10, 0xFFFFFFF0},
+         0x10,
+         18,
+         false}, // the tick count begins anew every 49.7 days
+        {ACCESS_READ, {true, ACCESS_WRITE, 0x60, 1000}, 1100, 1400, false},
+        {ACCESS_WRITE, {true, ACCESS_WRITE, 0xD6, 1000}, 1000, 1500, false},
+        {ACCESS_WRITE, {true, ACCESS_WRITE, 0x04, 1000}, 1010, 40, true},
     };
     for (const auto &one : cases)
-        EXPECT_EQ(PauseBefore(one.kind, one.last, one.now), one.pause) << one.now;
+        EXPECT_EQ(PauseBefore(one.kind, one.last, one.now, {}, one.hurried), one.pause) << one.now;
 }
 
 TEST(AccessRules, OnlyPassingErrorsWithTimeLeftAreRetried)
 {
-    EXPECT_TRUE(IsWorthRetry(0xC026258B, 1, 1000));
-    EXPECT_TRUE(IsWorthRetry(0xC026258B, 2, 51));
-    EXPECT_FALSE(IsWorthRetry(0xC026258B, 3, 1000));
-    EXPECT_FALSE(IsWorthRetry(0xC026258B, 1, 50));
-    EXPECT_TRUE(IsWorthRetry(0x1234, 1, 1000)) << "an error that nobody knows may pass";
+    const auto pause = [](DWORD error, int tries, DWORD left) { return PauseOfRetry(error, tries, left, {}); };
+    EXPECT_EQ(pause(0xC026258B, 1, 1000), 50u);
+    EXPECT_EQ(pause(0xC026258B, 4, 1000), 400u);
+    EXPECT_EQ(pause(0xC026258B, 5, 1000), 0u);
+    EXPECT_EQ(pause(0xC026258B, 2, 100), 0u);
+    EXPECT_EQ(pause(0x1234, 1, 1000), 50u) << "an error that nobody knows may pass";
     for (const DWORD error : {0xC0262580u, 0xC0262581u, 0xC0262584u, 0xC026258Cu, 0xC026258Du, 0xC02625E0u})
-        EXPECT_FALSE(IsWorthRetry(error, 1, 1000)) << std::hex << error;
+        EXPECT_EQ(pause(error, 1, 1000), 0u) << std::hex << error;
     EXPECT_EQ(AccessErrorText(0xC0262584), "0xC0262584 the monitor does not know the code");
     EXPECT_EQ(AccessErrorText(OUR_ERROR_NEVER), "monitors.ini says never");
     EXPECT_EQ(AccessErrorText(5).rfind("0x00000005 ", 0), 0u) << "in the system's words";
@@ -172,17 +181,24 @@ TEST(CapabilityStore, MarkerCountsOnceItsProcessIsNoMore)
     SCRATCHSTORE scratch;
     CAPABILITYSTORE *store = &scratch.store;
     ASSERT_TRUE(MarkCapabilityRead(store, "A"));
-    EXPECT_FALSE(IsCapabilityReadMarked(store, "A")) << "this process still runs";
+    EXPECT_EQ(CapabilityReadStrikes(store, "A"), 0u) << "this process still runs";
     std::string mark, error;
     ASSERT_TRUE(ReadWholeFile(store->folder + "\\reading A", 100, &mark, &error));
+    mark.pop_back();
     mark.back() = mark.back() == '0' ? '1' : '0'; // another process had the number then
-    for (const std::string &left : {mark, std::string("4294967294 0"), std::string("x"), std::string()}) {
+    for (const std::string &left : {mark, std::string("4294967294 0"), std::string("x")}) {
         scratch.Write("reading A", left);
-        EXPECT_TRUE(IsCapabilityReadMarked(store, "A")) << left;
+        EXPECT_EQ(CapabilityReadStrikes(store, "A"), 1u) << left;
     }
-    EXPECT_FALSE(IsCapabilityReadMarked(store, "B"));
+    EXPECT_EQ(CapabilityReadStrikes(store, "B"), 0u);
+    // A read that is merely cut off leaves the earlier strike, and no other.
+    ASSERT_TRUE(MarkCapabilityRead(store, "A"));
+    TakeBackCapabilityMark(store, "A");
+    EXPECT_EQ(CapabilityReadStrikes(store, "A"), 1u);
+    scratch.Write("reading A", "1 0\n2 0\n3 0\n");
+    EXPECT_GE(CapabilityReadStrikes(store, "A"), CAPABILITY_STRIKES);
     UnmarkCapabilityRead(store, "A");
-    EXPECT_FALSE(IsCapabilityReadMarked(store, "A"));
+    EXPECT_EQ(CapabilityReadStrikes(store, "A"), 0u);
 }
 
 // ---- monitors.ini ---------------------------------------------------------------------------------------------------
@@ -199,7 +215,8 @@ TEST(Overrides, FaultyLinesAreNamedAndTheRestHolds)
         {"maximum 10 = 0", "1 to 65535"}, {"maximum 10 = 65536", "1 to 65535"},
         {"never =", "no VCP code"},       {"never = 04 100", "two hexadecimal"},
         {"colour = red", "no key"},       {"model", "KEY = VALUE"},
-        {"maximum 10 20 = 5", "no key"},
+        {"maximum 10 20 = 5", "no key"},  {"makers-codes = no", "yes"},
+        {"tries = 11", "1 to 10"},        {"settle-pause = 0", "1 to 5000"},
     };
     for (const auto &one : cases) {
         const OVERRIDEFILE file =
@@ -229,11 +246,11 @@ TEST(Overrides, FaultyLinesAreNamedAndTheRestHolds)
 
 TEST(Overrides, CloserTitlesWinAndForbiddenCodesAdd)
 {
-    const OVERRIDEFILE file =
-        ParseOverrides("\xEF\xBB\xBF; mine\r\n"
-                       "[DEL4014 ABC 1]\r\nmodel = THIS\r\nnever = D6\r\n"
-                       "[DEL4014]\r\nmodel = ALL\r\nmaximum 10 = 80\r\nnever = 04 05\r\n"
-                       "[Model DELL U3011]\r\nmodel = NAMED\r\nmaximum 10 = 70\r\nmaximum\t12 = 0x50\r\n");
+    const OVERRIDEFILE file = ParseOverrides(
+        "\xEF\xBB\xBF; mine\r\n"
+        "[DEL4014 ABC 1]\r\nmodel = THIS\r\nnever = D6\r\nread-pause = 200\r\n"
+        "[DEL4014]\r\nmodel = ALL\r\nmaximum 10 = 80\r\nnever = 04 05\r\nmakers-codes = yes\r\ntries = 2\r\n"
+        "[Model DELL U3011]\r\nmodel = NAMED\r\nmaximum 10 = 70\r\nmaximum\t12 = 0x50\r\n");
     ASSERT_TRUE(file.faults.empty());
     const MONITOROVERRIDE one = OverrideFor(file, {"DEL4014", {"77", "ABC 1"}, {"27MU68", "dell u3011"}});
     EXPECT_EQ(one.model, "THIS");
@@ -242,6 +259,11 @@ TEST(Overrides, CloserTitlesWinAndForbiddenCodesAdd)
     EXPECT_EQ(one.maxima[0x14], -1);
     EXPECT_TRUE(one.never[0x04] && one.never[0xD6]);
     EXPECT_EQ(one.titles.size(), 3u);
+    EXPECT_TRUE(one.takesMakersCodes);
+    const ACCESSMANNERS manners = MannersFor(one), usual;
+    EXPECT_EQ(manners.pauseBeforeRead, 200u);
+    EXPECT_EQ(manners.tries, 2);
+    EXPECT_EQ(manners.pauseToSettle, usual.pauseToSettle);
     EXPECT_EQ(OverrideFor(file, {"DEL4014", {"78"}, {"Other"}}).model, "ALL");
     EXPECT_EQ(OverrideFor(file, {"", {}, {"DELL U3011"}}).model, "NAMED");
     EXPECT_EQ(OverrideFor(file, {"DEL4015", {"ABC 1"}, {}}).titles.size(), 0u);

@@ -93,6 +93,7 @@ protected:
 
     WINDOWSMONITOROPTIONS options;
     DRIVERMONITOR monitor;
+    const std::string plain = "(vcp(10 12 60(0F)))"; // its capability string as the plug-in gets it
     WINDOWSMONITORS *monitors = nullptr;
     MONITORBACKEND backend = {};
 };
@@ -156,7 +157,10 @@ TEST_F(WindowsMonitors, MoreThanThePluginHoldsAreLeftOut)
     EXPECT_EQ(OpenHandleCount(), 0u);
 }
 
-TEST_F(WindowsMonitors, PassingErrorsAreTriedThreeTimesAndOthersOnce)
+// A code whose writes all go to the monitor, whatever it has.
+constexpr BYTE LOUDNESS = 0x62;
+
+TEST_F(WindowsMonitors, PassingErrorsAreTriedAgainAndOthersAreNot)
 {
     constexpr DWORD passing = 0xC0262583, never = GRAPHICS_VCP_NOT_SUPPORTED;
     const struct {
@@ -165,10 +169,11 @@ TEST_F(WindowsMonitors, PassingErrorsAreTriedThreeTimesAndOthersOnce)
         size_t tries;
     } cases[] = {
         {{passing, passing}, true, 3},
-        {{passing, passing, passing}, false, 3},
+        {{passing, passing, passing, passing, passing}, false, 5},
         {{never}, false, 1},
         {{passing, never}, false, 2},
     };
+    monitor.values[LOUDNESS] = {30, 100};
     SetDesktop({monitor}, {OneBehind(0, {})});
     Open();
     ASSERT_EQ(Name(0), "ABC");
@@ -176,7 +181,7 @@ TEST_F(WindowsMonitors, PassingErrorsAreTriedThreeTimesAndOthersOnce)
         for (const bool write : {false, true}) {
             const size_t before = DriverAccesses().size();
             ChangeMonitor(0, [&](DRIVERMONITOR &driver) { driver.errors = one.errors; });
-            EXPECT_EQ(write ? Write(0, 0x10, 30) == MONITOR_OK : Read(0, 0x10) == 30, one.done);
+            EXPECT_EQ(write ? Write(0, LOUDNESS, 30) == MONITOR_OK : Read(0, LOUDNESS) == 30, one.done);
             EXPECT_EQ(DriverAccesses().size() - before, one.tries);
         }
     }
@@ -184,21 +189,55 @@ TEST_F(WindowsMonitors, PassingErrorsAreTriedThreeTimesAndOthersOnce)
 
 TEST_F(WindowsMonitors, AreLeftAloneAfterAWriteAndBeforeARead)
 {
+    monitor.values[LOUDNESS] = {30, 100};
     SetDesktop({monitor}, {OneBehind(0, {})});
     Open();
     ASSERT_EQ(Name(0), "ABC");
-    EXPECT_EQ(Read(0, 0x10), 30);
-    EXPECT_EQ(Write(0, 0x10, 0x1234), MONITOR_OK);
-    EXPECT_EQ(Read(0, 0x10), 0x1234) << "both bytes";
-    EXPECT_EQ(Read(0, 0x10), 0x1234);
-    EXPECT_EQ(Write(0, 0x10, 5), MONITOR_OK);
-    EXPECT_EQ(Write(0, 0x10, 6), MONITOR_OK);
+    EXPECT_EQ(Read(0, LOUDNESS), 30);
+    EXPECT_EQ(Write(0, LOUDNESS, 0x1234), MONITOR_OK);
+    EXPECT_EQ(Read(0, LOUDNESS), 0x1234) << "both bytes";
+    EXPECT_EQ(Read(0, LOUDNESS), 0x1234);
+    EXPECT_EQ(Write(0, LOUDNESS, 5), MONITOR_OK);
+    EXPECT_EQ(Write(0, LOUDNESS, 6), MONITOR_OK);
     const std::vector<DRIVERACCESS> accesses = DriverAccesses();
     for (size_t i = 1; i < accesses.size(); i++) {
         const LONG pause = static_cast<LONG>(accesses[i].startTick - accesses[i - 1].endTick);
         const LONG least = accesses[i - 1].kind == 'w' ? 50 : accesses[i].kind == 'r' ? 40 : 0;
         EXPECT_GE(pause, least - 16) << i; // a tick may be 16 ms
     }
+}
+
+TEST_F(WindowsMonitors, OnlyWritesThatAreMeantAndChangeSomethingReachAMonitor)
+{
+    monitor.values = {{0x10, {30, 100}}, {0x60, {0x0F, 3}}, {0xF2, {0, 63}}};
+    SetDesktop({monitor, monitor},
+               {OneBehind(0, EdidBytes("ABC", 1, 1, "A")), OneBehind(1, EdidBytes("NRV", 1, 1, "B"))});
+    Open();
+    ASSERT_EQ(Capabilities(0), plain);
+    const auto writes = [](size_t index) {
+        size_t count = 0;
+        for (const DRIVERACCESS &access : DriverAccesses())
+            count += access.kind == 'w' && access.monitor == index;
+        return count;
+    };
+    EXPECT_EQ(Write(0, 0x10, 0), MONITOR_FAILED) << "what a start restores that has read nothing";
+    EXPECT_EQ(Read(0, 0x10), 30);
+    EXPECT_EQ(Write(0, 0x10, 101), MONITOR_FAILED);
+    EXPECT_EQ(Write(0, 0x60, 0x12), MONITOR_FAILED);
+    EXPECT_EQ(Write(0, 0xF2, 1), MONITOR_FAILED);
+    EXPECT_EQ(writes(0), 0u);
+    EXPECT_EQ(Write(1, 0xF2, 1), MONITOR_OK) << "of our make";
+    for (int time = 0; time < 3; time++)
+        EXPECT_EQ(Write(0, 0x10, 30), MONITOR_OK);
+    EXPECT_EQ(writes(0), 0u) << "it had that already";
+    EXPECT_EQ(Write(0, 0x10, 31), MONITOR_OK);
+    EXPECT_EQ(Write(0, 0x10, 31), MONITOR_OK);
+    EXPECT_EQ(writes(0), 1u);
+    // A monitor that was away may have any value.
+    InvalidateHandles();
+    EXPECT_EQ(Read(0, 0x60), 0x0F);
+    EXPECT_EQ(Write(0, 0x10, 31), MONITOR_OK);
+    EXPECT_EQ(writes(0), 2u);
 }
 
 TEST_F(WindowsMonitors, OneThatHangsHoldsNobodyUp)
@@ -295,14 +334,30 @@ TEST_F(WindowsMonitors, CapabilityStringIsReadOncePerEdid)
             count += access.kind == 'c' && access.monitor == index;
         return count;
     };
+    CAPABILITYSTORE store;
+    store.folder = options.storeFolder;
+    const std::string key = EdidKey(MakeEdid({"ABC", 1, 1, 2012, 60, 34, "A"}));
+    const auto waitUntil = [](const auto &isSo) {
+        for (int look = 0; look < 500 && !isSo(); look++)
+            Sleep(10);
+        EXPECT_TRUE(isSo());
+    };
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.disturbances = 1; });
     Open();
-    EXPECT_EQ(Capabilities(0), monitor.capabilities);
-    EXPECT_EQ(Capabilities(1), monitor.capabilities);
+    EXPECT_EQ(Capabilities(0), "(vcp(10 12 60(0E)))");
+    waitUntil([&] { return reads(0) == 2; });
+    Close();
+    EXPECT_EQ(FindKeptCapabilities(&store, key), "") << "the two were not the same";
     Open();
-    EXPECT_EQ(Capabilities(0), monitor.capabilities);
-    EXPECT_EQ(Capabilities(1), monitor.capabilities);
-    EXPECT_EQ(reads(0), 1u);
-    EXPECT_EQ(reads(1), 2u) << "without an EDID nothing is kept";
+    EXPECT_EQ(Capabilities(0), plain);
+    EXPECT_EQ(Capabilities(1), plain);
+    waitUntil([&] { return FindKeptCapabilities(&store, key) == monitor.capabilities; });
+    const size_t before = reads(1);
+    Open();
+    EXPECT_EQ(Capabilities(0), plain);
+    EXPECT_EQ(Capabilities(1), plain);
+    EXPECT_EQ(reads(0), 4u);
+    EXPECT_GT(reads(1), before) << "without an EDID nothing is kept";
     options.fresh = true;
     ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.capabilities = ""; });
     Open();
@@ -325,7 +380,7 @@ TEST_F(WindowsMonitors, StringWhoseReadTookTheProcessDownIsSkipped)
                                       CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(marker, INVALID_HANDLE_VALUE);
     DWORD written = 0;
-    WriteFile(marker, "1 0000000000000001", 18, &written, nullptr);
+    WriteFile(marker, "1 0000000000000001\n1 0000000000000002\n", 38, &written, nullptr);
     CloseHandle(marker);
     Open();
     EXPECT_EQ(Capabilities(0), "failed");
@@ -334,7 +389,7 @@ TEST_F(WindowsMonitors, StringWhoseReadTookTheProcessDownIsSkipped)
     EXPECT_NE(WindowsMonitorsTroubleInEnglish(monitors).find("--fresh"), std::string::npos);
     options.fresh = true;
     Open();
-    EXPECT_EQ(Capabilities(0), monitor.capabilities);
+    EXPECT_EQ(Capabilities(0), plain);
 }
 
 // A user who ends the program while a string is being read has done nothing wrong; a driver that dies has.

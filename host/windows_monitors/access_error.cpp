@@ -51,6 +51,7 @@ static const struct {
     {OUR_ERROR_SKIPPED, FAULT_UNSUPPORTED, "not read: a run of this program ended in the middle of reading it"},
     {OUR_ERROR_STOPPED, FAULT_UNSUPPORTED, "the program is ending"},
     {OUR_ERROR_EMPTY, FAULT_PASSING, "the capability string is empty"},
+    {OUR_ERROR_REFUSED, FAULT_UNSUPPORTED, "a write that cannot be meant for this monitor"},
 };
 
 ACCESSFAULT AccessFault(DWORD error)

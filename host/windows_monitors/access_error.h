@@ -23,6 +23,7 @@ enum : DWORD {
     OUR_ERROR_SKIPPED,              // reading the string has ended the process before
     OUR_ERROR_STOPPED,              // the monitors are being closed
     OUR_ERROR_EMPTY,                // the capability string is empty
+    OUR_ERROR_REFUSED,              // a write that cannot be meant: see write_rules.h
 };
 
 enum ACCESSFAULT {

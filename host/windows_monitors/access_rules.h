@@ -1,4 +1,6 @@
-// When a monitor may be accessed and whether once more: DDC/CI needs pauses, and fails now and then.
+// When a monitor may be accessed and whether once more. Windows itself keeps the pauses that DDC/CI needs between the
+// messages of one access; these are between accesses, for monitors that are slower than they should be, that wake up,
+// or that change over to another input.
 #pragma once
 
 #include <windows.h>
@@ -7,21 +9,30 @@
 
 enum ACCESSKIND { ACCESS_READ, ACCESS_WRITE, ACCESS_CAPABILITIES };
 
-constexpr DWORD PAUSE_AFTER_WRITE = 50; // ms; a monitor may miss what comes sooner
-constexpr DWORD PAUSE_BEFORE_READ = 40; // ms after any access
-constexpr DWORD PAUSE_OF_RETRY = 50;    // ms after a failed try
-constexpr int TRY_LIMIT = 3;
+// How one monitor wants to be treated; monitors.ini may say otherwise of it. All times in ms.
+struct ACCESSMANNERS {
+    DWORD pauseAfterWrite = 50; // it may miss what comes sooner
+    DWORD pauseBeforeRead = 40; // after any access
+    DWORD pauseToSettle = 1500; // after a change of input or power, or a reset, in which it answers nobody
+    DWORD pauseOfRetry = 50;    // after the first failed try; each further one waits twice as long
+    int tries = 5;
+};
+
+constexpr DWORD PAUSE_LIMIT = 5000; // ms, of any of these
+constexpr int TRY_LIMIT = 10;
 
 // The access to a monitor that ended last.
 struct LASTACCESS {
     bool any; // there was one
     ACCESSKIND kind;
+    BYTE code;     // of a read or write
     DWORD endTick; // as GetTickCount counts
 };
 
-// How many ms from `now` on the monitor must be left alone before an access of this kind.
-DWORD PauseBefore(ACCESSKIND kind, const LASTACCESS &last, DWORD now);
+// How many ms from `now` on the monitor must be left alone before an access of this kind. `hurried`: the program is
+// ending, and waits for no monitor to settle.
+DWORD PauseBefore(ACCESSKIND kind, const LASTACCESS &last, DWORD now, const ACCESSMANNERS &manners, bool hurried);
 
-// Whether an access that has failed `tries` times, the last time with `error`, is tried again. `left`: ms until its
-// time is over; a try that could not begin within them is not worth the wait.
-bool IsWorthRetry(DWORD error, int tries, DWORD left);
+// The pause behind a try that failed with `error`, the `tries`-th of its access, before the next one; 0: that is not
+// worth it. `left`: ms until the access's time is over; a try that could not begin within them is not worth the wait.
+DWORD PauseOfRetry(DWORD error, int tries, DWORD left, const ACCESSMANNERS &manners);

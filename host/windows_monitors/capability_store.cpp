@@ -112,7 +112,7 @@ static bool WriteWhole(const std::string &path, const std::string &text)
     bool done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) &&
                 written == text.size() && FlushFileBuffers(file);
     CloseHandle(file);
-    done = done && MoveFileExW(other.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING);
+    done = done && MoveFileExW(other.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
     if (!done)
         DeleteFileW(other.c_str());
     return done;
@@ -154,6 +154,8 @@ bool KeepCapabilities(CAPABILITYSTORE *store, const std::string &key, const std:
 
 // ---- Markers --------------------------------------------------------------------------------------------------------
 
+constexpr size_t MARKER_LIMIT = 1000; // bytes
+
 // "PROCESS START": a process number alone may be another process by now.
 static std::string ProcessMark(HANDLE process, DWORD id)
 {
@@ -177,26 +179,58 @@ static bool IsProcessRunning(const std::string &mark)
     return runs;
 }
 
+// The reads that nobody lived to end, a line each.
+static std::vector<std::string> ReadStrikes(const CAPABILITYSTORE *store, const std::string &key)
+{
+    std::vector<std::string> strikes;
+    std::string text, error;
+    if (store->folder.empty() || !ReadWholeFile(MarkerPath(store, key), MARKER_LIMIT, &text, &error))
+        return strikes;
+    for (const std::string_view line : SplitLines(text))
+        if (!line.empty() && !IsProcessRunning(std::string(line)))
+            strikes.emplace_back(line);
+    return strikes;
+}
+
+static bool WriteMarker(const CAPABILITYSTORE *store, const std::string &key, const std::vector<std::string> &lines)
+{
+    std::string text;
+    for (const std::string &line : lines)
+        text += line + "\n";
+    if (!text.empty())
+        return WriteWhole(MarkerPath(store, key), text);
+    return DeleteFileW(Widen(MarkerPath(store, key)).c_str()) != 0;
+}
+
 bool MarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key)
 {
     if (store->folder.empty())
         return false;
     std::lock_guard lock(store->mutex);
     CreateDirectoryW(Widen(store->folder).c_str(), nullptr);
-    return WriteWhole(MarkerPath(store, key), ProcessMark(GetCurrentProcess(), GetCurrentProcessId()));
+    std::vector<std::string> lines = ReadStrikes(store, key);
+    if (lines.size() >= CAPABILITY_STRIKES)
+        lines.resize(CAPABILITY_STRIKES - 1);
+    lines.push_back(ProcessMark(GetCurrentProcess(), GetCurrentProcessId()));
+    return WriteMarker(store, key, lines);
 }
 
 void UnmarkCapabilityRead(CAPABILITYSTORE *store, const std::string &key)
 {
     if (!store->folder.empty())
-        DeleteFileW(Widen(MarkerPath(store, key)).c_str());
+        WriteMarker(store, key, {});
 }
 
-bool IsCapabilityReadMarked(CAPABILITYSTORE *store, const std::string &key)
+void TakeBackCapabilityMark(CAPABILITYSTORE *store, const std::string &key)
 {
-    std::string mark, error;
-    return !store->folder.empty() && ReadWholeFile(MarkerPath(store, key), 100, &mark, &error) &&
-           !IsProcessRunning(mark);
+    std::lock_guard lock(store->mutex);
+    if (!store->folder.empty())
+        WriteMarker(store, key, ReadStrikes(store, key));
+}
+
+size_t CapabilityReadStrikes(CAPABILITYSTORE *store, const std::string &key)
+{
+    return ReadStrikes(store, key).size();
 }
 
 void ForgetCapabilities(CAPABILITYSTORE *store)

@@ -137,7 +137,7 @@ static std::string PlainName(std::string_view text)
 
 std::string MonitorModel(const std::string &capabilities, const FOUNDMONITOR &found)
 {
-    std::string name = PlainName(CapabilityItem(capabilities, "model"));
+    std::string name = PlainName(CapabilityModel(capabilities));
     if (name.empty() && found.hasEdid)
         name = PlainName(ReadEdidFacts(found.edid).name);
     if (name.empty())

@@ -135,7 +135,7 @@ static std::string DescribeCapabilities(const MONITORANSWERS &answers)
     text += Line("", Quoted(string));
     if (string.size() >= HOST_CAPABILITIES_SIZE)
         text += Line("", Format("longer than %lu bytes: the plug-in gets its beginning", HOST_CAPABILITIES_SIZE - 1));
-    text += Line("", "model " + Quoted(CapabilityItem(string, "model")) + ", MCCS version " +
+    text += Line("", "model " + Quoted(CapabilityModel(string)) + ", MCCS version " +
                          Quoted(CapabilityItem(string, "mccs_ver")));
     for (const CAPABILITYCODE &code : CapabilityCodes(string))
         text += Line("", DescribeCode(code));

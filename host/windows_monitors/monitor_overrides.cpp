@@ -18,6 +18,7 @@ static MONITOROVERRIDE NoOverride()
 {
     MONITOROVERRIDE content = {};
     content.maxima.fill(-1);
+    content.manners.fill(-1);
     return content;
 }
 
@@ -68,13 +69,48 @@ static bool TakeNever(void *context, const INILINE &line, std::string *reason)
     return true;
 }
 
+static const char *const s_manners[MANNER_COUNT] = {"write-pause", "read-pause", "settle-pause", "retry-pause",
+                                                    "tries"};
+
+static bool TakeManner(void *context, const INILINE &line, std::string *reason)
+{
+    unsigned number = 0;
+    for (int manner = 0; manner < MANNER_COUNT; manner++) {
+        if (!EqualNoCase(line.key, s_manners[manner]))
+            continue;
+        const bool isTries = manner == MANNER_TRIES;
+        if (!ReadIniNumber(line.value, 1, isTries ? TRY_LIMIT : PAUSE_LIMIT,
+                           isTries ? "a number of tries" : "a pause in ms", &number, reason))
+            return false;
+        Content(context)->manners[static_cast<size_t>(manner)] = static_cast<int>(number);
+    }
+    return true;
+}
+
+static bool TakeMakersCodes(void *context, const INILINE &line, std::string *reason)
+{
+    if (!EqualNoCase(line.value, "yes"))
+        return RefuseIni(reason, "makers-codes is yes, or not there");
+    Content(context)->takesMakersCodes = true;
+    return true;
+}
+
 static const INIKEY s_keys[] = {
     {"model", KEY_REPEATS, TakeModel},
     {"capabilities", KEY_REPEATS, TakeCapabilities},
     {"maximum *", KEY_REPEATS, TakeMaximum},
     {"never", KEY_REPEATS, TakeNever},
+    {"makers-codes", KEY_REPEATS, TakeMakersCodes},
+    {s_manners[MANNER_WRITE_PAUSE], KEY_REPEATS, TakeManner},
+    {s_manners[MANNER_READ_PAUSE], KEY_REPEATS, TakeManner},
+    {s_manners[MANNER_SETTLE_PAUSE], KEY_REPEATS, TakeManner},
+    {s_manners[MANNER_RETRY_PAUSE], KEY_REPEATS, TakeManner},
+    {s_manners[MANNER_TRIES], KEY_REPEATS, TakeManner},
 };
-static const INISECTION s_section = {s_keys, "'%s' is no key (model, capabilities, maximum CODE, never)"};
+static const INISECTION s_section = {
+    s_keys,
+    "'%s' is no key (model, capabilities, maximum CODE, never, makers-codes, write-pause, read-pause, settle-pause, "
+    "retry-pause, tries)"};
 
 // ---- Titles ---------------------------------------------------------------------------------------------------------
 
@@ -150,7 +186,24 @@ static void Overlay(const MONITOROVERRIDE &from, MONITOROVERRIDE *onto)
             onto->maxima[code] = from.maxima[code];
         onto->never[code] = onto->never[code] || from.never[code];
     }
+    for (size_t manner = 0; manner < MANNER_COUNT; manner++)
+        if (from.manners[manner] >= 0)
+            onto->manners[manner] = from.manners[manner];
+    onto->takesMakersCodes = onto->takesMakersCodes || from.takesMakersCodes;
     onto->titles.insert(onto->titles.end(), from.titles.begin(), from.titles.end());
+}
+
+ACCESSMANNERS MannersFor(const MONITOROVERRIDE &override)
+{
+    ACCESSMANNERS manners;
+    DWORD *const pauses[] = {&manners.pauseAfterWrite, &manners.pauseBeforeRead, &manners.pauseToSettle,
+                             &manners.pauseOfRetry};
+    for (size_t pause = 0; pause < ARRAYSIZE(pauses); pause++)
+        if (override.manners[pause] >= 0)
+            *pauses[pause] = static_cast<DWORD>(override.manners[pause]);
+    if (override.manners[MANNER_TRIES] >= 0)
+        manners.tries = override.manners[MANNER_TRIES];
+    return manners;
 }
 
 // 0 to 2: how closely a section's title names its monitor.

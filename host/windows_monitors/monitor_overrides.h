@@ -7,15 +7,29 @@
 #include <string>
 #include <vector>
 
+#include "host/windows_monitors/access_rules.h"
+
 #include "host/base/ini_reader.h"
+
+// What a section may say of how its monitor is accessed.
+enum MANNER {
+    MANNER_WRITE_PAUSE,
+    MANNER_READ_PAUSE,
+    MANNER_SETTLE_PAUSE,
+    MANNER_RETRY_PAUSE,
+    MANNER_TRIES,
+    MANNER_COUNT
+};
 
 // What holds for one monitor.
 struct MONITOROVERRIDE {
-    std::string model;               // empty: its own
-    std::string capabilities;        // empty: its own
-    std::array<int, 256> maxima;     // per VCP code; -1: its own
-    std::array<bool, 256> never;     // VCP codes that are never touched
-    std::vector<std::string> titles; // the sections that it comes from, as "[ABC1234]"
+    std::string model;                     // empty: its own
+    std::string capabilities;              // empty: its own
+    std::array<int, 256> maxima;           // per VCP code; -1: its own
+    std::array<bool, 256> never;           // VCP codes that are never touched
+    bool takesMakersCodes;                 // codes from 0xE0 on mean to it what they mean to monitors of our make
+    std::array<int, MANNER_COUNT> manners; // by MANNER; -1: as any monitor
+    std::vector<std::string> titles;       // the sections that it comes from, as "[ABC1234]"
 };
 
 struct OVERRIDESECTION {
@@ -42,6 +56,9 @@ OVERRIDEFILE ParseOverrides(const std::string &text);
 
 // Reads the file; one that is not there has no sections and no faults.
 OVERRIDEFILE ReadOverrides(const std::string &path);
+
+// How a monitor is accessed of which that holds.
+ACCESSMANNERS MannersFor(const MONITOROVERRIDE &override);
 
 // What all fitting sections say together: [model NAME] first, then [ABC1234], then [ABC1234 SERIAL]; a later one
 // replaces a text or maximum of an earlier one, and adds to the codes never touched.

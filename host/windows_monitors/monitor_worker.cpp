@@ -3,8 +3,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "host/base/detached_thread.h"
+#include "host/base/packet_log.h"
+#include "host/base/text.h"
+#include "host/windows_monitors/plain_capabilities.h"
 
 typedef std::unique_lock<std::mutex> LOCK;
 
@@ -34,6 +38,7 @@ static DWORD CallDriver(MONITORWORKER *worker, LOCK &lock, const FUNCTION &funct
 // How long a worker may be at something, and for whom.
 struct EFFORT {
     ACCESSKIND kind;
+    BYTE code; // of a read or write
     DWORD startTick, patience;
     const WORKERJOB *job; // null: goes on though nobody may wait for it
 };
@@ -67,6 +72,7 @@ static bool Reopen(MONITORWORKER *worker, LOCK &lock, DWORD error)
         return false;
     const HANDLE old = worker->handle;
     worker->handle = handle;
+    ForgetValues(&worker->known); // it was asleep, or another program's
     CallDriver(worker, lock, [&] { return worker->workshop->api.destroy(old) != 0; });
     return true;
 }
@@ -80,10 +86,11 @@ static bool MayReopen(const MONITORWORKER *worker)
 template <typename FUNCTION>
 static DWORD TryOnce(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, const FUNCTION &call)
 {
-    if (!Pause(worker, lock, effort, PauseBefore(effort.kind, worker->last, GetTickCount())))
+    const bool hurried = worker->workshop->stopping;
+    if (!Pause(worker, lock, effort, PauseBefore(effort.kind, worker->last, GetTickCount(), worker->manners, hurried)))
         return OUR_ERROR_STOPPED;
     const DWORD error = CallDriver(worker, lock, call);
-    worker->last = {true, effort.kind, GetTickCount()};
+    worker->last = {true, effort.kind, effort.code, GetTickCount()};
     return error;
 }
 
@@ -99,26 +106,60 @@ static DWORD Try(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, const 
     }
     for (int tries = 1; error && !worker->workshop->stopping; tries++) {
         const DWORD passed = GetTickCount() - effort.startTick;
-        if (!IsWorthRetry(error, tries, passed < effort.patience ? effort.patience - passed : 0) ||
-            !Pause(worker, lock, effort, PAUSE_OF_RETRY))
+        const DWORD left = passed < effort.patience ? effort.patience - passed : 0;
+        const DWORD pause = PauseOfRetry(error, tries, left, worker->manners);
+        if (pause == 0 || !Pause(worker, lock, effort, pause))
             break;
         error = TryOnce(worker, lock, effort, call);
     }
     return error;
 }
 
-static ACCESSANSWER AccessMonitor(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, BYTE code, WORD written)
+static ACCESSANSWER CallMonitor(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, WORD written)
 {
     const MONITORAPI &api = worker->workshop->api;
+    const BYTE code = effort.code;
     DWORD type = 0, value = 0, maximum = 0;
     const DWORD error = Try(worker, lock, effort, [&] {
         if (effort.kind == ACCESS_WRITE)
             return api.setVcp(worker->handle, code, written) != 0;
         return api.getVcp(worker->handle, code, &type, &value, &maximum) != 0;
     });
+    if (effort.kind == ACCESS_WRITE)
+        LearnWrite(&worker->known, code, written, error == 0, GetTickCount());
     if (error)
         return {error, 0, 0};
-    return {0, static_cast<WORD>(value), static_cast<WORD>(maximum)};
+    const ACCESSANSWER answer = {0, static_cast<WORD>(value), static_cast<WORD>(maximum)};
+    if (effort.kind == ACCESS_READ)
+        LearnRead(&worker->known, code, answer.value, answer.maximum, GetTickCount());
+    return answer;
+}
+
+// The first of each code, so that a log is no list of them.
+static void LogRefusal(MONITORWORKER *worker, BYTE code, WORD value, WRITEVERDICT verdict)
+{
+    if (!std::exchange(worker->toldRefusals[code], true))
+        LogEvent(Format("monitor %s: %u is not written to 0x%02X: %s", worker->key.c_str(), value, code,
+                        RefusalText(verdict)));
+}
+
+static ACCESSANSWER AccessMonitor(MONITORWORKER *worker, LOCK &lock, const EFFORT &effort, WORD written)
+{
+    if (effort.kind != ACCESS_WRITE)
+        return CallMonitor(worker, lock, effort, 0);
+    WRITEVERDICT verdict = JudgeWrite(worker->known, effort.code, written, GetTickCount());
+    if (verdict == WRITE_LOOK) {
+        EFFORT look = effort;
+        look.kind = ACCESS_READ;
+        const ACCESSANSWER seen = CallMonitor(worker, lock, look, 0);
+        verdict = seen.error || seen.value != written ? WRITE_SEND : WRITE_SKIP;
+    }
+    if (verdict == WRITE_SEND)
+        return CallMonitor(worker, lock, effort, written);
+    if (!IsRefused(verdict))
+        return {};
+    LogRefusal(worker, effort.code, written, verdict);
+    return {OUR_ERROR_REFUSED, 0, 0};
 }
 
 // The driver reads the string from the monitor for its length already.
@@ -142,42 +183,71 @@ static bool ReadText(const MONITORWORKER *worker, DWORD length, std::string *tex
     return true;
 }
 
-static void ReadCapabilities(MONITORWORKER *worker, LOCK &lock)
+// Length and text are tried each on its own, so that a failure does not waste the length.
+static DWORD ReadString(MONITORWORKER *worker, LOCK &lock, std::string *text)
+{
+    DWORD length = 0;
+    EFFORT effort = {ACCESS_CAPABILITIES, 0, GetTickCount(), ACCESS_PATIENCE, nullptr};
+    DWORD error = Try(worker, lock, effort, [&] { return ReadLength(worker, &length); });
+    effort.startTick = GetTickCount();
+    if (!error)
+        error = Try(worker, lock, effort, [&] { return ReadText(worker, length, text); });
+    return !error && text->empty() ? DWORD{OUR_ERROR_EMPTY} : error;
+}
+
+// Reads the string with its marker up, which says who was at it if that takes the process down.
+static DWORD ReadMarkedString(MONITORWORKER *worker, LOCK &lock, std::string *text)
 {
     WORKSHOP *workshop = worker->workshop.get();
-    worker->state = CAPABILITIES_READING;
     workshop->readers++;
+    workshop->suspects += worker->isSuspect;
     workshop->readerTick = GetTickCount();
     lock.unlock();
     MarkCapabilityRead(workshop->store.get(), worker->key);
     lock.lock();
-    std::string text;
-    DWORD length = 0;
-    EFFORT effort = {ACCESS_CAPABILITIES, GetTickCount(), ACCESS_PATIENCE, nullptr};
-    DWORD error = Try(worker, lock, effort, [&] { return ReadLength(worker, &length); });
-    effort.startTick = GetTickCount();
-    if (!error) // tried on its own, so that a failure does not waste the length
-        error = Try(worker, lock, effort, [&] { return ReadText(worker, length, &text); });
-    if (!error && text.empty())
-        error = OUR_ERROR_EMPTY;
+    const DWORD error = ReadString(worker, lock, text);
     lock.unlock();
     UnmarkCapabilityRead(workshop->store.get(), worker->key);
-    if (!error && worker->mayKeep)
-        KeepCapabilities(workshop->store.get(), worker->key, text);
     lock.lock();
     workshop->readers--;
+    workshop->suspects -= worker->isSuspect;
+    worker->isSuspect = false;
+    return error;
+}
+
+static void ReadCapabilities(MONITORWORKER *worker, LOCK &lock)
+{
+    std::string text;
+    worker->state = CAPABILITIES_READING;
+    const DWORD error = ReadMarkedString(worker, lock, &text);
     worker->capabilities = text;
     worker->capabilitiesError = error;
     worker->state = error ? CAPABILITIES_FAILED : CAPABILITIES_READ;
-    workshop->changed.notify_all();
+    worker->isToBeKept = !error && worker->mayKeep && !CapabilityFault(text);
+    worker->workshop->changed.notify_all();
 }
 
-// How long the thread waits before it reads its string: 0 now. Two reads at once would leave two markers behind if one
-// of them took the process down.
-static DWORD WaitForReadTurn(const WORKSHOP *workshop)
+// A string that was disturbed on its way counts for this run at most: only one that comes a second time is kept for
+// those to come.
+static void ProveCapabilities(MONITORWORKER *worker, LOCK &lock)
 {
+    std::string again;
+    worker->isToBeKept = false;
+    if (ReadMarkedString(worker, lock, &again) != 0 || again != worker->capabilities)
+        return;
+    lock.unlock();
+    KeepCapabilities(worker->workshop->store.get(), worker->key, again);
+    lock.lock();
+}
+
+// How long the thread waits before it reads its string: 0 now. Two reads at once leave two markers behind if one of
+// them takes the process down, so a read that is under suspicion has nobody beside it.
+static DWORD WaitForReadTurn(const MONITORWORKER *worker)
+{
+    const WORKSHOP *workshop = worker->workshop.get();
     const DWORD passed = GetTickCount() - workshop->readerTick;
-    return workshop->readers == 0 || passed >= READ_TURN_LIMIT ? 0 : READ_TURN_LIMIT - passed;
+    const bool mustWait = worker->isSuspect ? workshop->readers > 0 : workshop->suspects > 0;
+    return !mustWait || passed >= READ_TURN_LIMIT ? 0 : READ_TURN_LIMIT - passed;
 }
 
 static void RunNextJob(MONITORWORKER *worker, LOCK &lock)
@@ -203,10 +273,11 @@ static void WorkerLoop(const std::shared_ptr<MONITORWORKER> &worker)
             RunNextJob(worker.get(), lock);
             continue;
         }
-        const bool wantsRead = worker->state == CAPABILITIES_WANTED && !workshop->stopping;
-        const DWORD wait = wantsRead ? WaitForReadTurn(workshop) : 0;
+        const bool isUnread = worker->state == CAPABILITIES_WANTED;
+        const bool wantsRead = (isUnread || worker->isToBeKept) && !workshop->stopping;
+        const DWORD wait = wantsRead ? WaitForReadTurn(worker.get()) : 0;
         if (wantsRead && wait == 0)
-            ReadCapabilities(worker.get(), lock);
+            (isUnread ? ReadCapabilities : ProveCapabilities)(worker.get(), lock);
         else if (wantsRead)
             WaitFor(workshop, lock, wait);
         else
@@ -225,12 +296,15 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
     worker->key = start.key;
     worker->mayKeep = start.mayKeep;
     worker->handle = start.handle;
+    worker->known = NoKnowledge();
     worker->state = CAPABILITIES_NEVER;
     if (start.readsCapabilities) {
         if (start.mayKeep)
             worker->capabilities = FindKeptCapabilities(workshop->store.get(), start.key);
         worker->state = worker->capabilities.empty() ? CAPABILITIES_WANTED : CAPABILITIES_KEPT;
-        if (worker->state == CAPABILITIES_WANTED && IsCapabilityReadMarked(workshop->store.get(), start.key)) {
+        const size_t strikes = CapabilityReadStrikes(workshop->store.get(), start.key);
+        worker->isSuspect = strikes > 0;
+        if (worker->state == CAPABILITIES_WANTED && strikes >= CAPABILITY_STRIKES) {
             worker->state = CAPABILITIES_NEVER;
             worker->capabilitiesError = OUR_ERROR_SKIPPED;
         }
@@ -314,12 +388,12 @@ ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code,
     if (patience == 0)
         return {OUR_ERROR_TIMEOUT, 0, 0};
     if (IsOwnThread(worker))
-        return AccessMonitor(worker, lock, {kind, start, patience, worker->job.get()}, code, value);
+        return AccessMonitor(worker, lock, {kind, code, start, patience, worker->job.get()}, value);
     const auto answer = std::make_shared<ACCESSANSWER>();
     const auto job = std::make_shared<WORKERJOB>(WORKERJOB{{}, {}, start, patience, {}, {}, {}});
     job->run = [=] { // on a thread that holds the worker, and the job
         LOCK ownLock(worker->workshop->mutex);
-        *answer = AccessMonitor(worker, ownLock, {kind, start, patience, worker->job.get()}, code, value);
+        *answer = AccessMonitor(worker, ownLock, {kind, code, start, patience, worker->job.get()}, value);
     };
     PushJob(worker, job);
     const DWORD error = WaitUntil(worker, lock, start, patience, [&] { return job->done; });
@@ -334,7 +408,7 @@ static void ReadWantedCapabilities(MONITORWORKER *worker, LOCK &lock, DWORD star
 {
     WORKSHOP *workshop = worker->workshop.get();
     for (;;) {
-        const DWORD passed = GetTickCount() - start, wait = WaitForReadTurn(workshop);
+        const DWORD passed = GetTickCount() - start, wait = WaitForReadTurn(worker);
         if (workshop->stopping || workshop->closing || passed >= patience)
             return;
         if (wait == 0)
@@ -454,7 +528,7 @@ static void TakeMarkerBack(MONITORWORKER *worker)
 {
     const bool hadItsTime = worker->inDriver && GetTickCount() - worker->driverTick >= ACCESS_PATIENCE;
     if (worker->state == CAPABILITIES_READING && !hadItsTime)
-        UnmarkCapabilityRead(worker->workshop->store.get(), worker->key);
+        TakeBackCapabilityMark(worker->workshop->store.get(), worker->key);
 }
 
 bool CloseWorkshop(WORKSHOP *workshop)

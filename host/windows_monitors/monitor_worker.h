@@ -21,10 +21,11 @@
 #include "host/windows_monitors/access_rules.h"
 #include "host/windows_monitors/capability_store.h"
 #include "host/windows_monitors/monitor_api.h"
+#include "host/windows_monitors/write_rules.h"
 
-constexpr DWORD STOP_PATIENCE = 500;           // ms that an access may still take once the end has begun
-constexpr DWORD REOPEN_PERIOD = 2000;          // ms at least between two looks for a monitor whose handle is no good
-constexpr DWORD READ_TURN_LIMIT = 5000;        // ms that one capability string's read may keep the others waiting
+constexpr DWORD STOP_PATIENCE = 500;    // ms that an access may still take once the end has begun
+constexpr DWORD REOPEN_PERIOD = 2000;   // ms at least between two looks for a monitor whose handle is no good
+constexpr DWORD READ_TURN_LIMIT = 5000; // ms that the read of a suspicious capability string may keep others waiting
 constexpr size_t CAPABILITY_LIMIT = 16 * 1024; // bytes; longer is a driver's mistake
 
 struct MONITORWORKER;
@@ -41,7 +42,8 @@ struct WORKSHOP {
     bool stopping = false; // accesses have STOP_PATIENCE
     DWORD stopTick = 0;
     bool closing = false;   // the threads end
-    int readers = 0;        // capability strings being read: one at a time, unless it takes too long
+    int readers = 0;        // capability strings being read: side by side
+    int suspects = 0;       // those of them whose read a process did not survive before: such a one is read alone
     DWORD readerTick = 0;   // when the latest of these reads began
     bool isWatched = false; // there is a thread that gives jobs up
     std::deque<std::shared_ptr<MONITORWORKER>> workers; // until the end
@@ -88,7 +90,12 @@ struct MONITORWORKER {
     std::deque<std::shared_ptr<WORKERJOB>> jobs;
     std::shared_ptr<WORKERJOB> job; // in hand
     DWORD threadId;
+    ACCESSMANNERS manners;
+    MONITORKNOWLEDGE known;
+    std::array<bool, 256> toldRefusals; // of which codes the log has one
     CAPABILITYSTATE state;
+    bool isSuspect;  // a process did not survive the read of the string
+    bool isToBeKept; // once a second read has given the same
     std::string capabilities;
     DWORD capabilitiesError;
     bool inDriver;
@@ -109,8 +116,9 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
 // thread.
 bool PostToMonitorWorker(const std::shared_ptr<MONITORWORKER> &worker, const MONITORJOB &job);
 
-// Reads or writes a VCP code: at once on the worker's own thread, after what waits there on any other. Returns within
-// `patience` ms, or sooner when the workshop stops; on its own thread when the driver does. Any thread.
+// Reads or writes a VCP code: at once on the worker's own thread, after what waits there on any other. A write that
+// write_rules.h refuses has failed; one that would change nothing is done without an access. Returns within `patience`
+// ms, or sooner when the workshop stops; on its own thread when the driver does. Any thread.
 ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code, WORD value, DWORD patience);
 
 // The capability string, waited for in the same way. Returns 0 or the error; *text is then untouched. Any thread.

@@ -7,6 +7,9 @@
 #include "host/base/capability_text.h"
 #include "host/base/program_path.h"
 #include "host/base/text.h"
+#include "host/windows_monitors/plain_capabilities.h"
+
+static const char OUR_MAKER[] = "NRV"; // in the EDIDs of the monitors that the plug-in is made for
 
 struct WINDOWSMONITORS {
     WINDOWSMONITOROPTIONS options;
@@ -103,6 +106,19 @@ static std::string KeyOfIdentity(const std::string &identity)
     return Format("without-edid-%08X", hash);
 }
 
+// What of a monitor the rules for its writes go by.
+static void InstructWorker(const WINDOWSMONITOR &monitor)
+{
+    MONITORWORKER *worker = monitor.worker.get();
+    const bool isOurs = monitor.found.hasEdid && ReadEdidFacts(monitor.found.edid).maker == OUR_MAKER;
+    std::lock_guard lock(worker->workshop->mutex);
+    const std::string &own = monitor.override.capabilities;
+    worker->known.takesMakersCodes = isOurs || monitor.override.takesMakersCodes;
+    worker->known.ownersMaxima = monitor.override.maxima;
+    worker->manners = MannersFor(monitor.override);
+    worker->known.listed = CapabilityCodes(own.empty() ? worker->capabilities : own);
+}
+
 static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::shared_ptr<WORKSHOP> &workshop,
                                    const FOUNDMONITOR &found)
 {
@@ -111,6 +127,7 @@ static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::s
     const std::string key = found.hasEdid ? EdidKey(found.edid) : KeyOfIdentity(found.identity);
     monitor.worker = StartMonitorWorker(
         workshop, {found.handle, found.identity, key, found.hasEdid, monitor.override.capabilities.empty()});
+    InstructWorker(monitor);
     return monitor;
 }
 
@@ -174,13 +191,14 @@ static void LearnModel(const WINDOWSMONITORS *monitors, WINDOWSMONITOR *monitor)
         std::lock_guard lock(monitor->worker->workshop->mutex);
         capabilities = monitor->worker->capabilities;
     }
-    const std::string model(Trim(CapabilityItem(capabilities, "model")));
+    const std::string model = CapabilityModel(capabilities);
     monitor->knowsModel = !capabilities.empty();
-    if (model.empty() ||
-        std::find(monitor->titles.models.begin(), monitor->titles.models.end(), model) != monitor->titles.models.end())
-        return;
-    monitor->titles.models.push_back(model);
-    monitor->override = OverrideFor(monitors->overrides, monitor->titles);
+    const std::vector<std::string> &models = monitor->titles.models;
+    if (!model.empty() && std::find(models.begin(), models.end(), model) == models.end()) {
+        monitor->titles.models.push_back(model);
+        monitor->override = OverrideFor(monitors->overrides, monitor->titles);
+    }
+    InstructWorker(*monitor);
 }
 
 std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors)
@@ -373,8 +391,9 @@ static MONITORRESULT Capabilities(void *context, int index, DWORD patience, char
     std::string capabilities;
     if (WindowsMonitorCapabilities(From(context), index, patience, &monitor, &capabilities) != 0)
         return MONITOR_FAILED;
+    const std::string plain = PlainCapabilities(capabilities);
     memset(text, 0, HOST_CAPABILITIES_SIZE);
-    memcpy(text, capabilities.data(), std::min<size_t>(capabilities.size(), HOST_CAPABILITIES_SIZE - 1));
+    memcpy(text, plain.data(), std::min<size_t>(plain.size(), HOST_CAPABILITIES_SIZE - 1));
     return MONITOR_OK;
 }
 

@@ -208,7 +208,10 @@ static BOOL WINAPI GetCapabilities(HANDLE handle, char *text, DWORD length)
     const auto found = s_handles.find(reinterpret_cast<size_t>(handle));
     if (found == s_handles.end())
         return End(GRAPHICS_INVALID_MONITOR_HANDLE);
-    const std::string &capabilities = s_monitors[found->second].capabilities;
+    DRIVERMONITOR &monitor = s_monitors[found->second];
+    std::string capabilities = monitor.capabilities;
+    if (monitor.disturbances > 0 && monitor.disturbances--)
+        capabilities.replace(capabilities.find("0F"), 2, "0E");
     memcpy(text, capabilities.c_str(), std::min<size_t>(length, capabilities.size() + 1));
     return End(0);
 }

@@ -16,7 +16,8 @@ struct DRIVERMONITOR {
     std::map<BYTE, std::pair<WORD, WORD>> values = {{0x10, {30, 100}}}; // value and maximum
     std::deque<DWORD> errors;                                           // of the next accesses; 0: that one goes well
     DWORD error = 0;                                                    // of all accesses after these
-    int hangs = 0; // so many of the next accesses do not come back before ReleaseHangs
+    int disturbances = 0; // so many of the next reads of the capability string have "0F" as "0E"
+    int hangs = 0;        // so many of the next accesses do not come back before ReleaseHangs
     bool isGone = false;
 };
 

@@ -88,10 +88,10 @@ TEST_F(RealMonitors, AreFoundBehindTheirDisplays)
     const struct {
         const char *name, *capabilities; // null: failed
         const char *edid;                // its name; null: nobody knows which of the display's EDIDs is its own
-    } expected[] = {{"SPACED", "(prot(monitor)type(lcd)model(SPACED)", nullptr},
-                    {"MP76", "(vcp(020310121416181A60(01 03)E0)", nullptr},
+    } expected[] = {{"SPACED", "(mccs_ver(2.1)vcp(10 12 14(05 08 0B) 16 18 1A 60(01 03) 02))", nullptr},
+                    {"MP76", "(mccs_ver(2.1)vcp(10 12 14() 16 18 1A 60(01 03) E0 02 03))", nullptr},
                     {"Generic PnP", nullptr, nullptr},
-                    {"ALONE", "(type(lcd)unnamedvcp(10 12))", "ALONE"}};
+                    {"unnamed", "(vcp(10 12))", "ALONE"}};
     for (int i = 0; i < 4; i++) {
         char name[HOST_NAME_SIZE + 1] = "", text[HOST_CAPABILITIES_SIZE] = "";
         EDIDBLOCK edid = {};
@@ -119,8 +119,8 @@ TEST_F(RealMonitors, AreAskedAgainWhereItHelps)
         DWORD accesses;
     } cases[] = {{"all is well", STANDIN_ANSWERS_EVERY, 0, 0x10, 40, 1},
                  {"every third succeeds", STANDIN_ANSWERS_EVERY, 3, 0x10, 40, 3},
-                 {"it fails for good", STANDIN_FAILS, 1, 0x10, -1, 3},
-                 {"silent about one code", STANDIN_FAILS, 0, 0x12, -1, 3},
+                 {"it fails for good", STANDIN_FAILS, 1, 0x10, -1, 5},
+                 {"silent about one code", STANDIN_FAILS, 0, 0x12, -1, 5},
                  {"it has not the code", STANDIN_FAILS, 0, 0xE0, -1, 1},
                  {"a value beyond the maximum", STANDIN_READS_AS, 0xFF64, 0x10, 0xFF64, 1}};
     for (const auto &one : cases) {
@@ -147,7 +147,7 @@ TEST_F(RealMonitors, TakeWhatIsWrittenWhenOnlyEveryThirdAccessSucceeds)
         EXPECT_EQ(Seen(0, 0x10), value);
         EXPECT_EQ(Read(0, 0x10), value);
     }
-    EXPECT_TRUE(Write(0, 0xE0, 1)) << "a monitor does not acknowledge, so nobody knows that it has not the code";
+    EXPECT_TRUE(Write(0, 0x62, 1)) << "a monitor does not acknowledge, so nobody knows that it has not the code";
     g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 0);
     g_StandIn.set(0, STANDIN_FAILS, 1);
     EXPECT_FALSE(Write(0, 0x10, 50));
