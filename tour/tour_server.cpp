@@ -153,7 +153,8 @@ STEPRESULT StepNames(TOUR *tour)
     std::string question;
     if (!ChoosePage(tour, "ネットワーク設定"))
         return STEP_FAILED;
-    if (IsWindowEnabled(GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME)))
+    // The page is there before it has asked what its user may do.
+    if (!WaitUntil([] { return !IsWindowEnabled(GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME)); }))
         return FailStep(tour, "the page lets the names be changed before the server has allowed it");
     if (!CarryOut(tour, "allow-names") || !ChoosePage(tour, "Lumivane2") || !ChoosePage(tour, "ネットワーク設定") ||
         !TypeInto(tour, GetDlgItem(FindPage(), IDC_NETWORK_USER_NAME), user, "the user name") ||
