@@ -19,11 +19,29 @@ static const REQUESTKIND s_requests[] = {
     {HOST_GET_EDID, "get-edid", 4},
 };
 
+// Whether so many bytes can be read there: the message may be another program's, with any number for a pointer.
+static bool IsReadable(const void *start, size_t size)
+{
+    const BYTE *at = static_cast<const BYTE *>(start);
+    const BYTE *const end = at + size;
+    while (at < end) {
+        MEMORY_BASIC_INFORMATION region = {};
+        if (!VirtualQuery(at, &region, sizeof region) || region.State != MEM_COMMIT ||
+            (region.Protect & (PAGE_NOACCESS | PAGE_GUARD | PAGE_EXECUTE)))
+            return false;
+        at = static_cast<const BYTE *>(region.BaseAddress) + region.RegionSize;
+    }
+    return true;
+}
+
 const char *CopyPacket(const HOSTPACKET *source, PACKET *copy)
 {
     *copy = {};
     if (!source)
         return "no header";
+    if (!IsReadable(source, sizeof *source) ||
+        (source->lpData && !IsReadable(source->lpData, sizeof source->lpData->dwSize)))
+        return "a pointer to nothing of ours";
     copy->header = *source;
     copy->header.lpData = nullptr;
     if (!source->lpData)
@@ -35,6 +53,8 @@ const char *CopyPacket(const HOSTPACKET *source, PACKET *copy)
         return "the block is shorter than its head";
     if (size > PACKET_DATA_LIMIT)
         return "the block is too large";
+    if (!IsReadable(source->lpData, size))
+        return "the block ends before its size";
     const BYTE *bytes = reinterpret_cast<const BYTE *>(source->lpData);
     copy->data.assign(bytes, bytes + size);
     return nullptr;

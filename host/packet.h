@@ -15,9 +15,9 @@ struct PACKET {
     std::vector<BYTE> data; // the whole block: its 10 bytes of head and the payload
 };
 
-// Copies header and block. Returns null when all went well, else the reason why the packet is malformed (null pointers,
-// sizes that disagree, a block without its head or beyond PACKET_DATA_LIMIT); what could be read of the header is
-// copied.
+// Copies header and block. Returns null when all went well, else the reason why the packet is malformed (pointers to
+// nothing, sizes that disagree, a block without its head or beyond PACKET_DATA_LIMIT); what could be read of the header
+// is copied.
 const char *CopyPacket(const HOSTPACKET *source, PACKET *copy);
 
 // Makes a packet: a zeroed header with these fields and a block with this code, request number and payload.

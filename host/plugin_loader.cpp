@@ -22,6 +22,11 @@ static const char *FindTableFault(int result, const PLUGINFUNC &table)
 bool LoadPlugin(const std::string &path, PLUGIN *plugin, std::string *error)
 {
     *plugin = {};
+    if (!FitsAnsi(Widen(path))) { // it would read and write its settings in a folder that is not there
+        *error = path + ": this system's code page has not all characters of the folder's name; "
+                        "move the program to a folder with a plain name";
+        return false;
+    }
     const HMODULE module = LoadLibraryW(Widen(path).c_str());
     if (!module) {
         const DWORD code = GetLastError();

@@ -29,6 +29,15 @@ std::wstring WidenAnsi(std::string_view text)
     return WidenFrom(CP_ACP, text);
 }
 
+bool FitsAnsi(std::wstring_view text)
+{
+    BOOL isReplaced = FALSE;
+    const int length = static_cast<int>(text.size());
+    return length == 0 || (WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, nullptr, 0, nullptr,
+                                               &isReplaced) > 0 &&
+                           !isReplaced);
+}
+
 std::string Narrow(std::wstring_view text)
 {
     const int length = static_cast<int>(text.size());

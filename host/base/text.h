@@ -15,6 +15,9 @@ std::wstring WidenShiftJis(std::string_view text);
 // Text in the system's own ANSI code page, as other programs write it, as UTF-16.
 std::wstring WidenAnsi(std::string_view text);
 
+// Whether the system's ANSI code page has all characters of a text.
+bool FitsAnsi(std::wstring_view text);
+
 // printf into a std::string.
 std::string Format(const char *format, ...) __attribute__((format(gnu_printf, 1, 2)));
 

@@ -21,6 +21,7 @@ TEST(PluginLoader, RefusesWhatIsNoGoodPlugin)
         void (*breakIt)();
     } cases[] = {
         {"cannot be loaded", "no such plugin.dll", [] {}},
+        {"code page", "C:\\\xED\x95\x9C\xEA\xB8\x80\\lvkernel.dll", [] {}}, // Korean, of which a Japanese one has none
         {"does not export GetPluginFunc", "kernel32.dll", [] {}},
         {"refuses to give its table", OwnPath(), [] { g_FakePlugin.exportResult = 0; }},
         {"has not 18 entries", OwnPath(), [] { g_FakePlugin.count = 17; }},

@@ -293,6 +293,19 @@ TEST_F(Router, AnswersNothingToMalformedPackets)
     EXPECT_EQ(RouterTakeReply(&router, nullptr), 0);
     HOSTPACKET empty = {};
     EXPECT_EQ(RouterTakePacket(&router, &empty), 0);
+    // Any program may send the message, with any number.
+    BYTE *const pages = static_cast<BYTE *>(VirtualAlloc(nullptr, 0x2000, MEM_RESERVE, PAGE_READWRITE));
+    VirtualAlloc(pages, 0x1000, MEM_COMMIT, PAGE_READWRITE);
+    HOSTPACKET wild = {};
+    wild.dwDataSize = 40;
+    for (BYTE *block : {pages + 0x1000, pages + 0xFFE, pages + 0xFFC, reinterpret_cast<BYTE *>(0x10)}) {
+        EXPECT_EQ(RouterTakePacket(&router, reinterpret_cast<HOSTPACKET *>(block)), 0);
+        if (block == pages + 0xFFC)
+            memcpy(block, &wild.dwDataSize, sizeof wild.dwDataSize); // a block that ends before its size
+        wild.lpData = reinterpret_cast<HOSTDATA *>(block);
+        EXPECT_EQ(RouterTakePacket(&router, &wild), 0);
+    }
+    VirtualFree(pages, 0, MEM_RELEASE);
     const struct {
         const char *why;
         WORD command;

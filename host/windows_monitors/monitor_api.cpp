@@ -14,7 +14,7 @@ static bool Find(HMODULE module, const char *name, FUNCTION *function, std::stri
 
 bool LoadMonitorApi(MONITORAPI *api, std::string *error)
 {
-    const HMODULE module = LoadLibraryW(L"dxva2.dll");
+    const HMODULE module = LoadLibraryW(MonitorLibraryPath().c_str());
     if (!module) {
         *error = "dxva2.dll cannot be loaded (Windows has it from Vista on): " + SystemErrorText(GetLastError());
         return false;

@@ -25,6 +25,10 @@ struct MONITORAPI {
     BOOL(WINAPI *getCapabilities)(HANDLE hMonitor, char *text, DWORD length);
 };
 
+// Where dxva2.dll is: in the system's folder, so that no other of that name is loaded, wherever the program was started
+// from. A program that is to load another one (the tests' stand-in) brings a function of its own in this one's place.
+std::wstring MonitorLibraryPath();
+
 // Loads dxva2.dll, which stays loaded to the end of the process: a call into it may never come back. Returns false with
 // the reason in *error (English) when it or one of its functions is missing.
 bool LoadMonitorApi(MONITORAPI *api, std::string *error);
