@@ -45,6 +45,8 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
     }
     if (app.options.list)
         return ListMonitors(app.options);
+    if (app.options.readCode >= 0)
+        return ReadMonitors(app.options);
     if (!app.options.report.empty())
         return WriteMonitorReport(app.options);
     const int status = RunOnce(&app);

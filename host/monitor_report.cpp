@@ -1,12 +1,14 @@
-// What --list prints and --report writes.
+// What --list and --read print and --report writes.
 #include "host/monitor_report.h"
 
+#include <functional>
 #include <thread>
 
 #include "host/base/console.h"
 #include "host/base/text.h"
 #include "host/plugin_loader.h"
 #include "host/windows_monitors/monitor_description.h"
+#include "monitor/vcp_codes.h"
 
 // ---- What the program runs on ---------------------------------------------------------------------------------------
 
@@ -82,61 +84,107 @@ static std::string DisplaysText()
     return text;
 }
 
-// All monitors are asked at the same time: each may take seconds.
-static std::string MonitorsText(WINDOWSMONITORS *monitors, int count, bool isPrivate)
+typedef std::function<void(const std::string &text)> TELL;
+
+// Asks all monitors at the same time, as each may take seconds, and tells of each as soon as it and those before it are
+// known.
+template <typename ANSWER, typename ASK, typename DESCRIBE>
+static void AskAll(int count, const ASK &ask, const DESCRIBE &describe)
 {
-    std::vector<MONITORANSWERS> answers(static_cast<size_t>(count));
+    std::vector<ANSWER> answers(static_cast<size_t>(count));
     std::vector<std::thread> threads;
     for (int i = 0; i < count; i++)
-        threads.emplace_back([&answers, monitors, i] { answers[static_cast<size_t>(i)] = AskMonitor(monitors, i); });
-    for (std::thread &thread : threads)
-        thread.join();
-    std::string text;
-    for (int i = 0; i < count; i++)
-        text += "\n" + DescribeMonitor(i + 1, answers[static_cast<size_t>(i)], isPrivate);
-    return text;
+        threads.emplace_back([&answers, &ask, i] { answers[static_cast<size_t>(i)] = ask(i); });
+    for (int i = 0; i < count; i++) {
+        threads[static_cast<size_t>(i)].join();
+        describe(i, answers[static_cast<size_t>(i)]);
+    }
 }
 
-struct MONITORTEXT {
-    std::string text;
+struct OUTCOME {
     bool found;   // at least one monitor
     bool isStuck; // the driver hangs: the process must be ended by force
 };
 
-static MONITORTEXT MakeText(const OPTIONS &options, bool isPrivate)
+// How many there are, and why not more.
+static int TellCount(WINDOWSMONITORS *monitors, const TELL &tell)
+{
+    const int count = static_cast<int>(FoundWindowsMonitors(monitors).size());
+    tell(Format(count == 1 ? "%d monitor\n" : "%d monitors\n", count));
+    // A display without monitors is told even where others have some.
+    const std::string trouble = WindowsMonitorsTroubleInEnglish(monitors), finding = FindingTrouble(monitors);
+    if (!trouble.empty())
+        tell(trouble + "\n");
+    if (count > 0 && !finding.empty())
+        tell(finding + "\n");
+    return count;
+}
+
+static OUTCOME TellMonitors(const OPTIONS &options, bool isPrivate, const TELL &tell)
 {
     WINDOWSMONITOROPTIONS source = DefaultWindowsMonitorOptions();
     source.fresh = options.fresh;
     WINDOWSMONITORS *monitors = OpenWindowsMonitors(source);
     FindWindowsMonitors(monitors);
-    const int count = static_cast<int>(FoundWindowsMonitors(monitors).size());
-    MONITORTEXT result = {};
-    result.found = count > 0;
-    result.text = Format(count == 1 ? "%d monitor\n" : "%d monitors\n", count);
-    // A display without monitors is told even where others have some.
-    const std::string trouble = WindowsMonitorsTroubleInEnglish(monitors), finding = FindingTrouble(monitors);
-    if (!trouble.empty())
-        result.text += trouble + "\n";
-    if (result.found && !finding.empty())
-        result.text += finding + "\n";
-    result.text += MonitorsText(monitors, count, isPrivate);
-    result.isStuck = !CloseWindowsMonitors(monitors);
-    return result;
+    const int count = TellCount(monitors, tell);
+    AskAll<MONITORANSWERS>(
+        count, [&](int i) { return AskMonitor(monitors, i); },
+        [&](int i, const MONITORANSWERS &answers) { tell("\n" + DescribeMonitor(i + 1, answers, isPrivate)); });
+    return {count > 0, !CloseWindowsMonitors(monitors)};
 }
 
-static int End(const MONITORTEXT &result)
+static int End(const OUTCOME &outcome)
 {
-    const int status = result.found ? 0 : 1;
-    if (result.isStuck)
+    const int status = outcome.found ? 0 : 1;
+    if (outcome.isStuck)
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
     return status;
 }
 
+// Bit by bit where that is seen; a message box is one.
+static int TellOnConsole(const std::function<OUTCOME(const TELL &tell)> &work)
+{
+    std::string text;
+    const OUTCOME outcome = work([&](const std::string &piece) {
+        if (HasConsole())
+            ConsoleText(piece);
+        else
+            text += piece;
+    });
+    if (!HasConsole())
+        ConsoleText(text);
+    return End(outcome);
+}
+
 int ListMonitors(const OPTIONS &options)
 {
-    const MONITORTEXT result = MakeText(options, false);
-    ConsoleText(result.text);
-    return End(result);
+    return TellOnConsole([&](const TELL &tell) { return TellMonitors(options, false, tell); });
+}
+
+int ReadMonitors(const OPTIONS &options)
+{
+    const BYTE code = static_cast<BYTE>(options.readCode);
+    return TellOnConsole([&](const TELL &tell) -> OUTCOME {
+        WINDOWSMONITOROPTIONS source = DefaultWindowsMonitorOptions();
+        source.keptCapabilitiesOnly = true;
+        WINDOWSMONITORS *monitors = OpenWindowsMonitors(source);
+        FindWindowsMonitors(monitors);
+        const std::vector<WINDOWSMONITOR> found = CopyWindowsMonitors(monitors);
+        bool isAnswered = false;
+        if (found.empty())
+            TellCount(monitors, tell);
+        AskAll<ACCESSANSWER>(
+            static_cast<int>(found.size()),
+            [&](int i) { return ReadWindowsMonitor(found[static_cast<size_t>(i)], code, ACCESS_PATIENCE); },
+            [&](int i, const ACCESSANSWER &answer) {
+                isAnswered = isAnswered || !answer.error;
+                const std::string model = MonitorModel("", found[static_cast<size_t>(i)].found);
+                tell(Format("Monitor %d (%s): %02X %s ", i + 1, model.c_str(), code, VcpName(code)) +
+                     (answer.error ? AccessErrorText(answer.error) : Format("%u of %u", answer.value, answer.maximum)) +
+                     "\n");
+            });
+        return {isAnswered, !CloseWindowsMonitors(monitors)};
+    });
 }
 
 int WriteMonitorReport(const OPTIONS &options)
@@ -147,13 +195,13 @@ int WriteMonitorReport(const OPTIONS &options)
         ConsoleError(options.report + ": the report cannot be written: " + SystemErrorText(GetLastError()));
         return 2;
     }
-    const MONITORTEXT result = MakeText(options, true);
-    const std::string text = "\xEF\xBB\xBF" + SystemText(options) + DisplaysText() + result.text;
+    std::string text = "\xEF\xBB\xBF" + SystemText(options) + DisplaysText();
+    const OUTCOME outcome = TellMonitors(options, true, [&](const std::string &piece) { text += piece; });
     DWORD written = 0;
     const bool done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0;
     CloseHandle(file);
     if (!done)
         ConsoleError(options.report + ": the report could not be written");
     ConsoleLine(done ? "The report is in " + options.report : "");
-    return done ? End(result) : 2;
+    return done ? End(outcome) : 2;
 }

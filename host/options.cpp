@@ -77,6 +77,17 @@ static bool TakeReport(OPTIONS *options, const std::string &value, std::string *
 }
 
 // An option has a flag to set, or a value that a function takes.
+static bool TakeRead(OPTIONS *options, const std::string &value, std::string *error)
+{
+    unsigned code = 0;
+    if (!ParseNumber(value, 16, 0xFF, &code)) {
+        *error = "--read needs a VCP code, such as 10: '" + value + "' is none";
+        return false;
+    }
+    options->readCode = static_cast<int>(code);
+    return true;
+}
+
 static const struct OPTIONKIND {
     const char *name;
     const char *value; // what help calls the value; null for a flag
@@ -94,6 +105,10 @@ static const struct OPTIONKIND {
      "print every monitor that Windows has, what it says of itself and its values, and end;\n"
      "status 1 when there is none",
      &OPTIONS::list, nullptr},
+    {"--read", "CODE",
+     "print what each monitor that Windows has says to one VCP code (two hexadecimal digits), and\n"
+     "end; status 1 when none of them says anything",
+     nullptr, TakeRead},
     {"--report", "FILE",
      "the same as --list, with the versions of Windows and of this program, into FILE: for a bug\n"
      "report. No names of user or computer and no serial numbers are in it",
@@ -139,6 +154,7 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
     *options = {};
     options->plugin = ProgramFolder() + "\\lvkernel.dll";
     options->windowsMonitors = true;
+    options->readCode = -1;
     const std::string shippedPlugin = options->plugin;
     for (size_t i = 0; i < words.size(); i++) {
         const OPTIONKIND *kind = FindOption(words[i]);
@@ -160,8 +176,8 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
     // Whoever asks for one of these means the host that is started here.
     options->another = options->another || options->quit || options->plugin != shippedPlugin ||
                        !options->windowsMonitors || !options->commands.empty() || !options->presses.empty();
-    if ((options->list || !options->report.empty()) && !options->windowsMonitors) {
-        *error = "--list and --report are about the monitors that Windows has: leave --monitors out";
+    if ((options->list || options->readCode >= 0 || !options->report.empty()) && !options->windowsMonitors) {
+        *error = "--list, --read and --report are about the monitors that Windows has: leave --monitors out";
         return false;
     }
     return true;

@@ -10,6 +10,7 @@
 struct OPTIONS {
     bool help;
     bool list;    // print the monitors that Windows has, and end
+    int readCode; // print what they have for this VCP code, and end; -1: no such wish
     bool another; // run beside a host that runs already
     bool windows; // show the monitors' windows at the start
     bool noTray;

@@ -62,6 +62,11 @@ static void ShowBox(const std::string &text, UINT icon)
         MessageBoxW(nullptr, Widen(text).c_str(), L"Trayhub", MB_OK | icon | MB_SETFOREGROUND);
 }
 
+bool HasConsole()
+{
+    return s_hOutput != nullptr;
+}
+
 void ConsoleLine(const std::string &text)
 {
     if (s_hOutput)

@@ -9,6 +9,9 @@
 // would wait for ever). Call once, first of all.
 void OpenConsole(bool mayShowBox);
 
+// Whether there is an output: without one, texts go to message boxes or nowhere.
+bool HasConsole();
+
 // Writes one line of UTF-8 text; a line feed is added. Unbuffered: the line is out when the call returns. Any thread.
 void ConsoleLine(const std::string &text);
 

@@ -11,8 +11,9 @@
 #include "monitor/capabilities.h"
 
 // The plug-in's own reading of what it gets. Returns whether it came to the end of the list.
-static bool ReadByPlugin(std::string text, MONITORENTRY *entry)
+static bool ReadByPlugin(const std::string &given, MONITORENTRY *entry)
 {
+    std::string text = given; // which is changed in place
     EXPECT_LT(text.size(), HOST_CAPABILITIES_SIZE) << text;
     *entry = {};
     return ParseCapabilityText(entry, text.data(), text.size()) == 1;

@@ -90,6 +90,7 @@ TEST(Options, AreReadOrRefused)
         {{"--press", "1:MENU", "--press", " 2 : 6"}, nullptr},
         {{"--list", "--fresh"}, nullptr},
         {{"--list", "--monitors", "none"}, "leave --monitors out"},
+        {{"--read", "100"}, "VCP code"},
         {{"--monitors", "none", "--report", "r"}, "leave --monitors out"},
         {{"--press"}, "--press needs a WHAT"},
         {{"--press", "MENU"}, "--press 'MENU' is not MONITOR:BUTTON"},

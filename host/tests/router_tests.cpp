@@ -294,8 +294,9 @@ TEST_F(Router, AnswersNothingToMalformedPackets)
     HOSTPACKET empty = {};
     EXPECT_EQ(RouterTakePacket(&router, &empty), 0);
     // Any program may send the message, with any number.
-    BYTE *const pages = static_cast<BYTE *>(VirtualAlloc(nullptr, 0x2000, MEM_RESERVE, PAGE_READWRITE));
-    VirtualAlloc(pages, 0x1000, MEM_COMMIT, PAGE_READWRITE);
+    BYTE *const pages = static_cast<BYTE *>(VirtualAlloc(nullptr, 0x2000, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+    DWORD before = 0;
+    VirtualProtect(pages + 0x1000, 0x1000, PAGE_NOACCESS, &before);
     HOSTPACKET wild = {};
     wild.dwDataSize = 40;
     for (BYTE *block : {pages + 0x1000, pages + 0xFFE, pages + 0xFFC, reinterpret_cast<BYTE *>(0x10)}) {

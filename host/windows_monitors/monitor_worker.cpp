@@ -307,6 +307,8 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
         if (worker->state == CAPABILITIES_WANTED && strikes >= CAPABILITY_STRIKES) {
             worker->state = CAPABILITIES_NEVER;
             worker->capabilitiesError = OUR_ERROR_SKIPPED;
+        } else if (worker->state == CAPABILITIES_WANTED && start.keptOnly) {
+            worker->state = CAPABILITIES_NEVER;
         }
     }
     if (!StartDetachedThread([worker] { WorkerLoop(worker); })) // then every access fails at once

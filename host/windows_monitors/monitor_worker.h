@@ -109,6 +109,7 @@ struct WORKERSTART {
     std::string identity, key;
     bool mayKeep;
     bool readsCapabilities; // false: they are known from elsewhere
+    bool keptOnly;          // not from the monitor
 };
 std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP> &workshop, const WORKERSTART &start);
 

@@ -67,9 +67,9 @@ static std::string CodeText(BYTE code, const LISTEDCODE &listed)
 // Digits and points alone: anything else would end the item early, or never.
 static std::string Version(std::string_view raw)
 {
-    std::string version = CapabilityItem(raw, "mccs_ver");
-    version = version.substr(0, version.find_first_not_of("0123456789.", version.find_first_not_of(' ')));
-    version = std::string(Trim(version)).substr(0, VERSION_LIMIT);
+    const std::string item = CapabilityItem(raw, "mccs_ver");
+    const std::string_view text = Trim(item);
+    const std::string version(text.substr(0, std::min(text.find_first_not_of("0123456789."), VERSION_LIMIT)));
     return version.empty() ? "" : "mccs_ver(" + version + ")";
 }
 

@@ -125,8 +125,9 @@ static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::s
     WINDOWSMONITOR monitor = {found, {}, TitlesOf(found), nullptr, false};
     monitor.override = OverrideFor(monitors->overrides, monitor.titles);
     const std::string key = found.hasEdid ? EdidKey(found.edid) : KeyOfIdentity(found.identity);
-    monitor.worker = StartMonitorWorker(
-        workshop, {found.handle, found.identity, key, found.hasEdid, monitor.override.capabilities.empty()});
+    monitor.worker =
+        StartMonitorWorker(workshop, {found.handle, found.identity, key, found.hasEdid,
+                                      monitor.override.capabilities.empty(), monitors->options.keptCapabilitiesOnly});
     InstructWorker(monitor);
     return monitor;
 }

@@ -10,11 +10,12 @@
 #include "host/windows_monitors/timed_search.h"
 
 struct WINDOWSMONITOROPTIONS {
-    std::string overrides;     // path of monitors.ini, which need not exist; empty: none
-    std::string storeFolder;   // of the capability store; empty: nothing is kept
-    bool fresh;                // forget what is kept, and read all capability strings anew
-    const MONITORAPI *api;     // null: dxva2.dll
-    LISTDISPLAYS listDisplays; // null: Windows' own
+    std::string overrides;             // path of monitors.ini, which need not exist; empty: none
+    std::string storeFolder;           // of the capability store; empty: nothing is kept
+    bool fresh;                        // forget what is kept, and read all capability strings anew
+    const MONITORAPI *api;             // null: dxva2.dll
+    LISTDISPLAYS listDisplays;         // null: Windows' own
+    bool keptCapabilitiesOnly = false; // read none from a monitor
 };
 
 // monitors.ini beside the program, and the store of this user.

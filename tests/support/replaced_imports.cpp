@@ -71,6 +71,7 @@ static std::atomic<bool> s_RealFileDialog = false;
 
 void ShowRealFileDialog(bool on)
 {
+    // cppcheck-suppress leakReturnValNotUsed ; until the process ends
     LoadLibraryA("comdlg32"); // nothing else does, with its imports replaced
     s_RealFileDialog = on;
 }

@@ -44,23 +44,30 @@ static int RunTrayhub(const std::string &arguments, const std::string &control, 
 TEST(TrayhubOnRealMonitors, ListsWhatTheySayAndWhyTheyDoNot)
 {
     const struct {
-        const char *control;
+        const char *option, *control;
         int status;
         std::vector<const char *> said;
     } cases[] = {
-        {"[monitor 2]\nfails = 1\n[monitor 3]\nanswers-every = 3\n",
+        {"--list",
+         "[monitor 2]\nfails = 1\n[monitor 3]\nanswers-every = 3\n",
          0,
          {"3 monitors", "Monitor 1: U3011", "75 of 100", "60 input source: 01 03 04 0C 0F 11 12",
           "F2 maker's own, button-lock      0xC0262584", "Monitor 2: Generic PnP", "0xC0262583", "Monitor 3: MP76",
           "14 colour preset: 01 05 06 07 08 0B", "60 of 100"}},
-        {"[monitor 1]\ngone = 1\n[monitor 2]\ngone = 1\n[monitor 3]\ngone = 1\n",
+        {"--read 60",
+         "[monitor 2]\nfails = 1\n",
+         0,
+         {"Monitor 1 (Generic PnP): 60 input source 15 of 18", "Monitor 2 (Generic PnP): 60 input source 0xC0262583",
+          "Monitor 3"}},
+        {"--list",
+         "[monitor 1]\ngone = 1\n[monitor 2]\ngone = 1\n[monitor 3]\ngone = 1\n",
          1,
          {"0 monitors", "the display has no monitor"}},
     };
     for (const auto &one : cases) {
         std::string output;
-        EXPECT_EQ(RunTrayhub("--list", one.control, &output), one.status);
+        EXPECT_EQ(RunTrayhub(one.option, one.control, &output), one.status);
         for (const char *said : one.said)
-            EXPECT_NE(output.find(said), std::string::npos) << said << " is not in:\n" << output;
+            EXPECT_NE(output.find(said), std::string::npos) << one.option << ": " << said << " is not in:\n" << output;
     }
 }
