@@ -142,7 +142,7 @@ static bool OpenInputs(HOSTAPP *app, std::string *error)
     }
     if (!LoadPlugin(app->options.plugin, &app->plugin.library, error))
         return false;
-    FindMonitors(&app->monitors);
+    FindMonitors(&app->monitors, false);
     return true;
 }
 

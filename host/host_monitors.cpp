@@ -16,19 +16,19 @@ bool OpenMonitors(HOSTMONITORS *monitors, const OPTIONS &options, std::string *e
     return true;
 }
 
-std::vector<std::string> LookForMonitors(const HOSTMONITORS *monitors)
+std::vector<MONITORIDENTITY> LookForMonitors(const HOSTMONITORS *monitors)
 {
     return monitors->source.look(monitors->source.context);
 }
 
-std::vector<std::string> MonitorsInUse(const HOSTMONITORS *monitors)
+std::vector<MONITORIDENTITY> MonitorsInUse(const HOSTMONITORS *monitors)
 {
     return monitors->source.inUse(monitors->source.context);
 }
 
-void FindMonitors(HOSTMONITORS *monitors)
+void FindMonitors(HOSTMONITORS *monitors, bool keepsPlaces)
 {
-    monitors->source.find(monitors->source.context);
+    monitors->source.find(monitors->source.context, keepsPlaces);
     for (const std::string &line : SplitAt(monitors->source.trouble(monitors->source.context, true), '\n')) {
         ConsoleLine("trayhub: " + line);
         LogEvent(line);

@@ -15,9 +15,9 @@ struct HOSTMONITORS {
 bool OpenMonitors(HOSTMONITORS *monitors, const OPTIONS &options, std::string *error);
 
 // The functions of monitor_source.h, for the monitors of this run. FindMonitors also says the trouble.
-std::vector<std::string> LookForMonitors(const HOSTMONITORS *monitors);
-std::vector<std::string> MonitorsInUse(const HOSTMONITORS *monitors);
-void FindMonitors(HOSTMONITORS *monitors);
+std::vector<MONITORIDENTITY> LookForMonitors(const HOSTMONITORS *monitors);
+std::vector<MONITORIDENTITY> MonitorsInUse(const HOSTMONITORS *monitors);
+void FindMonitors(HOSTMONITORS *monitors, bool keepsPlaces);
 
 // How many are in use. Any thread.
 int CountMonitors(const HOSTMONITORS *monitors);

@@ -10,15 +10,15 @@
 
 // What a look has seen.
 struct LOOK {
-    std::vector<std::string> seen; // identities
-    bool isLast;                   // of its series
+    std::vector<MONITORIDENTITY> seen;
+    bool isLast; // of its series
 };
 
 struct MONITORWATCH {
-    std::function<std::vector<std::string>()> look; // what is there now
-    std::function<void()> find;                     // takes up what is there now
-    std::function<void(LOOK)> looked;               // tells of a look, and
-    std::function<void()> found;                    // that find is over
+    std::function<std::vector<MONITORIDENTITY>()> look; // what is there now
+    std::function<void()> find;                         // takes up what is there now
+    std::function<void(LOOK)> looked;                   // tells of a look, and
+    std::function<void()> found;                        // that find is over
 
     std::mutex mutex; // guards all that follows
     std::condition_variable changed;

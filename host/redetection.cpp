@@ -28,12 +28,26 @@ bool TakeLook(LOOKSERIES *series, DWORD now)
     return !series->isOn;
 }
 
-bool IsChange(std::vector<std::string> inUse, std::vector<std::string> seen, bool isLastLook)
+// How often an identity is in a list.
+static auto CountOf(const std::vector<MONITORIDENTITY> &list, const MONITORIDENTITY &wanted)
 {
-    std::sort(inUse.begin(), inUse.end());
-    std::sort(seen.begin(), seen.end());
-    if (inUse == seen)
-        return false;
-    const bool isAnyNew = !std::includes(inUse.begin(), inUse.end(), seen.begin(), seen.end());
-    return isAnyNew || isLastLook;
+    return std::count_if(list.begin(), list.end(),
+                         [&](const MONITORIDENTITY &identity) { return identity.text == wanted.text; });
+}
+
+// Whether `list` has an identity more often than `other`, and which the function takes.
+template <typename FUNCTION>
+static bool HasMore(const std::vector<MONITORIDENTITY> &list, const std::vector<MONITORIDENTITY> &other,
+                    const FUNCTION &counts)
+{
+    return std::any_of(list.begin(), list.end(), [&](const MONITORIDENTITY &identity) {
+        return counts(identity) && CountOf(list, identity) > CountOf(other, identity);
+    });
+}
+
+bool IsAnyNew(const std::vector<MONITORIDENTITY> &inUse, const std::vector<MONITORIDENTITY> &seen, bool isLastLook)
+{
+    const bool isAnyMissing = HasMore(inUse, seen, [](const MONITORIDENTITY &) { return true; });
+    const bool mayBeVague = isLastLook && !isAnyMissing;
+    return HasMore(seen, inUse, [=](const MONITORIDENTITY &identity) { return mayBeVague || !identity.isVague; });
 }

@@ -4,8 +4,9 @@
 
 #include <windows.h>
 
-#include <string>
 #include <vector>
+
+#include "host/base/monitor_source.h"
 
 // Looks at once and 2, 5 and 10 seconds after an event: a monitor may take its time to wake up, or may be away for a
 // moment only. Zeroed: no looks.
@@ -25,7 +26,7 @@ DWORD NextLook(const LOOKSERIES &series, DWORD now);
 // true for the last one of the series.
 bool TakeLook(LOOKSERIES *series, DWORD now);
 
-// Whether the host has to take up the monitors anew, given the identities in use and those seen in any order. New ones
-// count at once. When some are only gone, that counts at the last look: a monitor that wakes up soon leaves the plug-in
-// undisturbed, and one that does not is not missed meanwhile.
-bool IsChange(std::vector<std::string> inUse, std::vector<std::string> seen, bool isLastLook);
+// Whether the plug-in has to be started anew, given the identities in use, which keep their places while they are away,
+// and those seen, in any order: only for a monitor that is not in use. A vague one counts at the last look, and only
+// when none is missing: else it stands in for one that sleeps.
+bool IsAnyNew(const std::vector<MONITORIDENTITY> &inUse, const std::vector<MONITORIDENTITY> &seen, bool isLastLook);

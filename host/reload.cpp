@@ -11,7 +11,7 @@
 static void BeginReload(RELOAD *reload, bool byHand)
 {
     RUNNINGPLUGIN *plugin = reload->plugin;
-    LogEvent(byHand ? "the monitors are detected again, as the user wishes" : "the monitors have changed");
+    LogEvent(byHand ? "the monitors are detected again, as the user wishes" : "there is a new monitor");
     reload->isUnderWay = true;
     reload->isByHand = byHand;
     reload->formerMonitors = MonitorsInUse(reload->monitors);
@@ -52,7 +52,7 @@ static void FinishReload(RELOAD *reload)
 
 static void OnLooked(RELOAD *reload, const LOOK &look)
 {
-    if (CanDetect(reload) && IsChange(MonitorsInUse(reload->monitors), look.seen, look.isLast))
+    if (CanDetect(reload) && IsAnyNew(MonitorsInUse(reload->monitors), look.seen, look.isLast))
         BeginReload(reload, false);
 }
 
@@ -61,7 +61,7 @@ void StartDetection(RELOAD *reload)
     HOSTWINDOW *window = reload->window;
     reload->hNotify = RegisterDisplayEvents(window->hWnd);
     reload->watch.look = [reload] { return LookForMonitors(reload->monitors); };
-    reload->watch.find = [reload] { FindMonitors(reload->monitors); };
+    reload->watch.find = [reload] { FindMonitors(reload->monitors, !reload->isByHand); };
     reload->watch.looked = [=](const LOOK &look) { RunOnWindow(window, [reload, look] { OnLooked(reload, look); }); };
     reload->watch.found = [=] { RunOnWindow(window, [reload] { FinishReload(reload); }); };
     StartMonitorWatch(&reload->watch);

@@ -19,7 +19,7 @@ struct RELOAD {
     HDEVNOTIFY hNotify = nullptr;
     bool isUnderWay = false; // the plug-in is unloaded and the monitors are being found
     bool isByHand = false;
-    std::vector<std::string> formerMonitors = {}; // identities of those before
+    std::vector<MONITORIDENTITY> formerMonitors = {}; // those before
 };
 
 // Begins to watch for other monitors. The host window exists.

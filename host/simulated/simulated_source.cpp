@@ -9,33 +9,33 @@ static SIMULATION *Simulation(void *context)
     return static_cast<SIMULATION *>(context);
 }
 
-static std::string IdentityOf(const MONITORFILE &file)
+static MONITORIDENTITY IdentityOf(const MONITORFILE &file)
 {
-    return file.path + Format(" %08X", file.digest);
+    return {file.path + Format(" %08X", file.digest), false};
 }
 
-static std::vector<std::string> InUse(void *context)
+static std::vector<MONITORIDENTITY> InUse(void *context)
 {
     std::lock_guard lock(Simulation(context)->mutex);
-    std::vector<std::string> identities;
+    std::vector<MONITORIDENTITY> identities;
     for (const SIMULATEDMONITOR &monitor : Simulation(context)->monitors)
         identities.push_back(IdentityOf(monitor.file));
     return identities;
 }
 
-static std::vector<std::string> Look(void *context)
+static std::vector<MONITORIDENTITY> Look(void *context)
 {
     std::vector<MONITORFILE> files;
     std::string error;
     if (!ReadMonitorFiles(Simulation(context)->paths, &files, &error))
         return InUse(context);
-    std::vector<std::string> identities;
+    std::vector<MONITORIDENTITY> identities;
     for (const MONITORFILE &file : files)
         identities.push_back(IdentityOf(file));
     return identities;
 }
 
-static void Find(void *context)
+static void Find(void *context, bool)
 {
     std::vector<MONITORFILE> files;
     std::string error;

@@ -6,6 +6,7 @@
 
 #include "host/display_events.h"
 #include "host/monitor_watch.h"
+#include "host/windows_monitors/monitor_places.h"
 #include "tour/tour_hands.h"
 
 TEST(DisplayEvents, AreToldFromOtherMessages)
@@ -73,28 +74,83 @@ TEST(Redetection, LooksFourTimesWithPatience)
     EXPECT_TRUE(TakeLook(&series, START + 99000));
 }
 
-TEST(Redetection, NewMonitorsCountAtOnceAndMissingOnesInTheEnd)
+// A letter a monitor; a small one is vague.
+static std::vector<MONITORIDENTITY> Identities(const char *letters)
 {
-    typedef std::vector<std::string> LIST;
+    std::vector<MONITORIDENTITY> identities;
+    for (; *letters; letters++)
+        identities.push_back({std::string(1, *letters), *letters >= 'a'});
+    return identities;
+}
+
+TEST(Redetection, OnlyMonitorsThatWereNeverSeenCountAsNew)
+{
     const struct {
-        LIST inUse, seen;
-        bool isChange, isChangeAtLast;
+        const char *inUse, *seen;
+        bool isNew, isNewAtLast;
     } cases[] = {
-        {{}, {}, false, false},
-        {{"A", "B"}, {"B", "A"}, false, false},
-        {{"A", "A"}, {"A", "A"}, false, false},
-        {{}, {"A"}, true, true},
-        {{"A"}, {"A", "B"}, true, true},
-        {{"A"}, {"A", "A"}, true, true},
-        {{"A"}, {"B"}, true, true},
-        {{"A", "B"}, {"B", "C"}, true, true},
-        {{"A", "B"}, {"A"}, false, true},
-        {{"A", "A"}, {"A"}, false, true},
-        {{"A"}, {}, false, true},
+        {"", "", false, false},
+        {"AB", "BA", false, false},
+        {"AA", "AA", false, false},
+        {"", "A", true, true},
+        {"A", "BA", true, true},
+        {"A", "AA", true, true},
+        {"A", "B", true, true},
+        {"AB", "BC", true, true},
+        {"AB", "B", false, false},
+        {"AA", "A", false, false},
+        {"AB", "", false, false},
+        // What stands in for one that sleeps, before and after.
+        {"AB", "Bx", false, false},
+        {"AB", "x", false, false},
+        {"AB", "xy", false, false},
+        {"x", "A", true, true},
+        // One that nothing is known of, at a desk where none is missing.
+        {"A", "Ax", false, true},
+        {"", "x", false, true},
+        {"x", "x", false, false},
+        {"x", "xx", false, true},
     };
     for (const auto &one : cases) {
-        EXPECT_EQ(IsChange(one.inUse, one.seen, false), one.isChange) << &one - cases;
-        EXPECT_EQ(IsChange(one.inUse, one.seen, true), one.isChangeAtLast) << &one - cases;
+        const auto inUse = Identities(one.inUse), seen = Identities(one.seen);
+        EXPECT_EQ(IsAnyNew(inUse, seen, false), one.isNew) << one.inUse << " " << one.seen;
+        EXPECT_EQ(IsAnyNew(inUse, seen, true), one.isNewAtLast) << one.inUse << " " << one.seen;
+    }
+}
+
+// A letter a monitor, a digit behind it its device where that is another one than the letter says; a small one is
+// vague.
+static std::vector<FOUNDMONITOR> Monitors(const std::string &text)
+{
+    std::vector<FOUNDMONITOR> monitors;
+    for (const char c : text) {
+        if (c >= '0' && c <= '9') {
+            monitors.back().devices = {std::string(1, c)};
+            continue;
+        }
+        FOUNDMONITOR found = {};
+        found.identity = std::string(1, c);
+        found.devices = {found.identity};
+        found.isVague = c >= 'a';
+        monitors.push_back(found);
+    }
+    return monitors;
+}
+
+TEST(Redetection, MonitorsKeepTheirPlaces)
+{
+    const struct {
+        const char *former, *present, *places; // '-' before one that is away
+    } cases[] = {
+        {"", "AB", "AB"},   {"AB", "BA", "AB"}, {"AB", "CB", "-ABC"},   {"AB", "C", "-A-BC"},
+        {"AB", "", "-A-B"}, {"xA", "AB", "AB"}, {"A1B2", "C1B2", "BC"}, {"ABCDEFGHI", "JKL", "-A-B-C-D-E-F-GJKL"},
+    };
+    for (const auto &one : cases) {
+        const auto former = Monitors(one.former), present = Monitors(one.present);
+        std::string places;
+        for (const MONITORPLACE &place : ArrangeMonitors(former, present))
+            places += place.isThere ? present[place.index].identity : "-" + former[place.index].identity;
+        EXPECT_EQ(places, one.places);
     }
 }
 
@@ -114,9 +170,9 @@ TEST(MonitorWatch, WorksThingsOffOneAfterTheOther)
         note("look ");
         SetEvent(begun);
         WaitForSingleObject(gate, 5000);
-        return std::vector<std::string>{"A"};
+        return Identities("A");
     };
-    watch.looked = [&](const LOOK &look) { note(look.seen == std::vector<std::string>{"A"} ? "looked " : "wrong "); };
+    watch.looked = [&](const LOOK &look) { note(look.seen == Identities("A") ? "looked " : "wrong "); };
     watch.find = [&] { note("find "); };
     watch.found = [&] { note("found "); };
     StartMonitorWatch(&watch);

@@ -315,13 +315,22 @@ TEST_F(WindowsMonitors, InvalidHandleIsReplacedOnceTheMonitorIsThere)
     EXPECT_EQ(LookForWindowsMonitors(monitors), FoundWindowsMonitors(monitors)) << "nothing has changed";
     EXPECT_EQ(OpenHandleCount(), 2u);
 
-    const std::vector<std::string> both = FoundWindowsMonitors(monitors);
+    const std::vector<MONITORIDENTITY> both = FoundWindowsMonitors(monitors);
     ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.isGone = true; });
     EXPECT_EQ(Read(0, 0x10), -1);
     EXPECT_EQ(Read(1, 0x10), 99);
-    EXPECT_EQ(LookForWindowsMonitors(monitors), std::vector<std::string>{both[1]});
+    EXPECT_EQ(LookForWindowsMonitors(monitors), std::vector<MONITORIDENTITY>{both[1]});
+    FindWindowsMonitors(monitors, true);
+    EXPECT_EQ(FoundWindowsMonitors(monitors), both) << "it keeps its place while it is away";
+    EXPECT_EQ(Read(0, 0x10), -1);
+    EXPECT_EQ(Read(1, 0x10), 99);
+    EXPECT_EQ(OpenHandleCount(), 1u);
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.isGone = false; });
+    EXPECT_EQ(LookForWindowsMonitors(monitors), both);
+    EXPECT_EQ(Read(0, 0x10), 30) << "opened anew at once";
+    ChangeMonitor(0, [](DRIVERMONITOR &driver) { driver.isGone = true; });
     FindWindowsMonitors(monitors);
-    EXPECT_EQ(FoundWindowsMonitors(monitors), std::vector<std::string>{both[1]});
+    EXPECT_EQ(FoundWindowsMonitors(monitors), std::vector<MONITORIDENTITY>{both[1]});
     EXPECT_EQ(Read(0, 0x10), 99);
 }
 

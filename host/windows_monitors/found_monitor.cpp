@@ -51,20 +51,36 @@ static FOUNDMONITOR MakeFound(const DISPLAY &display, const std::vector<std::str
     found.display = display;
     found.display.monitors.clear();
     found.description = descriptions[index];
+    found.isVague = std::all_of(display.monitors.begin(), display.monitors.end(),
+                                [](const DISPLAYMONITOR &device) { return device.edid.empty(); });
     const int match = MatchMonitorDevice(display, descriptions, index);
     if (match < 0) {
         found.edidTrouble = "Windows does not tell which of its monitor devices this is";
-        found.identity = display.device + "|" + found.description + Format("|%u", static_cast<unsigned>(index));
+        for (const DISPLAYMONITOR &device : display.monitors) {
+            found.devices.push_back(device.instance);
+            found.identity += device.instance + "|";
+        }
+        found.identity += found.description + Format("|%u", static_cast<unsigned>(index));
         return found;
     }
     const DISPLAYMONITOR &device = display.monitors[static_cast<size_t>(match)];
     if (found.description.empty())
         found.description = device.description;
     TakeEdid(device.edid, &found);
-    found.identity = display.device + "|" + device.instance;
+    found.devices = {device.instance};
+    found.identity = device.instance;
     if (found.hasEdid)
         found.identity += "|" + EdidKey(found.edid);
     return found;
+}
+
+// Where Windows knows no devices two may look the same; then their order tells them apart.
+static void MakeUnique(const std::vector<FOUNDMONITOR> &others, FOUNDMONITOR *found)
+{
+    const std::string identity = found->identity;
+    const auto isTaken = [&](const FOUNDMONITOR &other) { return other.identity == found->identity; };
+    for (unsigned n = 2; std::any_of(others.begin(), others.end(), isTaken); n++)
+        found->identity = identity + Format("#%u", n);
 }
 
 static std::string NarrowDescription(const PHYSICALMONITOR &monitor)
@@ -109,8 +125,10 @@ FINDING FindPhysicalMonitors(const MONITORAPI &api, const std::vector<DISPLAY> &
                 api.destroy(opened[i].hMonitor);
                 continue;
             }
-            finding.monitors.push_back(MakeFound(display, descriptions, i));
-            finding.monitors.back().handle = opened[i].hMonitor;
+            FOUNDMONITOR found = MakeFound(display, descriptions, i);
+            MakeUnique(finding.monitors, &found);
+            found.handle = opened[i].hMonitor;
+            finding.monitors.push_back(found);
         }
     }
     return finding;

@@ -8,13 +8,16 @@
 constexpr size_t FOUND_MONITOR_LIMIT = 10; // the plug-in's table holds no more
 
 struct FOUNDMONITOR {
-    HANDLE handle;           // of the physical monitor, to be destroyed by whoever holds it; 0 is a good one
-    std::string identity;    // the same for the same monitor on the same display, other than any other's
-    DISPLAY display;         // without its monitors
-    std::string description; // in words, as Windows has it
-    bool hasEdid;            // the EDID is known for sure, and its header and checksum are right
-    EDIDBLOCK edid;          // the base block
-    std::string edidTrouble; // why the EDID is not known (English)
+    HANDLE handle;        // of the physical monitor, to be destroyed by whoever holds it; 0 is a good one
+    std::string identity; // device and EDID: the same for the same monitor behind whatever display, other than any
+                          // other's that is there
+    std::vector<std::string> devices; // instances of the devices that it may be: its own, if that is known
+    bool isVague;                     // none of them has an EDID: may be what Windows has in a sleeping one's place
+    DISPLAY display;                  // without its monitors
+    std::string description;          // in words, as Windows has it
+    bool hasEdid;                     // the EDID is known for sure, and its header and checksum are right
+    EDIDBLOCK edid;                   // the base block
+    std::string edidTrouble;          // why the EDID is not known (English)
 };
 
 struct FINDING {

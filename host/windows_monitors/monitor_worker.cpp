@@ -71,10 +71,21 @@ static bool Reopen(MONITORWORKER *worker, LOCK &lock, DWORD error)
     if (!found)
         return false;
     const HANDLE old = worker->handle;
+    const bool hadHandle = worker->hasHandle;
     worker->handle = handle;
+    worker->hasHandle = true;
     ForgetValues(&worker->known); // it was asleep, or another program's
-    CallDriver(worker, lock, [&] { return worker->workshop->api.destroy(old) != 0; });
+    if (hadHandle)
+        CallDriver(worker, lock, [&] { return worker->workshop->api.destroy(old) != 0; });
     return true;
+}
+
+// From now on the handle is no good.
+static void Lose(MONITORWORKER *worker)
+{
+    worker->isLost = true;
+    worker->lostTick = GetTickCount();
+    worker->lostError = GRAPHICS_MONITOR_NO_LONGER_EXISTS;
 }
 
 static bool MayReopen(const MONITORWORKER *worker)
@@ -283,7 +294,8 @@ static void WorkerLoop(const std::shared_ptr<MONITORWORKER> &worker)
         else
             workshop->changed.wait(lock);
     }
-    CallDriver(worker.get(), lock, [&] { return workshop->api.destroy(worker->handle) != 0; });
+    if (worker->hasHandle)
+        CallDriver(worker.get(), lock, [&] { return workshop->api.destroy(worker->handle) != 0; });
     worker->ended = true;
     workshop->changed.notify_all();
 }
@@ -297,6 +309,9 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
     worker->mayKeep = start.mayKeep;
     worker->handle = start.handle;
     worker->known = NoKnowledge();
+    worker->hasHandle = !start.isAway;
+    if (start.isAway)
+        Lose(worker.get());
     worker->state = CAPABILITIES_NEVER;
     if (start.readsCapabilities) {
         if (start.mayKeep)
@@ -316,6 +331,15 @@ std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP
     LOCK lock(workshop->mutex);
     workshop->workers.push_back(worker);
     return worker;
+}
+
+void TellMonitorWorker(MONITORWORKER *worker, bool isThere)
+{
+    LOCK lock(worker->workshop->mutex);
+    if (!isThere && !worker->isLost)
+        Lose(worker);
+    if (isThere)
+        worker->lostTick = GetTickCount() - REOPEN_PERIOD;
 }
 
 // ---- Patience ------------------------------------------------------------------------------------------

@@ -81,12 +81,13 @@ struct MONITORWORKER {
 
     // The thread's own.
     HANDLE handle;
+    bool hasHandle;
     LASTACCESS last;
+
+    // Guarded by the workshop's mutex.
     bool isLost; // the handle is no good
     DWORD lostTick;
     DWORD lostError;
-
-    // Guarded by the workshop's mutex.
     std::deque<std::shared_ptr<WORKERJOB>> jobs;
     std::shared_ptr<WORKERJOB> job; // in hand
     DWORD threadId;
@@ -110,8 +111,13 @@ struct WORKERSTART {
     bool mayKeep;
     bool readsCapabilities; // false: they are known from elsewhere
     bool keptOnly;          // not from the monitor
+    bool isAway;            // there is no handle yet; the monitor may come back
 };
 std::shared_ptr<MONITORWORKER> StartMonitorWorker(const std::shared_ptr<WORKSHOP> &workshop, const WORKERSTART &start);
+
+// Somebody has looked for the monitor. When it is away accesses fail, with a look for it now and then; when it is there
+// again the next one opens it anew at once. Any thread.
+void TellMonitorWorker(MONITORWORKER *worker, bool isThere);
 
 // Runs a job on the worker's thread, with ACCESS_PATIENCE. See MONITORBACKEND::post, also for what false means. Any
 // thread.

@@ -7,6 +7,7 @@
 #include "host/base/capability_text.h"
 #include "host/base/program_path.h"
 #include "host/base/text.h"
+#include "host/windows_monitors/monitor_places.h"
 #include "host/windows_monitors/plain_capabilities.h"
 
 static const char OUR_MAKER[] = "NRV"; // in the EDIDs of the monitors that the plug-in is made for
@@ -120,30 +121,34 @@ static void InstructWorker(const WINDOWSMONITOR &monitor)
 }
 
 static WINDOWSMONITOR StartMonitor(const WINDOWSMONITORS *monitors, const std::shared_ptr<WORKSHOP> &workshop,
-                                   const FOUNDMONITOR &found)
+                                   const FOUNDMONITOR &found, bool isThere)
 {
     WINDOWSMONITOR monitor = {found, {}, TitlesOf(found), nullptr, false};
     monitor.override = OverrideFor(monitors->overrides, monitor.titles);
     const std::string key = found.hasEdid ? EdidKey(found.edid) : KeyOfIdentity(found.identity);
-    monitor.worker =
-        StartMonitorWorker(workshop, {found.handle, found.identity, key, found.hasEdid,
-                                      monitor.override.capabilities.empty(), monitors->options.keptCapabilitiesOnly});
+    monitor.worker = StartMonitorWorker(workshop, {found.handle, found.identity, key, found.hasEdid,
+                                                   monitor.override.capabilities.empty(),
+                                                   monitors->options.keptCapabilitiesOnly, !isThere});
     InstructWorker(monitor);
     return monitor;
 }
 
-// Ends the threads of the present monitors.
-static void EndMonitors(WINDOWSMONITORS *monitors)
+// Ends the threads of the present monitors, and returns what was known of them.
+static std::vector<FOUNDMONITOR> EndMonitors(WINDOWSMONITORS *monitors)
 {
     std::shared_ptr<WORKSHOP> workshop;
+    std::vector<FOUNDMONITOR> former;
     {
         std::lock_guard lock(monitors->mutex);
         workshop = monitors->workshop;
         monitors->workshop = nullptr;
+        for (const WINDOWSMONITOR &monitor : monitors->monitors)
+            former.push_back(monitor.found);
         monitors->monitors.clear();
     }
     if (workshop && !CloseWorkshop(workshop.get()))
         monitors->hasStuckThread = true;
+    return former;
 }
 
 // A driver that has not come back from one search is not asked a second time meanwhile.
@@ -168,9 +173,11 @@ static FINDING Search(WINDOWSMONITORS *monitors)
     return finding;
 }
 
-void FindWindowsMonitors(WINDOWSMONITORS *monitors)
+void FindWindowsMonitors(WINDOWSMONITORS *monitors, bool keepsPlaces)
 {
-    EndMonitors(monitors);
+    std::vector<FOUNDMONITOR> former = EndMonitors(monitors);
+    if (!keepsPlaces)
+        former.clear();
     const FINDING finding = Search(monitors);
     const OVERRIDEFILE overrides = ReadOverrides(monitors->options.overrides);
     std::lock_guard lock(monitors->mutex);
@@ -178,8 +185,9 @@ void FindWindowsMonitors(WINDOWSMONITORS *monitors)
     monitors->findingError = finding.error;
     monitors->findingTrouble = finding.trouble;
     monitors->workshop = MakeWorkshop(monitors);
-    for (const FOUNDMONITOR &found : finding.monitors)
-        monitors->monitors.push_back(StartMonitor(monitors, monitors->workshop, found));
+    for (const MONITORPLACE &place : ArrangeMonitors(former, finding.monitors))
+        monitors->monitors.push_back(StartMonitor(
+            monitors, monitors->workshop, (place.isThere ? finding.monitors : former)[place.index], place.isThere));
 }
 
 // A capability string that has come meanwhile names its monitor, too.
@@ -210,22 +218,35 @@ std::vector<WINDOWSMONITOR> CopyWindowsMonitors(WINDOWSMONITORS *monitors)
     return monitors->monitors;
 }
 
-std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors)
+std::vector<MONITORIDENTITY> FoundWindowsMonitors(WINDOWSMONITORS *monitors)
 {
-    std::vector<std::string> identities;
+    std::vector<MONITORIDENTITY> identities;
     for (const WINDOWSMONITOR &monitor : CopyWindowsMonitors(monitors))
-        identities.push_back(monitor.found.identity);
+        identities.push_back({monitor.found.identity, monitor.found.isVague});
     return identities;
 }
 
-std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors)
+// Has the monitors' threads know who is there. A display that gave no monitors says nothing about those behind it.
+static void TellWorkers(WINDOWSMONITORS *monitors, const FINDING &finding)
+{
+    for (const WINDOWSMONITOR &monitor : CopyWindowsMonitors(monitors)) {
+        const bool isThere =
+            std::any_of(finding.monitors.begin(), finding.monitors.end(),
+                        [&](const FOUNDMONITOR &found) { return found.identity == monitor.found.identity; });
+        if (isThere || !finding.error)
+            TellMonitorWorker(monitor.worker.get(), isThere);
+    }
+}
+
+std::vector<MONITORIDENTITY> LookForWindowsMonitors(WINDOWSMONITORS *monitors)
 {
     const FINDING finding = Search(monitors);
     if (finding.error == OUR_ERROR_STUCK)
         return FoundWindowsMonitors(monitors);
-    std::vector<std::string> identities;
+    TellWorkers(monitors, finding);
+    std::vector<MONITORIDENTITY> identities;
     for (const FOUNDMONITOR &found : finding.monitors)
-        identities.push_back(found.identity);
+        identities.push_back({found.identity, found.isVague});
     DestroyFoundMonitors(monitors->api, finding.monitors);
     return identities;
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/base/monitor_backend.h"
+#include "host/base/monitor_source.h"
 #include "host/windows_monitors/monitor_overrides.h"
 #include "host/windows_monitors/monitor_worker.h"
 #include "host/windows_monitors/timed_search.h"
@@ -27,16 +27,18 @@ struct WINDOWSMONITORS;
 // Loads dxva2.dll and reads monitors.ini; finds nothing yet. Never null.
 WINDOWSMONITORS *OpenWindowsMonitors(const WINDOWSMONITOROPTIONS &options);
 
-// Looks for the monitors, and replaces what was found before; reads monitors.ini again. Each monitor gets a thread,
-// which begins with the capability string. Ends StopWindowsMonitorAccesses. Call while the backend is not in use.
-void FindWindowsMonitors(WINDOWSMONITORS *monitors);
+// Looks for the monitors, and replaces what was found before; reads monitors.ini again. With `keepsPlaces` those that
+// are away keep their indexes; accesses to them fail until they are back. Each monitor gets a thread, which begins with
+// the capability string. Ends StopWindowsMonitorAccesses. Call while the backend is not in use.
+void FindWindowsMonitors(WINDOWSMONITORS *monitors, bool keepsPlaces = false);
 
-// The identities of the monitors that are there now; those in use are not touched. While the driver hangs nothing can
-// be said: then these are those in use. Any thread; takes up to SEARCH_PATIENCE.
-std::vector<std::string> LookForWindowsMonitors(WINDOWSMONITORS *monitors);
+// The identities of the monitors that are there now. Those in use that are not are known to be away, until they are
+// seen again: the next access then opens them anew. While the driver hangs nothing can be said: then these are those in
+// use. Any thread; takes up to SEARCH_PATIENCE.
+std::vector<MONITORIDENTITY> LookForWindowsMonitors(WINDOWSMONITORS *monitors);
 
-// The identities of the monitors in use, in the same order as LookForWindowsMonitors gives. Any thread.
-std::vector<std::string> FoundWindowsMonitors(WINDOWSMONITORS *monitors);
+// The identities of the monitors in use, by their indexes. Any thread.
+std::vector<MONITORIDENTITY> FoundWindowsMonitors(WINDOWSMONITORS *monitors);
 
 // Why there is no monitor, which lines of monitors.ini are left out, which string was not read, a line each; empty:
 // nothing to say. In Japanese for windows, in English for the console. Any thread.
@@ -56,7 +58,7 @@ MONITORBACKEND WindowsBackend(WINDOWSMONITORS *monitors);
 // ---- For whoever describes them -------------------------------------------------------------------------------------
 
 struct WINDOWSMONITOR {
-    FOUNDMONITOR found; // its handle belongs to the worker
+    FOUNDMONITOR found; // its handle belongs to the worker; of one that is away as it was before
     MONITOROVERRIDE override;
     MONITORTITLES titles;
     std::shared_ptr<MONITORWORKER> worker;

@@ -8,19 +8,19 @@ static WINDOWSMONITORS *Monitors(void *context)
     return static_cast<WINDOWSMONITORS *>(context);
 }
 
-static std::vector<std::string> Look(void *context)
+static std::vector<MONITORIDENTITY> Look(void *context)
 {
     return LookForWindowsMonitors(Monitors(context));
 }
 
-static std::vector<std::string> InUse(void *context)
+static std::vector<MONITORIDENTITY> InUse(void *context)
 {
     return FoundWindowsMonitors(Monitors(context));
 }
 
-static void Find(void *context)
+static void Find(void *context, bool keepsPlaces)
 {
-    FindWindowsMonitors(Monitors(context));
+    FindWindowsMonitors(Monitors(context), keepsPlaces);
 }
 
 static std::string Trouble(void *context, bool inEnglish)

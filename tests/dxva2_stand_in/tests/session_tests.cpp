@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
 
 #include "host/base/program_path.h"
@@ -13,6 +14,7 @@
 #include "host/host_app.h"
 #include "panel/resources/resource.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"
+#include "tour/tour_clock.h"
 #include "tour/tour_hands.h"
 #include "tour/tour_panel.h"
 #include "tour/tour_settings.h"
@@ -33,9 +35,34 @@ protected:
         for (const char *left : {"\\profile.ini", "\\ontimer.ini"}) // by a test that was ended on the way
             DeleteFileW(Widen(ProgramFolder() + left).c_str());
         ASSERT_TRUE(OpenTourSettings(&error)) << error;
+        app->prepare = [](HOSTAPP *host, std::string *) { return InstallTourClock(host->plugin.library.hModule); };
         thread = std::thread([this] { status = RunHost(app.get()); });
         ASSERT_TRUE(WaitUntil([this] { return HasNotice(&app->plugin.router, HOST_NOTICE_STARTED); }, LONG_ENOUGH));
         WaitUntilQuiet();
+        MONITORWATCH *watch = &app->reload.watch;
+        watch->looked = [this, looked = watch->looked](const LOOK &look) {
+            looked(look);
+            looks++;
+        };
+    }
+
+    // The displays change, and all looks that follow are made at once. Returns when what has come of them is done.
+    void LookAround()
+    {
+        MONITORWATCH *watch = &app->reload.watch;
+        const int before = looks;
+        SendMessageW(app->window.hWnd, WM_DISPLAYCHANGE, 0, 0);
+        {
+            std::lock_guard lock(watch->mutex);
+            watch->series.startTick -= 60 * 1000;
+        }
+        watch->changed.notify_one();
+        const auto isOver = [=, this] {
+            std::lock_guard lock(watch->mutex);
+            return looks > before && !watch->series.isOn;
+        };
+        ASSERT_TRUE(WaitUntil(isOver, LONG_ENOUGH));
+        CallOnWindow(&app->window, [] {});
     }
 
     void Stop()
@@ -80,16 +107,35 @@ protected:
         return WaitUntil(isThere, LONG_ENOUGH);
     }
 
-    static void ChooseColorPage()
+    // The item of the tree with this text, below another one.
+    static LRESULT FindItem(HWND tree, LRESULT above, const std::wstring &text)
+    {
+        for (LRESULT item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CHILD, above); item;
+             item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_NEXT, item)) {
+            wchar_t shown[64] = L"";
+            TVITEMW wanted = {};
+            wanted.mask = TVIF_TEXT;
+            wanted.hItem = reinterpret_cast<HTREEITEM>(item);
+            wanted.pszText = shown;
+            wanted.cchTextMax = 63;
+            SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&wanted));
+            const LRESULT found = text == shown ? item : FindItem(tree, item, text);
+            if (found)
+                return found;
+        }
+        return 0;
+    }
+
+    // Until the page with this control is there.
+    static void ChoosePage(const wchar_t *text, int control)
     {
         const HWND tree = GetDlgItem(FindPanel(), IDC_PANEL_TREE);
-        LRESULT item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
-        for (int level = 0; level < 2; level++)
-            item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CHILD, item);
-        SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, item);
-        ASSERT_TRUE(
-            WaitUntil([] { return FindPage() && GetDlgItem(FindPage(), IDC_COLOR_PROFILE_COMBO); }, LONG_ENOUGH));
+        SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET,
+                     FindItem(tree, SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0), text));
+        ASSERT_TRUE(WaitUntil([=] { return FindPage() && GetDlgItem(FindPage(), control); }, LONG_ENOUGH));
     }
+
+    static void ChooseColorPage() { ChoosePage(L"色設定", IDC_COLOR_PROFILE_COMBO); }
 
     // Returns when the panel's thread has done what follows.
     static void Choose(HWND dialog, int combo, int entry)
@@ -120,6 +166,7 @@ protected:
     std::unique_ptr<HOSTAPP> app;
     std::thread thread;
     int status = -1;
+    std::atomic<int> looks = 0;
 };
 
 // First a monitor of which only every third access succeeds. Then it is unplugged in the middle of a profile's values:
@@ -128,6 +175,7 @@ protected:
 TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
 {
     OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
+    SetDesk({{0, 1}, {1, 2}});
     g_StandIn.set(0, STANDIN_ANSWERS_EVERY, 3);
     ASSERT_NO_FATAL_FAILURE(Start());
     EXPECT_EQ(CopyWireMonitors(&app->plugin.router)[0].name, "ALPHA");
@@ -166,29 +214,75 @@ TEST_F(HostOnRealMonitors, KeepThePanelUsableWhateverTheyDo)
     g_StandIn.set(0, STANDIN_HANGS, 0);
 }
 
-// The cable of the second one is plugged, and pulled again later: then the user does not wait for the host to notice.
+// The cable of the second one is plugged, and pulled for good later, while the first one sleeps: it is away as long as
+// the user does not have the host forget it.
 TEST_F(HostOnRealMonitors, AreTakenUpAnewWithThePanelOpen)
 {
     OpenTestMonitors({{"ALPHA", "", ""}, {"BETA", "", ""}});
-    g_StandIn.set(1, STANDIN_GONE, 1);
+    SetDesk({{0, 1}});
     Start();
     EXPECT_EQ(Command("count"), "1 monitors");
     OpenColorPage();
     const HWND host = app->window.hWnd, panel = FindPanel();
-    g_StandIn.set(1, STANDIN_GONE, 0);
+    SetDesk({{1, 1}});
     PostMessageW(host, WM_DISPLAYCHANGE, 0, 0);
     EXPECT_TRUE(WaitForAnotherPanel(panel)) << "it comes by itself";
     EXPECT_EQ(app->window.hWnd, host);
     WaitUntilQuiet();
-    EXPECT_EQ(Command("count"), "2 monitors");
+    EXPECT_EQ(Command("count"), "2 monitors") << "the first one keeps its place";
     ChooseColorPage();
     ChooseMonitor(1);
     TypeContrast(31);
     EXPECT_EQ(Seen(1, 0x12), 31);
 
-    g_StandIn.set(1, STANDIN_GONE, 1);
+    SetDesk({{0, 1}});
     const HWND former = FindPanel();
     PostMessageW(host, WM_COMMAND, IDM_DETECT_MONITORS, 0);
     EXPECT_TRUE(WaitForAnotherPanel(former));
     EXPECT_EQ(Command("count"), "1 monitors");
+}
+
+// Of two monitors one or both sleep and come back, one after the other and with other numbers, and Windows has a
+// display of its own meanwhile. The plug-in, its panel and all that the user has set there stay as they are, and a
+// reservation of the second monitor, whose page was opened once, begins at its minute.
+TEST_F(HostOnRealMonitors, AreTheSameAfterTheySlept)
+{
+    OpenTestMonitors({{"ALPHA", "", ""},
+                      {"BETA", "capabilities = (type(lcd)model(BETA)vcp(10 12 14(05 08 0B) 60(03 05 09) E8))\n", ""},
+                      {"STANDBY", "", ""}});
+    SetDesk({{0, 1}, {1, 2}});
+    ASSERT_NO_FATAL_FAILURE(Start());
+    SetTourClock({2030, 5, 3, 1, 19, 58, 0, 0});
+    std::ofstream(Widen(ProgramFolder() + "\\ontimer.ini").c_str())
+        << "[Timer0]\ndate=2030/05/01\ntime=20:00\nenddate=2030/05/01\nendtime=20:30\nlcd=BETA\ncrtno=1\n"
+           "channel=\x83\x72\x83\x66\x83\x49\n"; // video
+    ASSERT_NO_FATAL_FAILURE(OpenColorPage());
+    ASSERT_NO_FATAL_FAILURE(ChooseMonitor(1));
+    ASSERT_NO_FATAL_FAILURE(ChoosePage(L"タイマー予約設定", IDC_RESERVATION_LIST));
+    ASSERT_NO_FATAL_FAILURE(ChooseColorPage());
+    CheckDlgButton(FindPage(), IDC_COLOR_DIRECT_LINK, BST_CHECKED);
+    SendMessageW(FindPage(), WM_COMMAND, MAKEWPARAM(IDC_COLOR_DIRECT_LINK, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(FindPage(), IDC_COLOR_DIRECT_LINK)));
+    const auto isLinked = [this] { return CopyWireMonitors(&app->plugin.router)[1].directLink; };
+    ASSERT_TRUE(WaitUntil(isLinked, LONG_ENOUGH));
+    const HWND panel = FindPanel(), page = FindPage();
+
+    const std::vector<DESKMONITOR> desks[] = {
+        {{1, 2}},         {{1, 1}},        {},       {{2, 1, false}},  {{2, 1, false}, {0, 3}},
+        {{1, 1}, {0, 2}}, {{2, 1, false}}, {{1, 4}}, {{1, 4}, {0, 1}},
+    };
+    for (const auto &desk : desks) {
+        SetDesk(desk);
+        ASSERT_NO_FATAL_FAILURE(LookAround());
+        CallOnWindow(&app->window, [this] { EXPECT_FALSE(app->reload.isUnderWay); });
+    }
+    EXPECT_EQ(FindPanel(), panel);
+    EXPECT_EQ(FindPage(), page);
+    EXPECT_EQ(SendDlgItemMessageW(panel, IDC_PANEL_MONITOR, CB_GETCURSEL, 0, 0), 1);
+    EXPECT_TRUE(isLinked());
+    EXPECT_EQ(IsDlgButtonChecked(page, IDC_COLOR_DIRECT_LINK), static_cast<UINT>(BST_CHECKED));
+    EXPECT_EQ(app->tray.notices.told[MATTER_CHANGE], L"") << "no balloon";
+    EXPECT_EQ(Command("count"), "2 monitors");
+    SetTourClock({2030, 5, 3, 1, 20, 0, 0, 0});
+    EXPECT_TRUE(WaitUntil([] { return Seen(1, 0x60) == 5; }, LONG_ENOUGH)) << "each is still reached by its number";
 }

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <mutex>
 
+#include "host/base/edid.h"
 #include "host/base/text.h"
 
 template <typename FUNCTION>
@@ -48,4 +51,43 @@ int Seen(int monitor, BYTE code)
 {
     WORD value = 0, maximum = 0;
     return g_StandIn.feature(monitor, code, &value, &maximum) ? value : -1;
+}
+
+// ---- The desk -------------------------------------------------------------------------------------------------------
+
+static std::mutex s_mutex;
+static std::vector<DISPLAY> s_displays; // guarded by it
+
+static DISPLAYMONITOR DeviceOf(const DESKMONITOR &place)
+{
+    if (!place.hasEdid)
+        return {"DISPLAY\\Default_Monitor\\1&0&UID0", "Generic Non-PnP Monitor", {}};
+    const unsigned n = static_cast<unsigned>(place.monitor);
+    const EDIDBLOCK edid = MakeEdid({"GSM", 0x1234, n + 1, 2016, 60, 34, "DESK"});
+    return {Format("DISPLAY\\GSM1234\\5&1A2B&0&UID%u", n), "Generic PnP Monitor", {edid.begin(), edid.end()}};
+}
+
+void SetDesk(const std::vector<DESKMONITOR> &desk)
+{
+    std::lock_guard lock(s_mutex);
+    for (int n = 0; g_StandIn.set(n, STANDIN_DISPLAY, static_cast<DWORD>(n + 1)); n++) {
+        const bool isThere =
+            std::any_of(desk.begin(), desk.end(), [=](const DESKMONITOR &place) { return place.monitor == n; });
+        g_StandIn.set(n, STANDIN_GONE, !isThere);
+    }
+    s_displays.clear();
+    for (const DESKMONITOR &place : desk)
+        s_displays.push_back({reinterpret_cast<HMONITOR>(place.monitor + 1),
+                              Format("\\\\.\\DISPLAY%u", place.display),
+                              "card",
+                              {0, 0, 1280, 1024},
+                              s_displays.empty(),
+                              {DeviceOf(place)}});
+}
+
+// In the place of the one that asks Windows.
+std::vector<DISPLAY> ListDisplays()
+{
+    std::lock_guard lock(s_mutex);
+    return s_displays;
 }

@@ -27,5 +27,16 @@ struct TESTMONITOR {
 // Has the stand-in begin anew with these monitors. Fails the test when it does not.
 void OpenTestMonitors(const std::vector<TESTMONITOR> &monitors);
 
+// A monitor of the stand-in's on the desk of a host that asks Windows itself: with its place, and the number in its
+// display's name. One without an EDID is what Windows has in the place of others that sleep.
+struct DESKMONITOR {
+    int monitor;
+    unsigned display;
+    bool hasEdid = true;
+};
+
+// From now on these are there and no others.
+void SetDesk(const std::vector<DESKMONITOR> &desk);
+
 // What a monitor's code holds, seen past the host; -1 for a code that it has not.
 int Seen(int monitor, BYTE code);
