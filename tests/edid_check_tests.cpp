@@ -3,8 +3,6 @@
 
 #include "kernel/base/platform.h"
 #include "kernel/base/plugin_state.h"
-#include "monitor/ddc_driver.h"
-#include "monitor/i2c.h"
 #include "monitor/monitor_table.h"
 #include "support/fake_ddc_driver.h"
 #include "support/plugin_session.h"
@@ -180,38 +178,6 @@ TEST_F(EdidCheckTest, ASilentHostLeavesNoEdidOfTheMonitorBefore)
     CheckEdidAtStop();
     EXPECT_EQ(host.TakeLog(), (Lines{"edid 0", "edid 1"}));
     EXPECT_EQ(TakeRecordedCalls(), Lines{OpenCall()});
-}
-
-TEST_F(EdidCheckTest, RepairTellsWhatWasReadBack)
-{
-    g_bWin9x = GetPlatformId() != PLATFORM_NT;
-    for (size_t i = 0; i < driver.memory.size(); ++i)
-        driver.memory[i] = static_cast<BYTE>(i);
-    EXPECT_EQ(RepairEdidHeader(9), 1);
-    EXPECT_EQ(g_Edid[8], 8);
-    EXPECT_EQ(g_Edid[127], 127);
-    EXPECT_EQ(g_Edid[128], 0);
-    driver.memory[0] = 1;
-    driver.writeProtected = true;
-    EXPECT_EQ(RepairEdidHeader(0), 0);
-
-    TakeRecordedCalls();
-    for (const LONG monitor : {-1L, MAX_MONITOR})
-        EXPECT_EQ(RepairEdidHeader(monitor), 0);
-    EXPECT_EQ(TakeRecordedCalls(), Lines{});
-
-    g_bI2CError = 1; // not cleared before: nothing goes beyond the start
-    EXPECT_EQ(I2CReadEdid(0xA0, 0), 0);
-    DdcCloseDriver();
-    EXPECT_EQ(TakeRecordedCalls(), (Lines{OpenCall(), "start", "close"}));
-}
-
-TEST_F(EdidCheckTest, ControlCodesOfTheWholeTable)
-{
-    for (DWORD entry = 1; entry <= 16; ++entry)
-        EXPECT_EQ(DdcControlCode(static_cast<int>(entry), true), entry);
-    EXPECT_EQ(DdcControlCode(3, false), 0x9C402488);
-    EXPECT_EQ(DdcControlCode(16, false), 0x9C4024BC);
 }
 
 TEST_F(EdidAtStopTest, TheCheckIsPartOfTheStop)

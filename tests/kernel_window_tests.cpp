@@ -181,21 +181,6 @@ TEST_F(KernelWindowTest, ButtonRegistersAreClearedWhenALauncherFunctionIsOn)
     EXPECT_EQ(host.TakeLog().back(), "get 1 F2");
 }
 
-TEST_F(KernelWindowTest, RetryCount)
-{
-    const struct {
-        DWORD stored;
-        LONG read;
-    } cases[] = {{0, 3}, {0xFFFFFFFF, 3}, {7, 7}};
-    for (const auto &c : cases) {
-        PutDword(HKEY_CURRENT_USER, "Lumivane2", "nRetry", c.stored);
-        g_bAbort = 0;
-        ASSERT_TRUE(Start());
-        EXPECT_EQ(g_nRetry, c.read);
-        Stop();
-    }
-}
-
 TEST_F(KernelWindowTest, NamesAreSetUpOnce)
 {
     ASSERT_TRUE(Start());

@@ -4,7 +4,6 @@
 #include "kernel/base/plugin_state.h"
 #include "monitor/enumeration.h"
 #include "monitor/monitor_table.h"
-#include "monitor/selection.h"
 #include "monitor/vcp_codes.h"
 #include "settings/registry.h"
 #include "support/faults.h"
@@ -153,24 +152,4 @@ TEST_F(LauncherSettingsTest, TheActiveCountRunsThePoll)
     }
     DestroyWindow(window);
     g_hKernelWnd = nullptr;
-}
-
-TEST_F(LauncherSettingsTest, LabelsAreThoseOfTheSelectedMonitorsModel)
-{
-    char label[16] = "before";
-    EXPECT_EQ(ReadButtonLabel(nullptr, 1, label, sizeof label), 0) << "no file";
-    EXPECT_STREQ(label, "");
-    IniFolder::Write("Launcher.ini", "[NRV-PA1]\r\nBUTTON1=MENU\r\nbutton2=\r\nbutton3=a label of more than fifteen\r\n"
-                                     "[NRV-PA2]\r\nbutton1=SELECT\r\n");
-    EXPECT_EQ(ReadButtonLabel(nullptr, 1, label, sizeof label), 1);
-    EXPECT_STREQ(label, "MENU");
-    EXPECT_EQ(ReadButtonLabel(nullptr, 2, label, sizeof label), 0);
-    EXPECT_EQ(ReadButtonLabel(nullptr, 3, label, sizeof label), 1);
-    EXPECT_STREQ(label, "a label of more");
-    EXPECT_EQ(ReadButtonLabel(nullptr, 4, label, sizeof label), 0);
-    g_nCurMonitor = 1;
-    ReadButtonLabel(nullptr, 1, label, sizeof label);
-    EXPECT_STREQ(label, "SELECT");
-    g_nCurMonitor = -1;
-    EXPECT_EQ(ReadButtonLabel(nullptr, 1, label, sizeof label), 0);
 }

@@ -5,7 +5,6 @@
 #include "monitor/selection.h"
 #include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
-#include "profiles/color_presets.h"
 #include "support/box_answerer.h"
 #include "support/plugin_session.h"
 #include "support/text.h"
@@ -428,21 +427,4 @@ TEST_F(ProfileStoreTest, FirstRunRegistersTheProgramsThatAreThere)
         DeleteFileA(Directory(file).c_str());
     for (const std::string &directory : {a, b})
         RemoveDirectoryA(directory.c_str());
-}
-
-TEST_F(ProfileStoreTest, PresetNamesInBothLanguages)
-{
-    const struct {
-        LONG value;
-        const char *japanese, *english;
-    } cases[] = {{1, "sRGB", "sRGB"},      {2, "7200K", "7200K"},     {3, "4000K", "4000K"},
-                 {10, "11500K", "11500K"}, {11, "ユーザー", "User"},  {13, "ユーザー3", "User3"},
-                 {0, "未使用", "Not Use"}, {15, "未使用", "Not Use"}, {16, "未使用", "Not Use"},
-                 {-1, "未使用", "Not Use"}};
-    for (const auto &c : cases) {
-        g_bNotJapanese = 0;
-        EXPECT_EQ(ColorPresetName(c.value), Sjis(c.japanese)) << c.value;
-        g_bNotJapanese = 1;
-        EXPECT_STREQ(ColorPresetName(c.value), c.english);
-    }
 }

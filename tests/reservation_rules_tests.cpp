@@ -86,35 +86,3 @@ TEST(ReservationRules, AgainstOtherReservations)
                 << c.otherEnd << ": " << c.start << " - " << c.end;
         }
 }
-
-TEST(ReservationRules, ADateThatDoesNotFitIsEmpty)
-{
-    const struct {
-        WORD year, month, day;
-        const char *text;
-    } cases[] = {
-        {2006, 5, 1, "2006/05/01"}, {9999, 12, 31, "9999/12/31"}, {10000, 1, 1, ""},
-        {2006, 100, 1, ""},         {2006, 1, 100, ""},           {2006, 65535, 65535, ""},
-    };
-    for (const auto &c : cases) {
-        SYSTEMTIME clock = {};
-        clock.wYear = c.year;
-        clock.wMonth = c.month;
-        clock.wDay = c.day;
-        char date[RESERVATION_DATE_SIZE + 1];
-        date[RESERVATION_DATE_SIZE] = '!';
-        EXPECT_EQ(FormatDate(date, &clock), c.text[0] ? 1 : 0);
-        EXPECT_STREQ(date, c.text);
-        EXPECT_EQ(date[RESERVATION_DATE_SIZE], '!');
-    }
-}
-
-TEST(ReservationRules, OverlongTextsAreCut)
-{
-    const std::string text(60, 'x');
-    char moment[MOMENT_SIZE + 1];
-    moment[MOMENT_SIZE] = '!';
-    JoinMoment(moment, text.c_str(), '-', text.c_str());
-    EXPECT_EQ(strlen(moment), MOMENT_SIZE - 1u);
-    EXPECT_EQ(moment[MOMENT_SIZE], '!');
-}
