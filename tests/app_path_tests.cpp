@@ -5,9 +5,7 @@
 #include "profiles/profile_store.h"
 #include "support/front_programs.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 #include "support/shortcut.h"
-#include "support/text.h"
 
 #include <objbase.h>
 #include <shlobj.h>
@@ -55,11 +53,7 @@ TEST_F(AppPathTest, ProgramOfAWindow)
     EXPECT_LT(PathOf(program.Window(), 5).size(), 5u) << "cut to its buffer";
     EXPECT_EQ(PathOf(nullptr), "-");
     EXPECT_EQ(PathOf(reinterpret_cast<HWND>(0x12345678)), "-");
-    PathOf(program.Window()); // whatever it loads once
-    const int handles = CountHandles();
-    for (int round = 0; round < 20; ++round)
-        PathOf(program.Window());
-    EXPECT_EQ(CountHandles(), handles);
+    ExpectNothingLeft(20, [&] { PathOf(program.Window()); });
     UnloadPsapi();
     EXPECT_EQ(PathOf(program.Window()) == "-", GetPlatformId() == PLATFORM_NT);
 }

@@ -2,7 +2,6 @@
 #include "launcher/launcher_settings.h"
 #include "monitor/vcp.h"
 #include "support/launcher_session.h"
-#include "support/replaced_imports.h"
 
 namespace {
 

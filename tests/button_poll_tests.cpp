@@ -2,30 +2,18 @@
 #include "launcher/button_poll.h"
 
 #include "kernel/base/platform.h"
-#include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/enumeration.h"
-#include "monitor/monitor_table.h"
-#include "monitor/selection.h"
-#include "monitor/vcp_codes.h"
 #include "settings/registry.h"
-#include "support/box_answerer.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
-#include "support/text.h"
 
 namespace {
 
 constexpr int REFUSED = -1; // in the place of a code: the monitor does not answer, the host says so
 
-void Put(const std::string &name, DWORD value)
-{
-    PutDword(HKEY_CURRENT_USER, SUBKEY_LAUNCHER, name.c_str(), value);
-}
-
 void SetMode(int monitor, int button, DWORD mode)
 {
-    Put("Launcher_" + std::to_string(monitor) + "_Enable_" + std::to_string(button), mode);
+    PutLauncher("Launcher_" + std::to_string(monitor) + "_Enable_" + std::to_string(button), mode);
 }
 
 // Gives every button of some monitors a program that tells monitor and button.
@@ -74,9 +62,9 @@ protected:
         IniFolder::Write("lvcap.ini", "[A]\r\nCapability=F4\r\n");
         host.monitors = {ColorMonitor("A"), ColorMonitor("B")};
         for (const char *name : {"InitFlag", "PowerSwitch_0"})
-            Put(name, 1);
-        Put("MaxMonitor", 2);
-        Put("EndFlag", 0);
+            PutLauncher(name, 1);
+        PutLauncher("MaxMonitor", 2);
+        PutLauncher("EndFlag", 0);
         AssignAll(2);
     }
 
@@ -97,8 +85,6 @@ protected:
         const auto lock = host.Lock();
         host.monitors[0].features[VCP_BUTTON_PRESSED] = {0, code << 8};
     }
-
-    std::optional<DWORD> EndFlag() { return DwordAt(HKEY_CURRENT_USER, SUBKEY_LAUNCHER, "EndFlag"); }
 };
 
 } // namespace
@@ -158,7 +144,7 @@ TEST_F(ButtonPollTest, AButtonLaunchesInItsModeAlone)
         Poll();
         EXPECT_EQ(TakeRecordedCalls(), Lines{}) << code;
     }
-    Put("PowerSwitch_2", 2); // neither on nor a reason not to launch
+    PutLauncher("PowerSwitch_2", 2); // neither on nor a reason not to launch
     Report(2, 128);
     BoxAnswerer answerer("Lumivane 2", IDCANCEL);
     Poll();
@@ -206,17 +192,12 @@ TEST_F(PowerButtonTest, ShutsDownWhenTheUserAgrees)
     std::optional<DWORD> endFlagBefore;
     SetExitWindowsResults({FALSE}, [&] { // refused, and not asked for again
         logBefore = host.TakeLog();
-        endFlagBefore = EndFlag();
+        endFlagBefore = LauncherValue("EndFlag");
     });
     BoxAnswerer answerer("Lumivane 2", IDOK);
     Tick(TIMER_BUTTON_POLL);
-    auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    std::erase(boxes[0].text, '\r');
-    EXPECT_EQ(boxes[0].text, Ansi("シャットダウンします。\nこのまま処理を実行する場合は「OK」を押してください。"));
-    EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDOK, IDCANCEL}));
-    EXPECT_EQ(boxes[0].icon, 'i');
-    EXPECT_TRUE(boxes[0].owned);
+    EXPECT_EQ(answerer.Boxes(), Lines{Ansi("i OK CANCEL owned: シャットダウンします。\n"
+                                           "このまま処理を実行する場合は「OK」を押してください。")});
     EXPECT_EQ(logBefore, (Lines{"get 0 F4", "set 0 F4 = 255", "set 0 F2 = 0", "set 0 F0 = 0", "set 0 F4 = 255",
                                 "set 1 F0 = 0", "set 1 F4 = 255"}));
     EXPECT_EQ(endFlagBefore, 0u);
@@ -232,13 +213,13 @@ TEST_F(PowerButtonTest, NothingHappensWhenTheUserCancels)
     Tick(TIMER_BUTTON_POLL);
     EXPECT_EQ(answerer.Boxes().size(), 1u);
     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 F4", "set 0 F4 = 255"}));
-    EXPECT_EQ(EndFlag(), 1u);
+    EXPECT_EQ(LauncherValue("EndFlag"), 1u);
     EXPECT_EQ(TakeRecordedCalls(), Lines{});
 }
 
 TEST_F(PowerButtonTest, WithTheSwitchOffItIsAButtonLikeTheOthers)
 {
-    Put("PowerSwitch_0", 0);
+    PutLauncher("PowerSwitch_0", 0);
     SetMode(0, 6, 2);
     ASSERT_TRUE(Run());
     Press(128);

@@ -1,19 +1,13 @@
 // The colour page's registered applications.
 #include "panel/color_page_apps.h"
 
-#include "kernel/base/plugin_state.h"
 #include "monitor/color_features.h"
-#include "monitor/monitor_table.h"
-#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/foreground.h"
 #include "profiles/profile_store.h"
-#include "support/box_answerer.h"
 #include "support/panel_session.h"
-#include "support/replaced_imports.h"
 #include "support/shortcut.h"
-#include "support/text.h"
 
 #include <commctrl.h>
 
@@ -41,15 +35,6 @@ protected:
         host.TakeLog();
     }
 
-    // What the host was asked since the last look.
-    std::string Requests()
-    {
-        std::string requests;
-        for (const std::string &line : host.TakeLog())
-            requests += line + "|";
-        return requests;
-    }
-
     Lines Apps() const { return EntriesOf(page, IDC_COLOR_APP_LIST); }
     std::string Alias() const { return TextOf(page, IDC_COLOR_ALIAS); }
 
@@ -68,18 +53,9 @@ std::string Stored(int slot)
     return text;
 }
 
-// "text icon" of each box.
-Lines Seen(BoxAnswerer &answerer)
-{
-    Lines seen;
-    for (const AnsweredBox &box : answerer.Boxes())
-        seen.push_back(box.text + " " + box.icon);
-    return seen;
-}
-
 std::string Error(const char *text)
 {
-    return Sjis(text) + " x";
+    return Sjis("x OK owned: " + std::string(text));
 }
 
 const std::string full = Error("これ以上登録できません。"), registered = Error("すでに登録されています。"),
@@ -150,7 +126,7 @@ TEST_F(ColorPageAppsTest, Browse)
     Click(page, IDC_COLOR_BROWSE);
     AnswerFileDialog(std::string(260, 'x'));
     Click(page, IDC_COLOR_BROWSE);
-    EXPECT_EQ(Seen(errors), (Lines{dialogFailed, registered, tooLong}));
+    EXPECT_EQ(errors.Boxes(), (Lines{dialogFailed, registered, tooLong}));
     EXPECT_EQ(Apps().size(), 2u);
 
     // A new application begins with the current settings. What was chosen here need not end in ".exe".
@@ -164,7 +140,7 @@ TEST_F(ColorPageAppsTest, Browse)
     g_nAppProfile = APP_PROFILE_COUNT;
     Click(page, IDC_COLOR_BROWSE);
     EXPECT_EQ(TakeRecordedCalls(), Lines{});
-    EXPECT_EQ(Seen(errors).back(), full);
+    EXPECT_EQ(errors.Boxes().back(), full);
     // The page goes away behind the file dialog.
     g_nAppProfile = 3;
     AnswerFileDialog("C:\\late.exe", 0, [&] { Choose(TREE_ROOT); });
@@ -191,9 +167,9 @@ TEST_F(ColorPageAppsTest, Drop)
         {"again", {"c:\\ONE.exe"}, {registered}, nullptr},
         {"two files", {"C:\\a.exe", "C:\\b.exe"}, {oneOnly}, nullptr},
         {"too long", {longest + "x"}, {tooLong}, nullptr},
-        {"no program", {text}, {text + "  ", noProgram}, nullptr},
+        {"no program", {text}, {"- OK owned: " + text, noProgram}, nullptr},
         {"shortcut", {link}, {}, "such.exe"},
-        {"shortcut that is none", {"C:\\no.lnk"}, {"C:\\no.lnk  ", noProgram}, nullptr},
+        {"shortcut that is none", {"C:\\no.lnk"}, {"- OK owned: C:\\no.lnk", noProgram}, nullptr},
         {"longest", {longest}, {}, longest.c_str() + 3},
     };
     Lines apps;
@@ -201,7 +177,7 @@ TEST_F(ColorPageAppsTest, Drop)
         SCOPED_TRACE(c.name);
         BoxAnswerer errors("Error", IDOK);
         DropFiles(page, IDC_COLOR_APP_LIST, c.paths);
-        EXPECT_EQ(Seen(errors), c.errors);
+        EXPECT_EQ(errors.Boxes(), c.errors);
         if (c.added)
             apps.push_back(c.added);
         EXPECT_EQ(Apps(), apps) << "once";
@@ -213,7 +189,7 @@ TEST_F(ColorPageAppsTest, Drop)
     BoxAnswerer errors("Error", IDOK);
     g_nAppProfile = APP_PROFILE_COUNT;
     DropFiles(page, IDC_COLOR_APP_LIST, {"C:\\a.exe", "C:\\b.exe"});
-    EXPECT_EQ(Seen(errors), Lines{full});
+    EXPECT_EQ(errors.Boxes(), Lines{full});
     // The file has them all although the page does not know of it.
     std::string file;
     for (int slot = 0; slot < APP_PROFILE_COUNT; ++slot)
@@ -221,14 +197,14 @@ TEST_F(ColorPageAppsTest, Drop)
     IniFolder::Write("profile.ini", file);
     g_nAppProfile = 2;
     DropFiles(page, IDC_COLOR_APP_LIST, {"C:\\new.exe"});
-    EXPECT_EQ(Seen(errors), (Lines{full, full}));
+    EXPECT_EQ(errors.Boxes(), (Lines{full, full}));
 }
 
 TEST_F(ColorPageAppsTest, UpdateAndDelete)
 {
     OpenPage();
-    const std::string before = Stored(0), ask = Sjis("現在の設定を保存しますか? !"),
-                      askDelete = Sjis("登録データを削除しますか? !");
+    const std::string before = Stored(0), ask = Sjis("! YES NO owned: 現在の設定を保存しますか?"),
+                      askDelete = Sjis("! YES NO owned: 登録データを削除しますか?");
     Click(page, IDC_COLOR_APP_UPDATE);
     Click(page, IDC_COLOR_APP_DELETE);
     PickInList(page, IDC_COLOR_APP_LIST, 0);
@@ -238,8 +214,7 @@ TEST_F(ColorPageAppsTest, UpdateAndDelete)
         BoxAnswerer no("Lumivane 2", IDNO);
         Click(page, IDC_COLOR_APP_UPDATE);
         Click(page, IDC_COLOR_APP_DELETE);
-        EXPECT_EQ(Seen(no), (Lines{ask, askDelete})) << "and none without a selection";
-        EXPECT_EQ(no.Boxes()[0].buttons, (std::vector{IDYES, IDNO}));
+        EXPECT_EQ(no.Boxes(), (Lines{ask, askDelete})) << "and none without a selection";
     }
     EXPECT_EQ(Stored(0), before);
     EXPECT_EQ(Apps().size(), 2u);

@@ -1,15 +1,10 @@
 // The colour page: what it shows, direct changes, profiles and its switches.
 #include "panel/color_page_controls.h"
 
-#include "kernel/base/plugin_state.h"
-#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
 #include "profiles/profile_store.h"
-#include "support/box_answerer.h"
 #include "support/panel_session.h"
-#include "support/replaced_imports.h"
-#include "support/text.h"
 
 #include <commctrl.h>
 
@@ -63,15 +58,6 @@ protected:
         page = Page(TREE_COLOR);
         ASSERT_NE(page, nullptr);
         EXPECT_EQ(Requests(), "get 0 E0|get 0 10|get 0 12|get 0 14|" + gainsRead);
-    }
-
-    // What the host was asked since the last look.
-    std::string Requests()
-    {
-        std::string requests;
-        for (const std::string &line : host.TakeLog())
-            requests += line + "|";
-        return requests;
     }
 
     LRESULT Ask(int control, UINT message, WPARAM wParam = 0) const
@@ -304,9 +290,7 @@ TEST_F(ColorPageTest, RegistersAndDeletesProfiles)
         PresetProfile(position);
         Click(page, IDC_COLOR_PROFILE_DELETE);
     }
-    ASSERT_EQ(refusals.Boxes().size(), 3u);
-    EXPECT_EQ(refusals.Boxes()[0].text, Sjis("システムプロファイルは削除できません。"));
-    EXPECT_EQ(refusals.Boxes()[0].icon, 'x');
+    EXPECT_EQ(refusals.Boxes(), Lines(3, Sjis("x OK owned: システムプロファイルは削除できません。")));
 
     for (int slot = 4; slot < 16; ++slot) {
         g_CurSetting[0].wContrast = static_cast<WORD>(slot);
@@ -315,10 +299,9 @@ TEST_F(ColorPageTest, RegistersAndDeletesProfiles)
         EXPECT_EQ(ChosenProfile(), slot) << "the entry before it";
     }
     EXPECT_EQ(Requests(), "") << "none is applied";
-    EXPECT_EQ(errors.Boxes().size(), 0u);
+    EXPECT_EQ(errors.Boxes(), Lines{});
     Click(page, IDC_COLOR_PROFILE_ADD);
-    ASSERT_EQ(errors.Boxes().size(), 1u);
-    EXPECT_EQ(errors.Boxes()[0].text, Sjis("これ以上プロファイルは登録できません。"));
+    EXPECT_EQ(errors.Boxes(), Lines{Sjis("x OK owned: これ以上プロファイルは登録できません。")});
     EXPECT_EQ(g_nSysProfile, 16);
 
     PresetProfile(8);

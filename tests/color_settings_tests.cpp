@@ -1,8 +1,6 @@
 // Colour settings between monitors and records.
 #include "monitor/color_settings.h"
 
-#include "kernel/base/plugin_state.h"
-#include "monitor/vcp_codes.h"
 #include "support/plugin_session.h"
 
 namespace {

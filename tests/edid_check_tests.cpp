@@ -2,11 +2,8 @@
 #include "monitor/edid_check.h"
 
 #include "kernel/base/platform.h"
-#include "kernel/base/plugin_state.h"
-#include "monitor/monitor_table.h"
 #include "support/fake_ddc_driver.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 
 #include <algorithm>
 
@@ -41,12 +38,6 @@ Lines Repair()
     return {open,       "start",    "write A0", "write 00", "write 00", "write FF", "write FF", "write FF", "write FF",
             "write FF", "write FF", "write 00", "stop",     "close",    "Sleep 20", open,       "start",    "write A0",
             "write 00", "start",    "write A1", "read 128", "end read", "stop",     "close",    "Sleep 20"};
-}
-
-Lines operator+(Lines first, const Lines &second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 class EdidCheckTest : public HostTest {

@@ -4,9 +4,7 @@
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
-#include "support/replaced_imports.h"
 #include "support/reservation_session.h"
-#include "support/text.h"
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
 

@@ -8,7 +8,6 @@
 #include "settings/ini_copy.h"
 #include "settings/registry.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 
 #include <commctrl.h>
 
@@ -21,9 +20,6 @@ protected:
         host.monitors = {ColorMonitor("NRV-PA1"), ColorMonitor("NRV-PA2")};
         InitMonitors();
     }
-
-    static void Put(const char *name, DWORD value) { PutDword(HKEY_CURRENT_USER, SUBKEY_LAUNCHER, name, value); }
-    static std::optional<DWORD> Value(const char *name) { return DwordAt(HKEY_CURRENT_USER, SUBKEY_LAUNCHER, name); }
 };
 
 const char file[] = "profile.ini";
@@ -54,9 +50,9 @@ TEST_F(FaultTest, ARegistryThatCannotBeReadIsNoFirstRun)
 {
     PutDword(HKEY_CURRENT_USER, SUBKEY_GENERAL, "IiF", 1);
     PutText(HKEY_CURRENT_USER, SUBKEY_GENERAL, "LocalUserName", "chosen");
-    Put("InitFlag", 1);
-    Put("Launcher_0_Enable_1", BUTTON_LAUNCHER);
-    Put("dwLTimer", 2);
+    PutLauncher("InitFlag", 1);
+    PutLauncher("Launcher_0_Enable_1", BUTTON_LAUNCHER);
+    PutLauncher("dwLTimer", 2);
     // The user's value is looked for first: opening its key, then reading it.
     for (const int nth : {1, 2}) {
         InjectFault(Fault::Registry, nth);
@@ -66,14 +62,14 @@ TEST_F(FaultTest, ARegistryThatCannotBeReadIsNoFirstRun)
         InjectFault(Fault::Registry, 4 + nth);
         EXPECT_EQ(InitLauncherSettings(), 1);
         EXPECT_EQ(FailedCalls(), 1);
-        EXPECT_EQ(Value("Launcher_0_Enable_1"), BUTTON_LAUNCHER) << nth;
+        EXPECT_EQ(LauncherValue("Launcher_0_Enable_1"), BUTTON_LAUNCHER) << nth;
         InjectFault(Fault::Registry, nth);
         EXPECT_EQ(StepLauncherCount(1), 0);
-        EXPECT_EQ(Value("dwLTimer"), 2u) << nth;
+        EXPECT_EQ(LauncherValue("dwLTimer"), 2u) << nth;
     }
     InjectFault(Fault::None);
     EXPECT_EQ(StepLauncherCount(1), 1);
-    EXPECT_EQ(Value("dwLTimer"), 3u);
+    EXPECT_EQ(LauncherValue("dwLTimer"), 3u);
 }
 
 TEST_F(FaultTest, AHostNameThatIsNotKnownIsNotStored)
@@ -90,12 +86,12 @@ TEST_F(FaultTest, AHostNameThatIsNotKnownIsNotStored)
 
 TEST_F(FaultTest, ALockThatCannotBeReadIsNotStored)
 {
-    Put("ButtonLockStatus_0", 5);
+    PutLauncher("ButtonLockStatus_0", 5);
     const FaultsOfThisThread aim;
     InjectFault(Fault::Event, 1, 2);
     SaveButtonLockStatus();
-    EXPECT_EQ(Value("ButtonLockStatus_0"), 5u);
-    EXPECT_EQ(Value("ButtonLockStatus_1"), 0u) << "there was none: without one the restoring would end there";
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_0"), 5u);
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), 0u) << "there was none: without one the restoring would end there";
 }
 
 // ---- INI files ----------------------------------------------------------------------------------------------------

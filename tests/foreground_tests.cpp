@@ -2,11 +2,7 @@
 #include "profiles/foreground.h"
 
 #include "kernel/base/platform.h"
-#include "kernel/base/plugin_state.h"
-#include "monitor/selection.h"
-#include "monitor/vcp_codes.h"
 #include "profiles/profile_store.h"
-#include "support/box_answerer.h"
 #include "support/front_programs.h"
 #include "support/plugin_session.h"
 
@@ -52,12 +48,6 @@ protected:
 const Lines restored = {"set 0 E0 = 0", "set 0 10 = 2", "set 0 12 = 3", "set 0 14 = 5"};
 const Lines restoredSecond = {"set 1 E0 = 1",  "set 1 10 = 11", "set 1 12 = 13", "set 1 14 = 11",
                               "set 1 16 = 14", "set 1 18 = 15", "set 1 1A = 16"};
-
-Lines operator+(Lines left, const Lines &right)
-{
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
-}
 
 // The requests that apply the profile of Register to a monitor.
 Lines Applied(int slot, int monitor = 0)

@@ -4,12 +4,7 @@
 
 #include "kernel/plugin.h"
 #include "monitor/color_features.h"
-#include "monitor/monitor_table.h"
-#include "monitor/selection.h"
-#include "monitor/vcp_codes.h"
-#include "support/box_answerer.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 
 #include <algorithm>
 
@@ -115,11 +110,6 @@ Lines OnMonitors(const std::string &steps)
                 lines.push_back("set " + monitor + " " + step);
     }
     return lines;
-}
-
-std::optional<DWORD> Launcher(const std::string &name)
-{
-    return DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", name.c_str());
 }
 
 std::vector<std::pair<WPARAM, LPARAM>> s_Power; // system commands that a top-level window got
@@ -256,7 +246,7 @@ TEST_F(HostCommandTest, ASelectionThatIsNoMonitor)
         ExpectReply(2, Hex("0000"));
         EXPECT_EQ(Command(20, Hex("01000000 07000000 F2 000000")), 1);
         ExpectReply(20, Hex("01000000 07000000 F2 000000"));
-        EXPECT_EQ(Launcher("ButtonLockStatus_" + std::to_string(nowhere)), std::nullopt);
+        EXPECT_EQ(LauncherValue("ButtonLockStatus_" + std::to_string(nowhere)), std::nullopt);
     }
 }
 
@@ -279,20 +269,19 @@ TEST_F(HostCommandTest, ButtonLock)
             g_bAllMonitors = all;
             host.monitors[1].features[VCP_BUTTON_LOCK].current = c.before;
             for (DWORD button = 1; button <= 6; ++button)
-                PutDword(HKEY_CURRENT_USER, "LumvanLauncher", ("Launcher_1_Enable_" + std::to_string(button)).c_str(),
-                         (button - 1) % 3);
+                PutLauncher("Launcher_1_Enable_" + std::to_string(button), (button - 1) % 3);
             const Bytes payload = Hex(c.payload + std::string("F2 000000"));
             EXPECT_EQ(Command(20, payload), 1);
             ExpectReply(20, payload);
             EXPECT_EQ(Traffic(), (Lines{"get 1 F2", "set 1 F2 = " + std::to_string(c.after)}));
-            EXPECT_EQ(Launcher("ButtonLockStatus_1"), c.after);
+            EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), c.after);
             std::string modes;
             for (int button = 1; button <= 6; ++button)
-                modes += std::to_string(Launcher("Launcher_1_Enable_" + std::to_string(button)).value_or(9));
+                modes += std::to_string(LauncherValue("Launcher_1_Enable_" + std::to_string(button)).value_or(9));
             EXPECT_EQ(modes, c.modes);
         }
-    EXPECT_EQ(Launcher("ButtonLockStatus_0"), std::nullopt);
-    EXPECT_EQ(Launcher("Launcher_0_Enable_1"), std::nullopt);
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_0"), std::nullopt);
+    EXPECT_EQ(LauncherValue("Launcher_0_Enable_1"), std::nullopt);
 }
 
 TEST_F(HostCommandTest, ButtonLockAtItsLimits)
@@ -300,34 +289,25 @@ TEST_F(HostCommandTest, ButtonLockAtItsLimits)
     const Bytes lockPower = Hex("01000000 80000000 F2 000000"), noOperation = Hex("03000000 FF000000 F2 000000");
     Command(20, noOperation);
     ExpectReply(20, noOperation);
-    EXPECT_EQ(Launcher("ButtonLockStatus_1"), std::nullopt);
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), std::nullopt);
     Command(20, lockPower);
-    EXPECT_EQ(Launcher("Launcher_1_Enable_6"), 1u) << "an absent mode is that of a normal button";
+    EXPECT_EQ(LauncherValue("Launcher_1_Enable_6"), 1u) << "an absent mode is that of a normal button";
     Traffic();
 
-    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "Launcher_1_Enable_6", 0);
+    PutLauncher("Launcher_1_Enable_6", 0);
     host.monitors[1].features.erase(VCP_BUTTON_LOCK);
     g_nMonitor = 0;
     Command(20, lockPower);
     EXPECT_EQ(Traffic(), (Lines{"get 1 F2", "set 1 F2 = 65535"})) << "an unreadable mask is -1";
-    EXPECT_EQ(Launcher("ButtonLockStatus_1"), 0x80u) << "but not at every start from now on";
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), 0x80u) << "but not at every start from now on";
     Command(20, Hex("02000000 03000000 F2 000000"));
-    EXPECT_EQ(Launcher("ButtonLockStatus_1"), 3u) << "a whole mask needs no other";
-    EXPECT_EQ(Launcher("Launcher_1_Enable_6"), 0u) << "once per monitor: without one, never";
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), 3u) << "a whole mask needs no other";
+    EXPECT_EQ(LauncherValue("Launcher_1_Enable_6"), 0u) << "once per monitor: without one, never";
 }
 
 TEST_F(HostCommandTest, MonitorPowerIsBroadcast)
 {
-    HWND window = nullptr;
-    host.Run([&] {
-        WNDCLASSA windowClass = {};
-        windowClass.lpfnWndProc = PowerProc;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "lvkernel_tests_power";
-        RegisterClassA(&windowClass);
-        window = CreateWindowA("lvkernel_tests_power", "", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
-                               windowClass.hInstance, nullptr);
-    });
+    const HWND window = host.MakeWindow("lvkernel_tests_power", PowerProc);
     // What a broadcast returns is the system's affair; the reply is 1 when that is 0.
     const Bytes result = {static_cast<BYTE>(SendMessageA(HWND_BROADCAST, WM_NULL, 0, 0) == 0), 0};
 
@@ -354,7 +334,7 @@ TEST_F(HostCommandTest, MonitorPowerIsBroadcast)
     CloseHandle(through);
     const std::vector<std::pair<WPARAM, LPARAM>> expected = {{SC_MONITORPOWER, 2}, {SC_MONITORPOWER, -1}};
     EXPECT_EQ(s_Power, expected);
-    host.Run([&] { DestroyWindow(window); });
+    host.DropWindow(window);
 }
 
 // A freed block is none of the heap's any more. Under the heap checks, which keep it for a while, it is filled.
@@ -372,7 +352,7 @@ TEST_F(HostCommandTest, ShutDown)
         DWORD endFlag;
     } cases[] = {{{TRUE}, 1, 0}, {{FALSE, TRUE}, 2, 0}, {{FALSE, FALSE, TRUE}, 3, 0}, {{FALSE, FALSE, FALSE}, 3, 1}};
     for (const auto &c : cases) {
-        PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag", 1);
+        PutLauncher("EndFlag", 1);
         SetExitWindowsResults(c.results);
         HOSTDATA *data = MakeDataBlock(PLUGIN_COMMAND_SHUT_DOWN, nullptr, 0, requestID);
         HOSTPACKET packet = Packet(data);
@@ -380,7 +360,7 @@ TEST_F(HostCommandTest, ShutDown)
         EXPECT_EQ(CallSlot(PLUGIN_SLOT_COMMAND, &packet), 1);
         EXPECT_TRUE(IsReleased(data)) << "by the plug-in";
         EXPECT_EQ(TakeRecordedCalls().size(), c.tries);
-        EXPECT_EQ(Launcher("EndFlag"), c.endFlag);
+        EXPECT_EQ(LauncherValue("EndFlag"), c.endFlag);
     }
     ExpectNoReply();
 }
@@ -470,12 +450,7 @@ TEST_F(HostCommandTest, WithoutMemoryThereIsNoReply)
     InjectFault(Fault::Memory);
     EXPECT_EQ(CallSlot(PLUGIN_SLOT_SEND_IDENTITY, nullptr), 0);
     ExpectNoReply();
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u) << "for the identity, without its header";
-    EXPECT_EQ(boxes[0].text, "Memory Set Error");
-    EXPECT_EQ(boxes[0].buttons, std::vector<int>{IDOK});
-    EXPECT_EQ(boxes[0].icon, ' ');
-    EXPECT_FALSE(boxes[0].owned);
+    EXPECT_EQ(answerer.Boxes(), Lines{"- OK: Memory Set Error"}) << "for the identity, without its header";
 }
 
 TEST_F(HostCommandTest, AHostThatAnswersFromAnotherThread)

@@ -1,10 +1,8 @@
 // Requests against hosts that answer rightly, late, wrongly and never.
 #include "kernel/link/host_request.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/link/host_protocol.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 
 namespace {
 

@@ -2,15 +2,10 @@
 #include "kernel/kernel_window.h"
 
 #include "kernel/base/platform.h"
-#include "kernel/base/plugin_state.h"
 #include "kernel/display_cpl.h"
 #include "kernel/plugin.h"
-#include "monitor/selection.h"
 #include "profiles/foreground.h"
-#include "support/box_answerer.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
-#include "support/text.h"
 
 #include <commctrl.h>
 #include <prsht.h>
@@ -27,16 +22,9 @@ protected:
 };
 
 const std::string noMonitorText =
-    "DDC/"
+    "x OK: DDC/"
     "CI対応のNorvale製液晶ディスプレイが検出できませんでした。\nドライバが正しくインストールされているか、または対応"
     "グラフィックチップをご使用になっているかをご確認ください。";
-
-// A message box shows the lines of a text with its own ends of line.
-std::string OneLine(std::string text)
-{
-    std::erase(text, '\r');
-    return text;
-}
 
 // The page that a property sheet was told to show.
 LPARAM s_SelectedPage = 0;
@@ -87,7 +75,6 @@ TEST_F(KernelWindowTest, AStopEndsTheStartUpAtTheAccessThatItMeets)
         {"set 0 F4 = 255", Answer::Inline, 0},
     };
     IniFolder::Write("lvcap.ini", "[NRV-PA1]\r\nCapability=F4\r\n[NRV-PA2]\r\nCapability=F4\r\n");
-    const auto value = [](const char *name) { return DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", name); };
     for (const auto &c : cases) {
         const std::pair<const char *, DWORD> before[] = {
             {"InitFlag", 1},           {"MaxMonitor", 2},          {"EndFlag", c.endFlag},
@@ -95,7 +82,7 @@ TEST_F(KernelWindowTest, AStopEndsTheStartUpAtTheAccessThatItMeets)
             {"ButtonLockStatus_0", 5}, {"ButtonLockStatus_1", 6},
         };
         for (const auto &[name, stored] : before)
-            PutDword(HKEY_CURRENT_USER, "LumvanLauncher", name, stored);
+            PutLauncher(name, stored);
         g_bAbort = 0;
         host.TakeLog();
         host.plan = [&](const TestRequest &) {
@@ -111,7 +98,7 @@ TEST_F(KernelWindowTest, AStopEndsTheStartUpAtTheAccessThatItMeets)
         Stop();
         for (const auto &[name, stored] : before) {
             const bool reset = c.endFlag == 1 && name != "InitFlag"s && name != "MaxMonitor"s;
-            EXPECT_EQ(value(name), reset ? 0 : stored) << name << " at " << c.last;
+            EXPECT_EQ(LauncherValue(name), reset ? 0 : stored) << name << " at " << c.last;
         }
     }
 }
@@ -167,14 +154,14 @@ TEST_F(KernelWindowTest, DirectLinkOfTheSettingsIsToldToTheHost)
 TEST_F(KernelWindowTest, ButtonRegistersAreClearedWhenALauncherFunctionIsOn)
 {
     IniFolder::Write("lvcap.ini", "[NRV-PA2]\r\nCapability=F4\r\n");
-    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "dwLTimer", 0xFFFFFFFF); // unsigned: more than none
+    PutLauncher("dwLTimer", 0xFFFFFFFF); // unsigned: more than none
     ASSERT_TRUE(Start());
     StartUp();
     EXPECT_EQ(host.TakeLog().back(), "set 1 F4 = 255");
     Stop();
 
     g_bAbort = 0;
-    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "dwLTimer", 0);
+    PutLauncher("dwLTimer", 0);
     host.TakeLog();
     ASSERT_TRUE(Start());
     StartUp();
@@ -201,29 +188,16 @@ TEST_F(KernelWindowTest, NamesAreSetUpOnce)
 
 TEST_F(KernelWindowTest, AnOlderVersionIsClosedAfterAWord)
 {
-    // The older program's main window, on the host's thread.
-    host.Run([] {
-        WNDCLASSA windowClass = {};
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "LumVanClass";
-        RegisterClassA(&windowClass);
-        CreateWindowA("LumVanClass", "", 0, 0, 0, 10, 10, nullptr, nullptr, windowClass.hInstance, nullptr);
-    });
-    ASSERT_NE(FindWindowA("LumVanClass", nullptr), nullptr);
+    host.MakeWindow("LumVanClass"); // the older program's main window
     BoxAnswerer answerer("Lumivane 2", IDOK);
     ASSERT_TRUE(Start());
     Tick(TIMER_BUTTON_POLL);
-    EXPECT_TRUE(answerer.Boxes().empty()) << "not after a button poll";
+    EXPECT_EQ(answerer.Boxes(), Lines{}) << "not after a button poll";
     Tick(TIMER_RESERVATION);
     ASSERT_TRUE(answerer.WaitForBoxes(1));
     EXPECT_EQ(FindWindowA("LumVanClass", nullptr), nullptr);
     Tick(TIMER_RESERVATION);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u) << "once";
-    EXPECT_EQ(boxes[0].text, Ansi("旧バージョンのLumivaneを終了させます。"));
-    EXPECT_EQ(boxes[0].icon, 'i');
-    EXPECT_EQ(boxes[0].buttons, std::vector<int>{IDOK});
+    EXPECT_EQ(answerer.Boxes(), Lines{Ansi("i OK: 旧バージョンのLumivaneを終了させます。")}) << "once";
 }
 
 TEST_F(KernelWindowTest, MissingProcessLibrary)
@@ -238,10 +212,7 @@ TEST_F(KernelWindowTest, MissingProcessLibrary)
     ASSERT_EQ(Init(), 1) << "the thread itself was started";
     ASSERT_TRUE(answerer.WaitForBoxes(1));
     Stop();
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(OneLine(boxes[0].text), Ansi(noMonitorText));
-    EXPECT_EQ(boxes[0].icon, 'x');
+    EXPECT_EQ(answerer.Boxes(), Lines{Ansi(noMonitorText)});
     EXPECT_EQ(g_hKernelWnd, nullptr);
     EXPECT_EQ(PluginOpenPanel(nullptr), 0);
 }
@@ -250,26 +221,21 @@ TEST_F(KernelWindowTest, ATimerThatCannotBeArmedEndsTheWindow)
 {
     const struct {
         int nth; // of the timers armed at creation
-        Lines texts;
+        Lines boxes;
     } cases[] = {
         // The creation goes on without its window, so the second timer fails with the first.
-        {2, {"Fore Ground Window can't check", "On Timer can't set"}},
-        {3, {"On Timer can't set"}},
+        {2, {"x OK: Fore Ground Window can't check", "x OK: On Timer can't set"}},
+        {3, {"x OK: On Timer can't set"}},
     };
     for (const auto &c : cases) {
         BoxAnswerer answerer("Lumivane 2", IDOK);
         InjectFault(Fault::Timer, c.nth);
         g_bAbort = 0;
         ASSERT_EQ(Init(), 1);
-        ASSERT_TRUE(answerer.WaitForBoxes(c.texts.size()));
+        ASSERT_TRUE(answerer.WaitForBoxes(c.boxes.size()));
         Stop();
         EXPECT_EQ(g_hKernelWnd, nullptr);
-        Lines texts;
-        for (const AnsweredBox &box : answerer.Boxes()) {
-            texts.push_back(box.text);
-            EXPECT_EQ(box.icon, 'x');
-        }
-        EXPECT_EQ(texts, c.texts);
+        EXPECT_EQ(answerer.Boxes(), c.boxes);
     }
 }
 
@@ -278,11 +244,11 @@ TEST_F(KernelWindowTest, ClosingTheWindowShutsDown)
     ASSERT_TRUE(Start());
     StartUp();
     host.TakeLog();
-    PutDword(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag", 1);
+    PutLauncher("EndFlag", 1);
     EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_CLOSE, 0, 0), 1);
     EXPECT_EQ(g_hKernelWnd, nullptr);
     EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "set 1 F2 = 0", "edid 0", "edid 1"}));
-    EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "LumvanLauncher", "EndFlag"), 0u);
+    EXPECT_EQ(LauncherValue("EndFlag"), 0u);
 }
 
 TEST_F(KernelWindowTest, DisplayControlPanelIsStartedAndSearchedFor)
@@ -296,31 +262,19 @@ TEST_F(KernelWindowTest, DisplayControlPanelIsStartedAndSearchedFor)
 
     // A property sheet belongs to the common controls library: here one whose instance is that library's.
     s_SelectedPage = 0;
-    HWND sheet = nullptr;
-    host.Run([&] {
-        WNDCLASSA windowClass = {};
-        windowClass.lpfnWndProc = SheetProc;
-        windowClass.hInstance = GetModuleHandleA("comctl32.dll");
-        windowClass.lpszClassName = "lvkernel_tests_sheet";
-        RegisterClassA(&windowClass);
-        sheet = CreateWindowA("lvkernel_tests_sheet", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
-                              windowClass.hInstance, nullptr);
-    });
+    const HWND sheet = host.MakeWindow("lvkernel_tests_sheet", SheetProc, GetModuleHandleA("comctl32.dll"));
     Tick(TIMER_DISPLAY_CPL);
     EXPECT_EQ(s_SelectedPage, 0) << "not while it is hidden";
     host.Run([&] { ShowWindow(sheet, SW_SHOWNA); });
     Tick(TIMER_DISPLAY_CPL);
     EXPECT_EQ(s_SelectedPage, 800);
     EXPECT_FALSE(KillTimer(g_hKernelWnd, TIMER_DISPLAY_CPL)) << "the search has ended";
-    host.Run([&] { DestroyWindow(sheet); });
+    host.DropWindow(sheet);
 
     BoxAnswerer answerer("MainPanelProc", IDOK);
     InjectFault(Fault::Timer);
     EXPECT_EQ(SendMessageA(g_hKernelWnd, WM_COMMAND, COMMAND_DISPLAY_CPL, 0), 1);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, "Fail to set timer");
-    EXPECT_EQ(boxes[0].icon, ' ');
+    EXPECT_EQ(answerer.Boxes(), Lines{"- OK: Fail to set timer"});
     EXPECT_EQ(TakeRecordedCalls(), Lines{"WinExec control.exe desk.cpl 1"});
 }
 
@@ -328,11 +282,8 @@ TEST_F(HostTest, ColorChangeQuestion)
 {
     BoxAnswerer answerer("Lumivane 2", IDYES);
     EXPECT_EQ(AskColorChange(nullptr), 1);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(OneLine(boxes[0].text), Ansi("登録されたアプリケーションが起動されました。\n画面の配色を変更しますか?"));
-    EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
-    EXPECT_FALSE(boxes[0].owned);
+    EXPECT_EQ(answerer.Boxes(), Lines{Ansi("- YES NO: 登録されたアプリケーションが起動されました。\n"
+                                           "画面の配色を変更しますか?")});
     PutDword(HKEY_CURRENT_USER, "Lumivane2", "NoAskDialog", 0);
     EXPECT_EQ(AskColorChange(nullptr), 1);
     EXPECT_EQ(answerer.Boxes().size(), 2u);

@@ -1,10 +1,7 @@
 // What a button starts: the shell call, to the byte.
 #include "launcher/launch.h"
 
-#include "monitor/selection.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
-#include "support/text.h"
 
 namespace {
 

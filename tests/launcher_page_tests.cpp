@@ -1,9 +1,7 @@
 // The launcher settings page: candidates, assignments and test buttons.
 #include "kernel/base/texts.h"
 #include "panel/resources/resource.h"
-#include "support/box_answerer.h"
 #include "support/launcher_session.h"
-#include "support/replaced_imports.h"
 #include "support/shortcut.h"
 
 #include <commctrl.h>
@@ -12,11 +10,11 @@
 
 namespace {
 
-const char tooManyToAdd[] = "追加できる候補は最大で32個です。";
-const char tooManyToDrop[] = "追加できる数は最大で32個です。";
-const char oneAtATime[] = "一度にドロップできる数は一つだけです。";
-const char tooLong[] = "ファイル名が長すぎます。";
-const char sameName[] = "すでに同名で登録されています";
+const char tooManyToAdd[] = "x OK owned: 追加できる候補は最大で32個です。";
+const char tooManyToDrop[] = "x OK owned: 追加できる数は最大で32個です。";
+const char oneAtATime[] = "x OK owned: 一度にドロップできる数は一つだけです。";
+const char tooLong[] = "x OK owned: ファイル名が長すぎます。";
+const char sameName[] = "x OK owned: すでに同名で登録されています";
 
 class LauncherPageTest : public LauncherPagesTest {
 protected:
@@ -57,18 +55,15 @@ protected:
         return slots;
     }
 
-    // Does something that a message box may answer. Result: the text of the box, "" without one.
+    // Does something that a message box may answer. Result: the box, "" without one.
     static std::string RefusalOf(const std::function<void()> &action)
     {
         BoxAnswerer boxes(PRODUCT_TITLE, IDOK);
         action();
-        const std::vector<AnsweredBox> answered = boxes.Boxes();
-        if (answered.empty())
-            return "";
-        EXPECT_EQ(answered.size(), 1u);
-        EXPECT_EQ(answered[0].icon, 'x');
-        EXPECT_EQ(answered[0].buttons, std::vector<int>{IDOK});
-        return answered[0].text;
+        std::string seen;
+        for (const std::string &box : boxes.Boxes())
+            seen += box;
+        return seen;
     }
 
     // The rows of the assignments: "data: label|program|parameter".

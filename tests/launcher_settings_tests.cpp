@@ -1,12 +1,8 @@
 // Launcher and lock settings over the starts and ends of runs.
 #include "launcher/launcher_settings.h"
 
-#include "kernel/base/plugin_state.h"
 #include "monitor/enumeration.h"
-#include "monitor/monitor_table.h"
-#include "monitor/vcp_codes.h"
 #include "settings/registry.h"
-#include "support/faults.h"
 #include "support/plugin_session.h"
 
 namespace {
@@ -22,10 +18,6 @@ protected:
         host.TakeLog();
     }
 
-    std::optional<DWORD> Value(const std::string &name) { return DwordAt(HKEY_CURRENT_USER, launcher, name.c_str()); }
-
-    void Put(const std::string &name, DWORD value) { PutDword(HKEY_CURRENT_USER, launcher, name.c_str(), value); }
-
     // The calls of a start, in their order.
     void BeginRun()
     {
@@ -38,15 +30,15 @@ protected:
     // A state with something of everything, as an orderly run leaves it.
     void PutUsedSettings()
     {
-        Put("InitFlag", 1);
-        Put("MaxMonitor", 2);
-        Put("EndFlag", 0);
-        Put("dwLTimer", 2);
-        Put("Launcher_0_Enable_1", 2);
-        Put("Launcher_1_Enable_6", 1);
-        Put("PowerSwitch_1", 1);
-        Put("ButtonLockStatus_0", 7);
-        Put("ButtonLockStatus_1", 128);
+        PutLauncher("InitFlag", 1);
+        PutLauncher("MaxMonitor", 2);
+        PutLauncher("EndFlag", 0);
+        PutLauncher("dwLTimer", 2);
+        PutLauncher("Launcher_0_Enable_1", 2);
+        PutLauncher("Launcher_1_Enable_6", 1);
+        PutLauncher("PowerSwitch_1", 1);
+        PutLauncher("ButtonLockStatus_0", 7);
+        PutLauncher("ButtonLockStatus_1", 128);
         PutText(HKEY_CURRENT_USER, launcher, "exe_0_1", "notepad.exe");
         PutText(HKEY_CURRENT_USER, launcher, "Reservation_0", "calc.exe");
     }
@@ -58,13 +50,13 @@ TEST_F(LauncherSettingsTest, FirstRun)
 {
     BeginRun();
     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 F2", "get 1 F2"})) << "nothing to reset, nothing to restore";
-    EXPECT_EQ(Value("InitFlag"), 1u);
-    EXPECT_EQ(Value("MaxMonitor"), 2u);
-    EXPECT_EQ(Value("EndFlag"), 1u);
+    EXPECT_EQ(LauncherValue("InitFlag"), 1u);
+    EXPECT_EQ(LauncherValue("MaxMonitor"), 2u);
+    EXPECT_EQ(LauncherValue("EndFlag"), 1u);
     for (int monitor = 0; monitor < 2; ++monitor)
         for (int button = 1; button <= 6; ++button)
-            EXPECT_EQ(Value("Launcher_" + std::to_string(monitor) + "_Enable_" + std::to_string(button)), 0u);
-    EXPECT_FALSE(Value("dwLTimer"));
+            EXPECT_EQ(LauncherValue("Launcher_" + std::to_string(monitor) + "_Enable_" + std::to_string(button)), 0u);
+    EXPECT_FALSE(LauncherValue("dwLTimer"));
     EXPECT_EQ(GetLauncherCount(), 0u);
 }
 
@@ -73,18 +65,18 @@ TEST_F(LauncherSettingsTest, AfterAnOrderlyEndAllIsAsItWas)
     PutUsedSettings();
     BeginRun();
     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 F2", "get 1 F2", "set 0 F2 = 7", "set 1 F2 = 128"}));
-    EXPECT_EQ(Value("Launcher_0_Enable_1"), 2u);
-    EXPECT_EQ(Value("dwLTimer"), 2u);
-    EXPECT_EQ(Value("EndFlag"), 1u);
+    EXPECT_EQ(LauncherValue("Launcher_0_Enable_1"), 2u);
+    EXPECT_EQ(LauncherValue("dwLTimer"), 2u);
+    EXPECT_EQ(LauncherValue("EndFlag"), 1u);
     WriteEndFlag();
-    EXPECT_EQ(Value("EndFlag"), 0u);
+    EXPECT_EQ(LauncherValue("EndFlag"), 0u);
 }
 
 TEST_F(LauncherSettingsTest, ACrashOrAnotherNumberOfMonitorsResets)
 {
     for (const char *cause : {"EndFlag", "MaxMonitor"}) {
         PutUsedSettings();
-        Put(cause, 1);
+        PutLauncher(cause, 1);
         host.TakeLog();
         BeginRun();
         EXPECT_EQ(host.TakeLog(),
@@ -92,8 +84,8 @@ TEST_F(LauncherSettingsTest, ACrashOrAnotherNumberOfMonitorsResets)
             << cause;
         for (const char *name : {"Launcher_0_Enable_1", "Launcher_1_Enable_6", "PowerSwitch_0", "PowerSwitch_1",
                                  "ButtonLockStatus_0", "ButtonLockStatus_1", "dwLTimer"})
-            EXPECT_EQ(Value(name), 0u) << cause << " " << name;
-        EXPECT_EQ(Value("MaxMonitor"), 2u);
+            EXPECT_EQ(LauncherValue(name), 0u) << cause << " " << name;
+        EXPECT_EQ(LauncherValue("MaxMonitor"), 2u);
         EXPECT_EQ(TextAt(HKEY_CURRENT_USER, launcher, "exe_0_1"), "notepad.exe");
         EXPECT_EQ(TextAt(HKEY_CURRENT_USER, launcher, "Reservation_0"), "calc.exe");
     }
@@ -104,8 +96,8 @@ TEST_F(LauncherSettingsTest, LocksAreSavedRestoredAndReleased)
     host.monitors[0].features[VCP_BUTTON_LOCK].current = 5;
     host.monitors[1].features[VCP_BUTTON_LOCK].current = 128;
     SaveButtonLockStatus();
-    EXPECT_EQ(Value("ButtonLockStatus_0"), 5u);
-    EXPECT_EQ(Value("ButtonLockStatus_1"), 128u);
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_0"), 5u);
+    EXPECT_EQ(LauncherValue("ButtonLockStatus_1"), 128u);
     EXPECT_EQ(RestoreButtonLockStatus(), 128);
     const REGENTRY first = {launcher, "ButtonLockStatus_0", 0, nullptr, 0};
     DeleteSetting(&first);
@@ -143,7 +135,7 @@ TEST_F(LauncherSettingsTest, TheActiveCountRunsThePoll)
     }
     // A count that cannot be read, at once (two calls a root) or behind the step's four, ends no poll.
     for (const int nth : {1, 5}) {
-        Put("dwLTimer", 2);
+        PutLauncher("dwLTimer", 2);
         InjectFault(Fault::Registry, nth, 4);
         UpdateLauncherPoll(0);
         InjectFault(Fault::None);

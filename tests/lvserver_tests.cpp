@@ -1,8 +1,6 @@
 // lvserver.exe, run as a user runs it, against the plug-in in this program.
 #include "server/server_state.h"
-#include "support/box_answerer.h"
 #include "support/server_session.h"
-#include "support/text.h"
 
 #include <winsock.h>
 

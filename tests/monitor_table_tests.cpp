@@ -1,23 +1,15 @@
 // Enumeration of the monitors.
 #include "monitor/monitor_table.h"
 
-#include "kernel/base/plugin_state.h"
 #include "monitor/enumeration.h"
 #include "monitor/vcp.h"
 #include "support/plugin_session.h"
-#include "support/replaced_imports.h"
 
 namespace {
 
 class MonitorTableTest : public HostTest {};
 
 const Lines sevenReads = {"get 0 E0", "get 0 10", "get 0 12", "get 0 14", "get 0 16", "get 0 18", "get 0 1A"};
-
-Lines operator+(Lines first, const Lines &second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 } // namespace
 

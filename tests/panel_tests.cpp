@@ -1,15 +1,11 @@
 // The panel: opening, monitor list, tree, widths and pages.
 #include "panel/panel.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
-#include "monitor/selection.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
-#include "support/box_answerer.h"
 #include "support/clock.h"
 #include "support/panel_session.h"
-#include "support/replaced_imports.h"
 #include "support/reservation_session.h"
 #include "timer/reservation_store.h"
 
@@ -36,17 +32,6 @@ Lines WithLauncher(Lines lines, const Lines &buttons)
     const auto lock = std::find(lines.begin(), lines.end(), "  ボタンロック");
     lines.insert(lock + 1, launcher.begin(), launcher.end());
     return lines;
-}
-
-// Whether something comes about within ten seconds.
-bool Comes(const std::function<bool()> &what)
-{
-    for (int round = 0; round < 1000; ++round) {
-        if (what())
-            return true;
-        Sleep(10);
-    }
-    return false;
 }
 
 const Lines allButtons = {"B1", "B2", "B3", "B4", "B5", "POWER"};
@@ -78,9 +63,7 @@ TEST_F(PanelTest, OpensAsSoonAsStarted)
     host.Run([] { EXPECT_EQ(PluginOpenPanel(nullptr), 1); });
     EXPECT_EQ(Panel(), nullptr);
     StartUp();
-    for (int round = 0; !Panel() && round < 500; ++round)
-        Sleep(10);
-    EXPECT_NE(Panel(), nullptr);
+    EXPECT_TRUE(Comes([this] { return Panel() != nullptr; }));
 }
 
 // The panel asks about missed reservations before it shows. Meanwhile it is not open, nor can it be opened twice.
@@ -431,24 +414,15 @@ TEST_F(PanelTest, IsDrivenByRealMouseAndKeyboard)
 
 TEST_F(PanelTest, NothingRemainsOfAnOpening)
 {
-    ASSERT_TRUE(Open());
-    ChooseMonitor(1);
-    ChooseMonitor(0);
     const auto showEveryPage = [&] {
         for (int item = TREE_ROOT; item < TREE_ITEM_COUNT; ++item)
             Choose(static_cast<TREEITEM>(item));
     };
-    showEveryPage();
-    Close();
-    const int handles = CountHandles(), windows = CountWindows();
-    for (int round = 0; round < 20; ++round) {
+    ExpectNothingLeft(4, [&] {
         ASSERT_TRUE(Open());
-        if (round % 5 == 0) {
-            ChooseMonitor(1);
-            showEveryPage();
-        }
+        ChooseMonitor(1);
+        ChooseMonitor(0);
+        showEveryPage();
         Close();
-    }
-    EXPECT_EQ(CountHandles(), handles);
-    EXPECT_EQ(CountWindows(), windows);
+    });
 }

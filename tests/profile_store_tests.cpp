@@ -1,13 +1,9 @@
 // The profile store with its real file, and with the two lists of a page.
 #include "profiles/profile_store.h"
 
-#include "kernel/base/plugin_state.h"
-#include "monitor/selection.h"
 #include "panel/profile_lists.h"
 #include "panel/resources/resource.h"
-#include "support/box_answerer.h"
 #include "support/plugin_session.h"
-#include "support/text.h"
 
 namespace {
 
@@ -144,14 +140,10 @@ TEST_F(ProfileStoreTest, ExistingOrUnusableFileIsLeftAlone)
     BoxAnswerer answerer("Lumivane 2", IDOK);
     Load();
     EXPECT_EQ(WriteAppProfile(0), 0);
-    EXPECT_EQ(answerer.Boxes().size(), 0u);
+    EXPECT_EQ(answerer.Boxes(), Lines{});
     EXPECT_EQ(WriteSysProfile(0), 0);
     CloseHandle(file);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, Ansi("デフォルトプロファイルの保存に失敗しました。"));
-    EXPECT_EQ(boxes[0].icon, 'x');
-    EXPECT_FALSE(boxes[0].owned);
+    EXPECT_EQ(answerer.Boxes(), Lines{Ansi("x OK: デフォルトプロファイルの保存に失敗しました。")});
     EXPECT_EQ(IniFolder::Read("profile.ini"), "");
 }
 

@@ -1,14 +1,11 @@
 // The reservation page in the panel: what it offers, its list with its buttons, and the choice to be asked first.
 #include "kernel/base/plugin_state.h"
-#include "monitor/monitor_table.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "settings/registry.h"
-#include "support/box_answerer.h"
 #include "support/clock.h"
 #include "support/panel_session.h"
 #include "support/reservation_session.h"
-#include "support/text.h"
 #include "timer/reservation_store.h"
 
 #include <commctrl.h>
@@ -58,8 +55,7 @@ void ClickRow(HWND page, int row)
     PostMessageA(list, WM_LBUTTONUP, 0, MAKELPARAM(place.left + 10, y));
     // The thread works its messages off in their order; a box that nobody sees tells when.
     PostMessageA(GetDlgItem(page, IDC_RESERVATION_USE_END), BM_SETCHECK, BST_CHECKED, 0);
-    for (int round = 0; round < 500 && !IsChecked(page, IDC_RESERVATION_USE_END); ++round)
-        Sleep(10);
+    EXPECT_TRUE(Comes([page] { return IsChecked(page, IDC_RESERVATION_USE_END); }));
     CheckDlgButton(page, IDC_RESERVATION_USE_END, BST_UNCHECKED);
 }
 
@@ -115,7 +111,6 @@ TEST_F(ReservationPageTest, ChannelsAndInputsOfTheMonitor)
         {{}, false, false, {}, -1},
     };
     BoxAnswerer answerer("Lumivane 2", IDOK);
-    size_t shown = 0;
     for (const auto &c : cases) {
         NameChannels(c.names);
         g_Monitor[0].bInputSource[7] = c.sVideo;
@@ -124,14 +119,10 @@ TEST_F(ReservationPageTest, ChannelsAndInputsOfTheMonitor)
         EXPECT_EQ(EntriesOf(page, IDC_RESERVATION_CHANNEL), c.entries);
         EXPECT_EQ(SelectionOf(page, IDC_RESERVATION_CHANNEL), c.selected);
         Click(page, IDC_RESERVATION_ADD);
-        const auto boxes = answerer.Boxes();
-        ASSERT_EQ(boxes.size(), ++shown);
         // With a channel it is the times that are wrong: both are this minute.
-        EXPECT_EQ(boxes.back().text,
-                  Sjis(c.selected < 0 ? "未設定の項目があるため、登録できませんでした。"
-                                      : "開始時間と終了時間が同じ時刻のため、登録できませんでした。"));
-        EXPECT_EQ(boxes.back().icon, c.selected < 0 ? 'x' : 'i');
-        EXPECT_TRUE(boxes.back().owned);
+        const char *refusal = c.selected < 0 ? "x OK owned: 未設定の項目があるため、登録できませんでした。"
+                                             : "i OK owned: 開始時間と終了時間が同じ時刻のため、登録できませんでした。";
+        EXPECT_EQ(answerer.TakeBoxes(), Lines{Sjis(refusal)});
     }
 }
 

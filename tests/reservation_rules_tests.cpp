@@ -2,7 +2,6 @@
 #include "timer/reservation_rules.h"
 
 #include "support/reservation_session.h"
-#include "support/text.h"
 
 namespace {
 

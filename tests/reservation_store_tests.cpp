@@ -1,14 +1,10 @@
 // The file of reservations, the table, and the page's entry and list.
 #include "timer/reservation_store.h"
 
-#include "monitor/monitor_table.h"
-#include "monitor/selection.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
-#include "support/box_answerer.h"
 #include "support/panel_session.h"
 #include "support/reservation_session.h"
-#include "support/text.h"
 
 #include <commctrl.h>
 #include <fcntl.h>
@@ -172,11 +168,7 @@ TEST_F(ReservationStoreTest, AFileThatCannotBeWritten)
     ReservationPage page;
     EnterReservation(page.Window(), "2006/06/11 20:00", "2006/06/11 21:00", "3");
     EXPECT_EQ(AddReservation(page.Window()), 1);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, Sjis("デフォルトプロファイルの保存に失敗しました。"));
-    EXPECT_EQ(boxes[0].icon, 'x');
-    EXPECT_FALSE(boxes[0].owned);
+    EXPECT_EQ(answerer.TakeBoxes(), Lines{Sjis("x OK: デフォルトプロファイルの保存に失敗しました。")});
     EXPECT_EQ(UsedSlots(), "0 1") << "what was entered still counts";
     EXPECT_EQ(g_nReservation, 2);
     EXPECT_EQ(ReservationRows(page.Window()).size(), 2u);
@@ -184,7 +176,7 @@ TEST_F(ReservationStoreTest, AFileThatCannotBeWritten)
     DeleteReservation(1);
     EXPECT_EQ(UsedSlots(), "0");
     EXPECT_EQ(IniFolder::Read("ontimer.ini"), before);
-    EXPECT_EQ(answerer.Boxes().size(), 1u) << "other failed writes are silent";
+    EXPECT_EQ(answerer.Boxes(), Lines{}) << "other failed writes are silent";
     CloseHandle(lock);
 }
 
@@ -207,15 +199,9 @@ TEST_F(ReservationStoreTest, RefusalsAreShownAndNothingIsStored)
     LoadFile(Section(0, "2006/06/11 20:00", "2006/06/11 21:00", "1"));
     const std::string before = IniFolder::Read("ontimer.ini");
     BoxAnswerer answerer("Lumivane 2", IDOK);
-    size_t shown = 0;
     for (const auto &c : cases) {
         EXPECT_EQ(Add(c.start, c.end, "3"), 1) << c.text;
-        const auto boxes = answerer.Boxes();
-        ASSERT_EQ(boxes.size(), ++shown) << c.text;
-        EXPECT_EQ(boxes.back().text, Sjis(c.text));
-        EXPECT_EQ(boxes.back().icon, c.icon) << c.text;
-        EXPECT_EQ(boxes.back().buttons, std::vector<int>{IDOK});
-        EXPECT_TRUE(boxes.back().owned);
+        EXPECT_EQ(answerer.TakeBoxes(), Lines{Sjis(c.icon + " OK owned: "s + c.text)});
     }
     EXPECT_EQ(UsedSlots(), "0");
     EXPECT_EQ(g_nReservation, 1);
@@ -273,11 +259,7 @@ TEST_F(ReservationStoreTest, DeletingByTheList)
 
     BoxAnswerer answerer("Lumivane 2", IDOK);
     DeleteReservationRow(page.Window(), 7, 3, DELETE_ROW_ERROR_BUTTON);
-    const auto boxes = answerer.Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, "LVM_DELETEITEM_ERROR_BUTTON");
-    EXPECT_EQ(boxes[0].icon, 'x');
-    EXPECT_TRUE(boxes[0].owned);
+    EXPECT_EQ(answerer.Boxes(), Lines{"x OK owned: LVM_DELETEITEM_ERROR_BUTTON"});
     EXPECT_EQ(UsedSlots(), "") << "gone all the same";
     EXPECT_EQ(g_nReservation, 0);
     EXPECT_EQ(SectionLines(7), Lines{"[Timer7]"});

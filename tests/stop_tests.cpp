@@ -2,10 +2,8 @@
 #include "kernel/base/plugin_state.h"
 #include "launcher/launcher_settings.h"
 #include "monitor/vcp.h"
-#include "support/box_answerer.h"
 #include "support/clock.h"
 #include "support/launcher_session.h"
-#include "support/replaced_imports.h"
 #include "support/reservation_session.h"
 
 namespace {
@@ -78,17 +76,9 @@ TEST_F(StopTest, ReservationsStay)
 
 TEST_F(StopTest, AnOlderVersionStays)
 {
-    HWND older = nullptr;
-    host.Run([&] {
-        WNDCLASSA windowClass = {};
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "LumVanClass";
-        RegisterClassA(&windowClass);
-        older = CreateWindowA("LumVanClass", "", 0, 0, 0, 10, 10, nullptr, nullptr, windowClass.hInstance, nullptr);
-    });
+    const HWND older = host.MakeWindow("LumVanClass");
     ASSERT_TRUE(Start());
     StopWhileOpen("Lumivane 2", g_hKernelWnd, WM_TIMER, TIMER_RESERVATION);
     EXPECT_TRUE(IsWindow(older));
-    host.Run([&] { DestroyWindow(older); });
+    host.DropWindow(older);
 }

@@ -1,7 +1,10 @@
 // A thread that looks for message boxes and presses their buttons.
 #include "support/box_answerer.h"
 
+#include "support/comes.h"
+
 #include <algorithm>
+#include <utility>
 
 static std::string TextOf(HWND window)
 {
@@ -40,8 +43,7 @@ HWND FindDialog(const std::string &caption)
 HWND WaitForDialog(const std::string &caption)
 {
     HWND dialog = nullptr;
-    for (int round = 0; !(dialog = FindDialog(caption)) && round < 1000; ++round)
-        Sleep(10);
+    Comes([&] { return (dialog = FindDialog(caption)) != nullptr; });
     return dialog;
 }
 
@@ -58,20 +60,24 @@ BoxAnswerer::~BoxAnswerer()
     CloseHandle(m_stop);
 }
 
-std::vector<AnsweredBox> BoxAnswerer::Boxes()
+std::vector<std::string> BoxAnswerer::Boxes()
 {
     const std::lock_guard lock(m_lock);
     return m_boxes;
 }
 
+std::vector<std::string> BoxAnswerer::TakeBoxes()
+{
+    const std::lock_guard lock(m_lock);
+    return std::exchange(m_boxes, {});
+}
+
 bool BoxAnswerer::WaitForBoxes(size_t count)
 {
-    for (int round = 0; round < 1000; ++round) {
-        if (Boxes().size() >= count)
-            return true;
-        Sleep(10);
-    }
-    return false;
+    return Comes([&] {
+        const std::lock_guard lock(m_lock);
+        return m_count >= count;
+    });
 }
 
 void BoxAnswerer::Watch()
@@ -104,19 +110,24 @@ static char IconOf(HWND box)
             if (shown && shown == LoadIconA(nullptr, known.icon))
                 return known.letter;
     }
-    return ' ';
+    return '-';
 }
 
 void BoxAnswerer::Answer(HWND box)
 {
     if (TextOf(box) != m_caption || std::count(m_answered.begin(), m_answered.end(), box))
         return;
-    const AnsweredBox answered = {m_caption, TextOf(GetDlgItem(box, 0xFFFF)), ButtonsOf(box), IconOf(box),
-                                  GetWindow(box, GW_OWNER) != nullptr};
+    static const char *const names[] = {"", "OK", "CANCEL", "ABORT", "RETRY", "IGNORE", "YES", "NO"};
+    std::string seen(1, IconOf(box));
+    for (const int button : ButtonsOf(box))
+        seen += std::string(" ") + names[button];
+    seen += (GetWindow(box, GW_OWNER) ? " owned: " : ": ") + TextOf(GetDlgItem(box, 0xFFFF));
+    std::erase(seen, '\r');
     m_answered.push_back(box);
     {
         const std::lock_guard lock(m_lock);
-        m_boxes.push_back(answered);
+        m_boxes.push_back(seen);
+        ++m_count;
     }
     PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(m_button), 0);
 }

@@ -8,14 +8,6 @@
 #include <thread>
 #include <vector>
 
-struct AnsweredBox {
-    std::string caption;
-    std::string text;
-    std::vector<int> buttons; // identifiers, IDOK and so on, ascending
-    char icon;                // 'x' stop, '?' question, '!' exclamation, 'i' information, ' ' none
-    bool owned;               // the box has an owner window
-};
-
 // The message box or file dialog of this process with this caption that is on screen; null without one. The panel and
 // its prompt are neither. WaitForDialog waits for it to come: null after ten seconds.
 HWND FindDialog(const std::string &caption);
@@ -29,8 +21,11 @@ public:
     BoxAnswerer(const BoxAnswerer &) = delete;
     BoxAnswerer &operator=(const BoxAnswerer &) = delete;
 
-    // What was answered so far.
-    std::vector<AnsweredBox> Boxes();
+    // What was answered so far, a line a box: icon, buttons, whether it has an owner window, and the text, such as
+    // "? YES NO owned: Really?". Icons are "x" stop, "?" question, "!" exclamation, "i" information, "-" none; lines of
+    // the text end with '\n'. TakeBoxes forgets them.
+    std::vector<std::string> Boxes();
+    std::vector<std::string> TakeBoxes();
 
     // Waits until that many boxes were answered; false after ten seconds.
     bool WaitForBoxes(size_t count);
@@ -43,7 +38,8 @@ private:
     const std::string m_caption;
     const int m_button;
     std::mutex m_lock;
-    std::vector<AnsweredBox> m_boxes;
+    std::vector<std::string> m_boxes;
+    size_t m_count = 0; // with those that were forgotten
     std::vector<HWND> m_answered;
     HANDLE m_stop;
     std::thread m_thread;

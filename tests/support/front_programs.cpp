@@ -2,19 +2,10 @@
 #include "support/front_programs.h"
 
 #include "kernel/base/platform.h"
+#include "support/comes.h"
 #include "support/ini_folder.h"
 
 #include <stdexcept>
-
-static bool Poll(const auto &condition)
-{
-    for (int round = 0; round < 1000; ++round) {
-        if (condition())
-            return true;
-        Sleep(10);
-    }
-    return false;
-}
 
 static HWND WindowOf(LPCSTR className, DWORD process)
 {
@@ -38,7 +29,7 @@ FrontProgram::FrontProgram(const std::string &name) : m_path(IniFolder::Path(nam
         throw std::runtime_error("cannot start " + m_path);
     CloseHandle(process.hThread);
     m_process = process.hProcess;
-    Poll([&] {
+    Comes([&] {
         m_window = WindowOf("lvkernel_front", process.dwProcessId);
         m_dialog = WindowOf("lvkernel_front_dialog", process.dwProcessId);
         return m_window && m_dialog;
@@ -52,7 +43,7 @@ FrontProgram::~FrontProgram()
     TerminateProcess(m_process, 0);
     WaitForSingleObject(m_process, 10000);
     CloseHandle(m_process);
-    Poll([&] { return DeleteFileA(m_path.c_str()) != 0; });
+    Comes([&] { return DeleteFileA(m_path.c_str()) != 0; });
 }
 
 std::string FrontProgram::KnownPath() const
@@ -62,7 +53,7 @@ std::string FrontProgram::KnownPath() const
 
 bool MoveToFront(HWND window)
 {
-    return Poll([&] {
+    return Comes([&] {
         SetForegroundWindow(window);
         return GetForegroundWindow() == window;
     });

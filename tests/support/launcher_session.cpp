@@ -1,9 +1,7 @@
 // Launcher pages and values.
 #include "support/launcher_session.h"
 
-#include "kernel/base/plugin_state.h"
 #include "settings/registry.h"
-#include "support/replaced_imports.h"
 
 void LauncherPagesTest::OpenPanel(int monitor)
 {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "support/panel_session.h"
-#include "support/text.h"
 
 #include <optional>
 #include <string>

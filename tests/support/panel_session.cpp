@@ -1,7 +1,6 @@
 // The panel opened, and pages chosen in it.
 #include "support/panel_session.h"
 
-#include "kernel/base/plugin_state.h"
 #include "kernel/plugin.h"
 #include "monitor/vcp.h"
 #include "panel/resources/resource.h"
@@ -65,6 +64,14 @@ HWND PanelTest::Panel() const
 HWND PanelTest::Page(TREEITEM item) const
 {
     return PageWindow(item);
+}
+
+std::string PanelTest::Requests()
+{
+    std::string requests;
+    for (const std::string &line : host.TakeLog())
+        requests += line + "|";
+    return requests;
 }
 
 int PanelTest::Widening() const

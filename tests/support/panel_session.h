@@ -32,6 +32,9 @@ protected:
     HWND Panel() const;
     HWND Page(TREEITEM item) const; // the page that the item opens; null when it is not open
 
+    // What the host was asked since the last look, with '|' behind each request.
+    std::string Requests();
+
     // The width of the panel beyond the width that it opened with.
     int Widening() const;
 

@@ -14,6 +14,7 @@
 #include "profiles/profile_store.h"
 #include "server/server_state.h"
 #include "support/clock.h"
+#include "support/comes.h"
 #include "support/replaced_imports.h"
 #include "timer/reservation_input.h"
 #include "timer/reservation_store.h"
@@ -124,8 +125,7 @@ bool PluginRun::Start()
 {
     Init();
     // A thread that could not make its window has ended by itself.
-    for (int round = 0; m_running && !g_hKernelWnd && PluginThreads() > 0 && round < 1000; ++round)
-        Sleep(10);
+    Comes([this] { return !m_running || g_hKernelWnd || PluginThreads() == 0; });
     return g_hKernelWnd != nullptr;
 }
 

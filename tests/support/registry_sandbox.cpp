@@ -104,3 +104,15 @@ std::optional<std::string> TextAt(HKEY root, const char *subKey, const char *nam
     const auto bytes = BytesAt(root, HostPath(subKey).c_str(), name);
     return bytes ? std::optional(bytes->substr(0, bytes->find('\0'))) : std::nullopt;
 }
+
+static const char s_Launcher[] = "LumvanLauncher";
+
+void PutLauncher(const std::string &name, DWORD value)
+{
+    PutDword(HKEY_CURRENT_USER, s_Launcher, name.c_str(), value);
+}
+
+std::optional<DWORD> LauncherValue(const std::string &name)
+{
+    return DwordAt(HKEY_CURRENT_USER, s_Launcher, name.c_str());
+}

@@ -25,6 +25,8 @@ private:
 void PutDword(HKEY root, const char *subKey, const char *name, DWORD value);
 void PutText(HKEY root, const char *subKey, const char *name, const std::string &value);
 void PutValue(HKEY root, const char *subKey, const char *name, DWORD type, const void *data, DWORD size);
+void PutLauncher(const std::string &name, DWORD value); // among the user's launcher settings
+std::optional<DWORD> LauncherValue(const std::string &name);
 std::optional<DWORD> DwordAt(HKEY root, const char *subKey, const char *name);
 std::optional<std::string> TextAt(HKEY root, const char *subKey, const char *name); // up to the first zero
 std::optional<std::string> BytesAt(HKEY root, const char *path, const char *name);  // the path from the root on

@@ -1,17 +1,12 @@
 // The page, its file, its prompt.
 #include "support/reservation_session.h"
 
-#include "kernel/base/plugin_state.h"
 #include "monitor/enumeration.h"
-#include "monitor/monitor_table.h"
-#include "monitor/vcp_codes.h"
 #include "panel/page_table.h"
 #include "panel/reservation_rows.h"
 #include "panel/resources/resource.h"
 #include "support/clock.h"
 #include "support/panel_session.h"
-#include "support/replaced_imports.h"
-#include "support/text.h"
 #include "timer/reservation_store.h"
 #include "timer/reserve_prompt.h"
 #include "timer/scheduler.h"

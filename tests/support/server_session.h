@@ -15,15 +15,13 @@ protected:
     void StartLink()
     {
         g_bAbort = 0;
-        constexpr char NOT_READ_YET = '\x01';
+        static constexpr char NOT_READ_YET = '\x01';
         g_szGroupName[0] = NOT_READ_YET;
         ASSERT_TRUE(Start());
         StartUp();
         // The port alone would tell little: another plug-in on this machine may share it. The group's name is the last
         // thing that the listener finds out about itself.
-        for (int round = 0; round < 1000 && g_szGroupName[0] == NOT_READ_YET; ++round)
-            Sleep(10);
-        ASSERT_NE(g_szGroupName[0], NOT_READ_YET);
+        ASSERT_TRUE(Comes([] { return g_szGroupName[0] != NOT_READ_YET; }));
         ASSERT_TRUE(WaitForPort(true));
         host.TakeLog();
     }

@@ -11,6 +11,12 @@
 static const char s_ClassName[] = "lvkernel_tests_host";
 constexpr UINT WM_RUN = WM_APP; // wParam: a function to run
 
+Lines operator+(Lines first, const Lines &second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 TestMonitor ColorMonitor(const std::string &model)
 {
     return {model,
@@ -100,6 +106,25 @@ LRESULT CALLBACK TestHost::WindowProc(HWND window, UINT message, WPARAM wParam, 
 void TestHost::Run(const std::function<void()> &what)
 {
     SendMessageA(m_window, WM_RUN, reinterpret_cast<WPARAM>(&what), 0);
+}
+
+HWND TestHost::MakeWindow(const char *className, WNDPROC procedure, HINSTANCE module)
+{
+    HWND window = nullptr;
+    Run([&] {
+        WNDCLASSA windowClass = {};
+        windowClass.lpfnWndProc = procedure;
+        windowClass.hInstance = module;
+        windowClass.lpszClassName = className;
+        RegisterClassA(&windowClass);
+        window = CreateWindowA(className, "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, module, nullptr);
+    });
+    return window;
+}
+
+void TestHost::DropWindow(HWND window)
+{
+    Run([window] { DestroyWindow(window); });
 }
 
 void TestHost::Introduce()

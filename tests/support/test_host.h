@@ -22,6 +22,9 @@
 
 using Lines = std::vector<std::string>;
 
+// The first lines, and then the others.
+Lines operator+(Lines first, const Lines &second);
+
 struct TestFeature {
     LONG current;
     LONG maximum;
@@ -96,6 +99,11 @@ public:
 
     // Runs something on the thread that owns the host's window, as a host calls a slot, and waits for its end.
     void Run(const std::function<void()> &what);
+
+    // A hidden window of the host's thread, of a class of its own that belongs to a module. DropWindow destroys it.
+    HWND MakeWindow(const char *className, WNDPROC procedure = DefWindowProcA,
+                    HINSTANCE module = GetModuleHandleA(nullptr));
+    void DropWindow(HWND window);
 
     // Makes the plug-in know the host's address, by a packet that answers nothing.
     void Introduce();
