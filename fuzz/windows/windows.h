@@ -7,6 +7,19 @@
 #include <cstdio>
 #include <cstring>
 
+#define WINAPI
+#define MAX_PATH 260
+#define INVALID_FILE_ATTRIBUTES 0xFFFFFFFFu
+#define INVALID_HANDLE_VALUE nullptr
+#define ARRAYSIZE(ARRAY) (sizeof(ARRAY) / sizeof(*(ARRAY)))
+#define __mingw_vsnprintf vsnprintf
+#define MAKELANGID(LANGUAGE, SUBLANGUAGE) 0
+
+typedef int BOOL;
+typedef unsigned UINT;
+typedef long LONG_PTR;
+typedef void *HANDLE;
+typedef void *HMODULE;
 typedef uint8_t BYTE;
 typedef uint16_t WORD;
 typedef uint32_t DWORD;
@@ -48,3 +61,37 @@ __attribute__((format(printf, 2, 3))) inline int wsprintfA(char *buffer, LPCSTR 
     memcpy(buffer, text, length + 1);
     return static_cast<int>(length);
 }
+
+// ---- What the host's parsers stand beside ---------------------------------------------------------------------------
+
+// Files and texts in UTF-16, which the fuzzers give none of: nothing is there, and nothing is converted.
+constexpr int FALSE = 0;
+constexpr UINT CP_ACP = 0, CP_UTF8 = 65001;
+constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
+constexpr DWORD GENERIC_READ = 0x80000000, FILE_SHARE_READ = 1, FILE_SHARE_WRITE = 2, OPEN_EXISTING = 3;
+constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000, FORMAT_MESSAGE_IGNORE_INSERTS = 0x200;
+constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
+
+struct WIN32_FIND_DATAW {
+    DWORD dwFileAttributes;
+    wchar_t cFileName[MAX_PATH];
+};
+
+#define NOTHING_IS_THERE(RESULT, NAME, VALUE)                                                                          \
+    template <typename... ARGUMENTS>                                                                                   \
+    RESULT NAME(ARGUMENTS...)                                                                                          \
+    {                                                                                                                  \
+        return VALUE;                                                                                                  \
+    }
+NOTHING_IS_THERE(int, MultiByteToWideChar, 0)
+NOTHING_IS_THERE(int, WideCharToMultiByte, 0)
+NOTHING_IS_THERE(HANDLE, CreateFileW, INVALID_HANDLE_VALUE)
+NOTHING_IS_THERE(BOOL, ReadFile, FALSE)
+NOTHING_IS_THERE(BOOL, CloseHandle, FALSE)
+NOTHING_IS_THERE(DWORD, GetFileSize, 0)
+NOTHING_IS_THERE(DWORD, GetLastError, 2)
+NOTHING_IS_THERE(DWORD, FormatMessageW, 0)
+NOTHING_IS_THERE(DWORD, GetFileAttributesW, INVALID_FILE_ATTRIBUTES)
+NOTHING_IS_THERE(HANDLE, FindFirstFileW, INVALID_HANDLE_VALUE)
+NOTHING_IS_THERE(BOOL, FindNextFileW, FALSE)
+NOTHING_IS_THERE(BOOL, FindClose, FALSE)

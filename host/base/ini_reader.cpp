@@ -5,7 +5,7 @@
 #include <set>
 
 #include "host/base/text.h"
-#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_sizes.h"
 
 // What the lines read so far amount to.
 struct INISTATE {
@@ -142,7 +142,7 @@ bool ReadIniCapabilities(std::string_view value, std::string *capabilities, std:
         return RefuseIni(reason, "a capability string is printable ASCII text");
     if (capabilities->size() + value.size() >= HOST_CAPABILITIES_SIZE)
         return RefuseIni(reason,
-                         Format("the capability string is longer than %lu characters", HOST_CAPABILITIES_SIZE - 1));
+                         Format("the capability string is longer than %u characters", HOST_CAPABILITIES_SIZE - 1));
     *capabilities += value;
     return true;
 }

@@ -5,7 +5,7 @@
 
 #include "host/base/ini_reader.h"
 #include "host/base/text.h"
-#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_sizes.h"
 
 constexpr size_t MONITOR_FILE_LIMIT = 64 * 1024;
 
@@ -237,7 +237,7 @@ bool ParseMonitorFile(const std::string &text, const std::string &path, MONITORF
 {
     *file = {};
     file->path = path;
-    file->digest = std::hash<std::string>()(text);
+    file->digest = static_cast<unsigned>(std::hash<std::string>()(text));
     DESCRIPTION description = {file, {}, {"NRV", 1, 1, 2003, 38, 30, {}}};
     std::vector<INIFAULT> faults = ReadIni(text, FindSection, 1, &description);
     std::string reason;

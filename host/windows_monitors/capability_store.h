@@ -10,12 +10,8 @@
 
 #include <mutex>
 #include <string>
-#include <vector>
 
-struct KEPTCAPABILITIES {
-    std::string key;  // EdidKey of the monitor
-    std::string text; // any bytes, not empty
-};
+#include "host/windows_monitors/kept_text.h"
 
 struct CAPABILITYSTORE {
     std::string folder; // empty: nothing is kept
@@ -49,7 +45,3 @@ size_t CapabilityReadStrikes(CAPABILITYSTORE *store, const std::string &key);
 
 // Forgets all strings and markers.
 void ForgetCapabilities(CAPABILITYSTORE *store);
-
-// The file's text, and what it holds. Reading gives false, and no entry, when a byte of it is wrong.
-std::string WriteKeptText(const std::vector<KEPTCAPABILITIES> &kept);
-bool ReadKeptText(const std::string &text, std::vector<KEPTCAPABILITIES> *kept);

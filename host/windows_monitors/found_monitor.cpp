@@ -7,7 +7,7 @@
 #include "host/base/capability_text.h"
 #include "host/base/text.h"
 #include "host/windows_monitors/access_error.h"
-#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_sizes.h"
 
 constexpr DWORD BEHIND_ONE_LIMIT = 64; // more monitors behind one display than this are a driver's mistake
 

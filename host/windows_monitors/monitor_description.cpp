@@ -133,8 +133,6 @@ static std::string DescribeCapabilities(const MONITORANSWERS &answers)
     if (string.empty())
         return text;
     text += Line("", Quoted(string));
-    if (string.size() >= HOST_CAPABILITIES_SIZE)
-        text += Line("", Format("longer than %lu bytes: the plug-in gets its beginning", HOST_CAPABILITIES_SIZE - 1));
     text += Line("", "model " + Quoted(CapabilityModel(string)) + ", MCCS version " +
                          Quoted(CapabilityItem(string, "mccs_ver")));
     for (const CAPABILITYCODE &code : CapabilityCodes(string))

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "host/base/text.h"
-#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_sizes.h"
 
 constexpr size_t OVERRIDE_FILE_LIMIT = 256 * 1024;
 constexpr size_t FAULT_LIMIT = 20; // more lines than this are not worth a message each

@@ -6,7 +6,7 @@
 
 #include "host/base/capability_text.h"
 #include "host/base/text.h"
-#include "kernel/link/host_protocol.h"
+#include "kernel/link/host_sizes.h"
 
 constexpr BYTE COLOR_PRESET = 0x14, INPUT_SOURCE = 0x60;
 constexpr BYTE VALUE_LIMIT = 16;    // the plug-in's tables of presets and inputs

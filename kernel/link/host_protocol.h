@@ -8,6 +8,8 @@
 
 #include <cstddef>
 
+#include "kernel/link/host_sizes.h"
+
 static_assert(sizeof(void *) == 4, "host and plug-in exchange 32-bit pointers");
 
 // ---- Export and slot table ----------------------------------------------------------------------------------------
@@ -114,11 +116,6 @@ enum : WORD {
     HOST_GET_CAPABILITIES = 28,  //                                              -> 512 bytes, zero-padded
     HOST_GET_EDID = 29,          //                                              -> 128 bytes: the base block
 };
-
-constexpr DWORD HOST_NAME_SIZE = 12;
-constexpr DWORD HOST_CAPABILITIES_SIZE = 512;
-constexpr DWORD HOST_EDID_SIZE = 128;
-constexpr DWORD HOST_INPUT_COUNT = 16;
 
 // HOSTDATA::wCode of HOST_NOTICE.
 enum : WORD {
