@@ -11,12 +11,14 @@
 
 #include <initializer_list>
 
+// clang-format off: its releases break such a list in ways of their own
 // A page by the name that its control identifiers have in common.
 #define BUTTON_PAGE(BUTTON, NAME, LOCK_BIT)                                                                            \
     {                                                                                                                  \
         BUTTON, IDC_##NAME##_ENABLE, IDC_##NAME##_PROGRAM, IDC_##NAME##_BROWSE_PROGRAM, IDC_##NAME##_DELETE_PROGRAM,   \
             IDC_##NAME##_PARAMETER, IDC_##NAME##_BROWSE_PARAMETER, IDC_##NAME##_DELETE_PARAMETER, LOCK_BIT             \
     }
+// clang-format on
 
 static const BUTTONPAGE s_Pages[LAUNCHER_BUTTON_COUNT] = {
     BUTTON_PAGE(1, BUTTON_1, 1),

@@ -341,10 +341,11 @@ static std::string NotAnswered(STAGE *stage)
 
 // ---- Table --------------------------------------------------------------------------------------------------------
 
-#define PAGE_SHOWN(NAME, ITEM)                                                                                         \
-    {                                                                                                                  \
-        NAME, "that page shown", DURING::Act, IDOK, PrepareUsed, OpenPanelAtRoot, ShowPage<ITEM>, PageNotShown         \
-    }
+template <TREEITEM ITEM>
+static constexpr SCENARIO PageShown(const char *name)
+{
+    return {name, "that page shown", DURING::Act, IDOK, PrepareUsed, OpenPanelAtRoot, ShowPage<ITEM>, PageNotShown};
+}
 
 const SCENARIO g_Scenarios[] = {
     {"first-start", "a start without any settings", DURING::Start, IDOK, PrepareNew, nullptr, nullptr, NotStarted},
@@ -368,16 +369,16 @@ const SCENARIO g_Scenarios[] = {
      NotAnswered},
     {"panel", "the panel opened, and closed", DURING::Act, IDOK, PrepareUsed, PutMonitors, OpenAndClosePanel,
      PanelNotOpened},
-    PAGE_SHOWN("show-apps", TREE_APPLICATIONS),
-    PAGE_SHOWN("show-colors", TREE_COLOR),
-    PAGE_SHOWN("show-network", TREE_NETWORK),
-    PAGE_SHOWN("show-log", TREE_COMM_LOG),
-    PAGE_SHOWN("show-lock", TREE_BUTTON_LOCK),
-    PAGE_SHOWN("show-launcher", TREE_LAUNCHER),
-    PAGE_SHOWN("show-button-1", TREE_BUTTON_1),
-    PAGE_SHOWN("show-power", TREE_BUTTON_6),
-    PAGE_SHOWN("show-res", TREE_RESERVATION),
-    PAGE_SHOWN("show-version", TREE_VERSION),
+    PageShown<TREE_APPLICATIONS>("show-apps"),
+    PageShown<TREE_COLOR>("show-colors"),
+    PageShown<TREE_NETWORK>("show-network"),
+    PageShown<TREE_COMM_LOG>("show-log"),
+    PageShown<TREE_BUTTON_LOCK>("show-lock"),
+    PageShown<TREE_LAUNCHER>("show-launcher"),
+    PageShown<TREE_BUTTON_1>("show-button-1"),
+    PageShown<TREE_BUTTON_6>("show-power"),
+    PageShown<TREE_RESERVATION>("show-res"),
+    PageShown<TREE_VERSION>("show-version"),
     {"color-page", "colours changed on their page", DURING::Act, IDOK, PrepareUsed, OpenColorPage, ChangeColors,
      ColorsNotChanged},
     {"color-store", "a colour profile and a program registered there", DURING::Act, IDOK, PrepareUsed, OpenColorPage,

@@ -134,9 +134,8 @@ TEST_F(HostApp, HasItsIconAsSoonAsThereIsAPlaceForIt)
 {
     ResetFakeShell(2, false);
     Start();
-    CallOnWindow(&app->window, [this] {
-        TellUser(&app->tray.notices, app->window.hWnd, app->tray.isThere, {L"T", L"text", true});
-    });
+    const BALLOON balloon = {L"T", L"text", true};
+    CallOnWindow(&app->window, [&] { TellUser(&app->tray.notices, app->window.hWnd, app->tray.isThere, balloon); });
     const auto isThere = [this] {
         Send(WM_TIMER, TIMER_TRAY);
         return LookAtIcon().isThere;
