@@ -39,8 +39,6 @@ bool IsDisplayEvent(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_DISPLAYCHANGE:
         return true;
-    case WM_POWERBROADCAST:
-        return wParam == PBT_APMRESUMEAUTOMATIC || wParam == PBT_APMRESUMESUSPEND || wParam == PBT_APMRESUMECRITICAL;
     case WM_DEVICECHANGE:
         return (wParam == DBT_DEVICEARRIVAL || wParam == DBT_DEVICEREMOVECOMPLETE) && IsMonitorDevice(lParam);
     default:

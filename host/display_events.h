@@ -9,6 +9,5 @@ HDEVNOTIFY RegisterDisplayEvents(HWND hWnd);
 // Harmless for null.
 void UnregisterDisplayEvents(HDEVNOTIFY hNotify);
 
-// Whether a message to a window says that: the displays have changed, the PC has woken up, a monitor was plugged or
-// unplugged.
+// Whether a message to a window says that: the displays have changed, a monitor was plugged or unplugged.
 bool IsDisplayEvent(UINT message, WPARAM wParam, LPARAM lParam);

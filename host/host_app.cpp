@@ -60,8 +60,20 @@ static void OnSessionEnd(HOSTAPP *app)
 {
     LogEvent("the session ends");
     app->window.isEnding = true;
-    StopRunningPlugin(&app->plugin, app->monitors);
+    StopRunningPlugin(&app->plugin, &app->monitors);
     EndHost(&app->window, 0);
+}
+
+static void OnSessionChange(HOSTAPP *app, SESSIONCHANGE change)
+{
+    if (change == SESSION_SAME || app->window.isEnding)
+        return;
+    LogEvent(change == SESSION_RESTS ? "the monitors are left alone" : "the monitors may be used");
+    LeaveMonitorsAlone(&app->monitors, change == SESSION_RESTS);
+    if (change == SESSION_RESTS)
+        PauseDetection(&app->reload);
+    else
+        OnDisplayEvent(&app->reload);
 }
 
 static bool TakeMessage(void *context, UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result)
@@ -71,7 +83,8 @@ static bool TakeMessage(void *context, UINT message, WPARAM wParam, LPARAM lPara
         OnTaskbarCreated(&app->tray);
         return true;
     }
-    if (IsDisplayEvent(message, wParam, lParam))
+    OnSessionChange(app, TakeSessionEvent(&app->session, message, wParam, lParam));
+    if (IsDisplayEvent(message, wParam, lParam) && MayAccessMonitors(app->session))
         OnDisplayEvent(&app->reload);
     switch (message) {
     case WM_HOST_PACKET:
@@ -165,10 +178,11 @@ static bool StartWindows(HOSTAPP *app)
 // goes.
 static void StopAll(HOSTAPP *app)
 {
-    StopRunningPlugin(&app->plugin, app->monitors);
+    StopRunningPlugin(&app->plugin, &app->monitors);
     StopDetection(&app->reload);
     UnloadStoppedPlugin(&app->plugin);
     StopTray(&app->tray);
+    UnregisterSessionEvents(&app->sessionEvents);
     DestroyMonitorWindows();
     DestroyHostWindow(&app->window);
     app->isDriverStuck = !CloseMonitors(&app->monitors);
@@ -192,6 +206,7 @@ int RunHost(HOSTAPP *app)
     if (app->prepare && !app->prepare(app, &error))
         return Fail(app, error, 1);
     StartDetection(&app->reload);
+    RegisterSessionEvents(&app->sessionEvents, app->window.hWnd);
     if (!StartPlugin(&app->plugin, app->window.hWnd, app->monitors))
         return Fail(app, app->options.plugin + ": the plug-in does not start", 1);
     if (app->begin)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/reload.h"
+#include "host/session_state.h"
 
 struct HOSTAPP {
     HINSTANCE hInstance = nullptr;
@@ -14,6 +15,8 @@ struct HOSTAPP {
     TRAY tray = {};
     STARTUP startUp = {&options, &window, &monitors, &plugin, &tray};
     RELOAD reload = {&options, &window, &monitors, &plugin, &tray, &startUp};
+    SESSIONSTATE session = {};
+    SESSIONEVENTS sessionEvents = {};
 
     int status = 0;             // the process's exit status
     bool isDriverStuck = false; // a call into the graphics driver has not come back: end with TerminateProcess

@@ -10,15 +10,20 @@
 bool OpenMonitors(HOSTMONITORS *monitors, const OPTIONS &options, std::string *error)
 {
     OpenSimulation(&monitors->simulation);
-    if (!options.windowsMonitors)
-        return OpenSimulatedSource(&monitors->simulation, options.monitors, &monitors->source, error);
-    monitors->source = OpenWindowsSource(options.fresh);
+    if (options.windowsMonitors)
+        monitors->source = OpenWindowsSource(options.fresh);
+    else if (!OpenSimulatedSource(&monitors->simulation, options.monitors, &monitors->source, error))
+        return false;
+    monitors->care = new MONITORCARE{};
+    monitors->source.backend = StartMonitorCare(monitors->care, monitors->source.backend);
     return true;
 }
 
-std::vector<MONITORIDENTITY> LookForMonitors(const HOSTMONITORS *monitors)
+std::vector<MONITORIDENTITY> LookForMonitors(HOSTMONITORS *monitors)
 {
-    return monitors->source.look(monitors->source.context);
+    const std::vector<MONITORIDENTITY> seen = monitors->source.look(monitors->source.context);
+    SettleMonitors(monitors->care, seen);
+    return seen;
 }
 
 std::vector<MONITORIDENTITY> MonitorsInUse(const HOSTMONITORS *monitors)
@@ -29,10 +34,19 @@ std::vector<MONITORIDENTITY> MonitorsInUse(const HOSTMONITORS *monitors)
 void FindMonitors(HOSTMONITORS *monitors, bool keepsPlaces)
 {
     monitors->source.find(monitors->source.context, keepsPlaces);
+    SetCaredMonitors(monitors->care, MonitorsInUse(monitors));
     for (const std::string &line : SplitAt(monitors->source.trouble(monitors->source.context, true), '\n')) {
         ConsoleLine("trayhub: " + line);
         LogEvent(line);
     }
+}
+
+void LeaveMonitorsAlone(HOSTMONITORS *monitors, bool areLeftAlone)
+{
+    RestMonitors(monitors->care, areLeftAlone);
+    if (!areLeftAlone)
+        DoubtMonitors(monitors->care);
+    monitors->source.rest(monitors->source.context, areLeftAlone);
 }
 
 int CountMonitors(const HOSTMONITORS *monitors)
@@ -46,8 +60,9 @@ std::wstring MonitorTrouble(const HOSTMONITORS *monitors)
     return Widen(monitors->source.trouble(monitors->source.context, false));
 }
 
-void EndMonitorAccesses(const HOSTMONITORS *monitors)
+void EndMonitorAccesses(HOSTMONITORS *monitors)
 {
+    RestMonitors(monitors->care, false);
     monitors->source.stop(monitors->source.context);
 }
 
@@ -55,6 +70,9 @@ bool CloseMonitors(HOSTMONITORS *monitors)
 {
     const bool isClosed = !monitors->source.close || monitors->source.close(monitors->source.context);
     monitors->source = {};
+    if (isClosed) // else a thread in the driver still uses it
+        delete monitors->care;
+    monitors->care = nullptr;
     CloseSimulation(&monitors->simulation);
     return isClosed;
 }

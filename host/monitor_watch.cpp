@@ -59,6 +59,12 @@ void WatchMonitors(MONITORWATCH *watch)
     watch->changed.notify_one();
 }
 
+void CancelLooks(MONITORWATCH *watch)
+{
+    std::lock_guard lock(watch->mutex);
+    watch->series = {};
+}
+
 void AskToFindMonitors(MONITORWATCH *watch)
 {
     {

@@ -34,6 +34,9 @@ void StartMonitorWatch(MONITORWATCH *watch);
 // An event: a series of looks begins. Any thread.
 void WatchMonitors(MONITORWATCH *watch);
 
+// The series is over. A look that is being made goes on. Any thread.
+void CancelLooks(MONITORWATCH *watch);
+
 // Has the thread find the monitors, after the look that is being made. Any thread.
 void AskToFindMonitors(MONITORWATCH *watch);
 

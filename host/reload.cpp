@@ -17,7 +17,7 @@ static void BeginReload(RELOAD *reload, bool byHand)
     reload->formerMonitors = MonitorsInUse(reload->monitors);
     plugin->panelWish = plugin->panelWish || FindPanel();
     CancelStartUp(reload->startUp);
-    StopRunningPlugin(plugin, *reload->monitors);
+    StopRunningPlugin(plugin, reload->monitors);
     UnloadStoppedPlugin(plugin);
     AskToFindMonitors(&reload->watch);
 }
@@ -73,6 +73,11 @@ void OnDisplayEvent(RELOAD *reload)
         return;
     LogEvent("the displays may have changed");
     WatchMonitors(&reload->watch);
+}
+
+void PauseDetection(RELOAD *reload)
+{
+    CancelLooks(&reload->watch);
 }
 
 // With --quit or presses to come, the monitors at the start are those that the command line is about.

@@ -28,6 +28,9 @@ void StartDetection(RELOAD *reload);
 // The displays may have changed: monitors are looked for now and a few times more.
 void OnDisplayEvent(RELOAD *reload);
 
+// Monitors are not looked for until the next OnDisplayEvent.
+void PauseDetection(RELOAD *reload);
+
 // Whether the monitors may be taken up anew now: not while that is going on, nor while the command line is being worked
 // off, nor when those of the start are to stay.
 bool CanDetect(const RELOAD *reload);

@@ -23,12 +23,12 @@ void OpenPanel(RUNNINGPLUGIN *plugin)
     LogLine("host>plugin", "slot", Format("slot=%d result=%d", PLUGIN_SLOT_OPEN_PANEL, result));
 }
 
-int StopRunningPlugin(RUNNINGPLUGIN *plugin, const HOSTMONITORS &monitors)
+int StopRunningPlugin(RUNNINGPLUGIN *plugin, HOSTMONITORS *monitors)
 {
     if (!plugin->isRunning)
         return 0;
     plugin->isRunning = false;
-    EndMonitorAccesses(&monitors);
+    EndMonitorAccesses(monitors);
     return StopPlugin(&plugin->library);
 }
 

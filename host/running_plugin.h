@@ -25,7 +25,7 @@ void OpenPanel(RUNNINGPLUGIN *plugin);
 
 // Slot 15, once. The router still answers it, and accesses to the monitors that it waits for end soon. Returns the
 // slot's result, or 0 when the plug-in does not run.
-int StopRunningPlugin(RUNNINGPLUGIN *plugin, const HOSTMONITORS &monitors);
+int StopRunningPlugin(RUNNINGPLUGIN *plugin, HOSTMONITORS *monitors);
 
 // Stops the router, so that no thread is in the plug-in, and unloads it. After StopRunningPlugin; harmless when nothing
 // is loaded.

@@ -200,7 +200,7 @@ static STEPRESULT StepStop(TOUR *tour)
 {
     HOSTAPP *app = tour->app;
     int result = 0;
-    CallOnWindow(&app->window, [&] { result = StopRunningPlugin(&app->plugin, app->monitors); });
+    CallOnWindow(&app->window, [&] { result = StopRunningPlugin(&app->plugin, &app->monitors); });
     if (result != 1)
         return FailStep(tour, Format("the plug-in's stop gave %d", result));
     if (!HasNotice(&app->plugin.router, HOST_NOTICE_STOPPED))

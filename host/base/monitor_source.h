@@ -38,6 +38,10 @@ struct MONITORSOURCE {
     // log in English.
     std::string (*trouble)(void *context, bool inEnglish);
 
+    // From now on the monitors are left alone: nothing is read from them in passing. Or no longer: they may have slept
+    // meanwhile.
+    void (*rest)(void *context, bool rests);
+
     // Accesses that wait, now or later, end soon.
     void (*stop)(void *context);
 

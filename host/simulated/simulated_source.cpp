@@ -51,6 +51,8 @@ static std::string Trouble(void *, bool)
     return {};
 }
 
+static void Rest(void *, bool) {}
+
 static void Stop(void *context)
 {
     EndSimulationDelays(Simulation(context));
@@ -70,6 +72,6 @@ bool OpenSimulatedSource(SIMULATION *simulation, const std::vector<std::string> 
     simulation->paths = paths;
     for (const MONITORFILE &file : files)
         AddSimulatedMonitor(simulation, file);
-    *source = {simulation, SimulationBackend(simulation), Look, InUse, Find, Trouble, Stop, Close};
+    *source = {simulation, SimulationBackend(simulation), Look, InUse, Find, Trouble, Rest, Stop, Close};
     return true;
 }

@@ -27,11 +27,6 @@ TEST(DisplayEvents, AreToldFromOtherMessages)
         bool isEvent;
     } cases[] = {
         {"another resolution", WM_DISPLAYCHANGE, 32, nullptr, true},
-        {"awake", WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, nullptr, true},
-        {"awake, a user is there", WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, nullptr, true},
-        {"awake after an emergency", WM_POWERBROADCAST, PBT_APMRESUMECRITICAL, nullptr, true},
-        {"going to sleep", WM_POWERBROADCAST, PBT_APMSUSPEND, nullptr, false},
-        {"battery", WM_POWERBROADCAST, PBT_APMPOWERSTATUSCHANGE, nullptr, false},
         {"monitor plugged", WM_DEVICECHANGE, DBT_DEVICEARRIVAL, &monitor, true},
         {"monitor unplugged", WM_DEVICECHANGE, DBT_DEVICEREMOVECOMPLETE, &monitor, true},
         {"monitor asked about", WM_DEVICECHANGE, DBT_DEVICEQUERYREMOVE, &monitor, false},

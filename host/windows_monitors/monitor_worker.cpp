@@ -285,7 +285,7 @@ static void WorkerLoop(const std::shared_ptr<MONITORWORKER> &worker)
             continue;
         }
         const bool isUnread = worker->state == CAPABILITIES_WANTED;
-        const bool wantsRead = (isUnread || worker->isToBeKept) && !workshop->stopping;
+        const bool wantsRead = (isUnread || worker->isToBeKept) && !workshop->stopping && !workshop->resting;
         const DWORD wait = wantsRead ? WaitForReadTurn(worker.get()) : 0;
         if (wantsRead && wait == 0)
             (isUnread ? ReadCapabilities : ProveCapabilities)(worker.get(), lock);
@@ -536,6 +536,19 @@ bool PostToMonitorWorker(const std::shared_ptr<MONITORWORKER> &worker, const MON
     PushJob(worker.get(),
             std::make_shared<WORKERJOB>(WORKERJOB{job.run, job.giveUp, GetTickCount(), ACCESS_PATIENCE, {}, {}, {}}));
     return true;
+}
+
+void RestWorkshop(WORKSHOP *workshop, bool rests)
+{
+    LOCK lock(workshop->mutex);
+    workshop->resting = rests;
+    for (const std::shared_ptr<MONITORWORKER> &worker : workshop->workers) {
+        if (rests)
+            continue;
+        Lose(worker.get());
+        worker->lostTick -= REOPEN_PERIOD;
+    }
+    workshop->changed.notify_all();
 }
 
 // ---- The end --------------------------------------------------------------------------------------------------------

@@ -39,6 +39,7 @@ struct WORKSHOP {
 
     std::mutex mutex; // guards all that follows, and what the workers say so of
     std::condition_variable changed;
+    bool resting = false;  // no capability string is read unasked
     bool stopping = false; // accesses have STOP_PATIENCE
     DWORD stopTick = 0;
     bool closing = false;   // the threads end
@@ -130,6 +131,10 @@ ACCESSANSWER AskMonitorWorker(MONITORWORKER *worker, ACCESSKIND kind, BYTE code,
 
 // The capability string, waited for in the same way. Returns 0 or the error; *text is then untouched. Any thread.
 DWORD AskMonitorCapabilities(MONITORWORKER *worker, DWORD patience, std::string *text);
+
+// No capability string is read unasked from now on, or again; then each monitor is opened anew at its next access: a
+// handle from before a sleep may be good for nothing without saying so. Any thread.
+void RestWorkshop(WORKSHOP *workshop, bool rests);
 
 // From now on accesses have STOP_PATIENCE; those that wait, too.
 void StopWorkshop(WORKSHOP *workshop);

@@ -26,6 +26,7 @@ struct WINDOWSMONITORS {
     std::vector<std::shared_ptr<MONITORSEARCH>> searches; // those that took too long
     std::shared_ptr<WORKSHOP> workshop;
     std::vector<WINDOWSMONITOR> monitors;
+    bool isResting;
     bool hasStuckThread; // of this or an earlier set of monitors
 };
 
@@ -185,6 +186,7 @@ void FindWindowsMonitors(WINDOWSMONITORS *monitors, bool keepsPlaces)
     monitors->findingError = finding.error;
     monitors->findingTrouble = finding.trouble;
     monitors->workshop = MakeWorkshop(monitors);
+    monitors->workshop->resting = monitors->isResting;
     for (const MONITORPLACE &place : ArrangeMonitors(former, finding.monitors))
         monitors->monitors.push_back(StartMonitor(
             monitors, monitors->workshop, (place.isThere ? finding.monitors : former)[place.index], place.isThere));
@@ -332,6 +334,14 @@ std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors)
 }
 
 // ---- The end --------------------------------------------------------------------------------------------------------
+
+void RestWindowsMonitors(WINDOWSMONITORS *monitors, bool rests)
+{
+    std::lock_guard lock(monitors->mutex);
+    monitors->isResting = rests;
+    if (monitors->workshop)
+        RestWorkshop(monitors->workshop.get(), rests);
+}
 
 void StopWindowsMonitorAccesses(WINDOWSMONITORS *monitors)
 {

@@ -45,6 +45,10 @@ std::vector<MONITORIDENTITY> FoundWindowsMonitors(WINDOWSMONITORS *monitors);
 std::string WindowsMonitorsTrouble(WINDOWSMONITORS *monitors);
 std::string WindowsMonitorsTroubleInEnglish(WINDOWSMONITORS *monitors);
 
+// From now on no capability string is read, or again; in the second case each monitor is opened anew at its next
+// access. Any thread.
+void RestWindowsMonitors(WINDOWSMONITORS *monitors, bool rests);
+
 // Before the plug-in's stop: accesses still go to the monitors, but none takes longer than STOP_PATIENCE. Any thread.
 void StopWindowsMonitorAccesses(WINDOWSMONITORS *monitors);
 

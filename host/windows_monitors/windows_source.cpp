@@ -28,6 +28,11 @@ static std::string Trouble(void *context, bool inEnglish)
     return inEnglish ? WindowsMonitorsTroubleInEnglish(Monitors(context)) : WindowsMonitorsTrouble(Monitors(context));
 }
 
+static void Rest(void *context, bool rests)
+{
+    RestWindowsMonitors(Monitors(context), rests);
+}
+
 static void Stop(void *context)
 {
     StopWindowsMonitorAccesses(Monitors(context));
@@ -43,5 +48,5 @@ MONITORSOURCE OpenWindowsSource(bool fresh)
     WINDOWSMONITOROPTIONS options = DefaultWindowsMonitorOptions();
     options.fresh = fresh;
     WINDOWSMONITORS *monitors = OpenWindowsMonitors(options);
-    return {monitors, WindowsBackend(monitors), Look, InUse, Find, Trouble, Stop, Close};
+    return {monitors, WindowsBackend(monitors), Look, InUse, Find, Trouble, Rest, Stop, Close};
 }

@@ -32,6 +32,10 @@ BOOL WINAPI StandInSet(int monitor, int fault, DWORD n);
 // Looks into a monitor: what the code holds, without an access. Returns FALSE for a monitor or code that there is not.
 BOOL WINAPI StandInFeature(int monitor, BYTE code, WORD *value, WORD *maximum);
 
+// What somebody sets at the monitor itself, or it has forgotten: what the code holds from now on, without an access.
+// Returns FALSE for a monitor or code that there is not.
+BOOL WINAPI StandInTurn(int monitor, BYTE code, WORD value);
+
 // How many accesses to the monitor have begun, those that failed or hang included; 0 for one that there is not.
 DWORD WINAPI StandInAccesses(int monitor);
 }

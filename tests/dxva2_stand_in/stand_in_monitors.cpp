@@ -234,6 +234,17 @@ BOOL WINAPI StandInFeature(int monitor, BYTE code, WORD *value, WORD *maximum)
     return feature.present;
 }
 
+BOOL WINAPI StandInTurn(int monitor, BYTE code, WORD value)
+{
+    const auto all = PresentMonitors();
+    if (!IsMonitor(*all, monitor))
+        return FALSE;
+    std::lock_guard lock(all->simulation.mutex);
+    SIMULATEDFEATURE &feature = all->simulation.monitors[static_cast<size_t>(monitor)].features[code];
+    feature.value = value;
+    return feature.present;
+}
+
 DWORD WINAPI StandInAccesses(int monitor)
 {
     const auto all = PresentMonitors();

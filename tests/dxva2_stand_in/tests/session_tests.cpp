@@ -4,8 +4,8 @@
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
+#include <wtsapi32.h>
 
-#include <fstream>
 #include <memory>
 
 #include "host/base/program_path.h"
@@ -154,6 +154,34 @@ protected:
         ChooseColorPage();
     }
 
+    static void SetClock(WORD hour, WORD minute)
+    {
+        SYSTEMTIME time = TourClock();
+        time.wHour = hour;
+        time.wMinute = minute;
+        SetTourClock(time);
+    }
+
+    // On the present monitor, from 20:00 to 20:30.
+    static void ReserveVideo()
+    {
+        ASSERT_NO_FATAL_FAILURE(ChoosePage(L"タイマー予約設定", IDC_RESERVATION_LIST));
+        const struct {
+            int combo;
+            WPARAM entry;
+        } choices[] = {{IDC_RESERVATION_START_HOUR, 20},
+                       {IDC_RESERVATION_START_MINUTE, 0},
+                       {IDC_RESERVATION_END_HOUR, 20},
+                       {IDC_RESERVATION_END_MINUTE, 30}};
+        for (const auto &one : choices)
+            SendDlgItemMessageW(FindPage(), one.combo, CB_SETCURSEL, one.entry, 0);
+        ASSERT_NE(SendDlgItemMessageW(FindPage(), IDC_RESERVATION_CHANNEL, CB_SELECTSTRING, static_cast<WPARAM>(-1),
+                                      reinterpret_cast<LPARAM>(L"ビデオ")),
+                  CB_ERR);
+        SendDlgItemMessageW(FindPage(), IDC_RESERVATION_ADD, BM_CLICK, 0, 0);
+        EXPECT_EQ(SendDlgItemMessageW(FindPage(), IDC_RESERVATION_LIST, LVM_GETITEMCOUNT, 0, 0), 1);
+    }
+
     static UINT ShownContrast() { return GetDlgItemInt(FindPage(), IDC_COLOR_CONTRAST_EDIT, nullptr, FALSE); }
 
     static void TypeContrast(int value)
@@ -252,13 +280,10 @@ TEST_F(HostOnRealMonitors, AreTheSameAfterTheySlept)
                       {"STANDBY", "", ""}});
     SetDesk({{0, 1}, {1, 2}});
     ASSERT_NO_FATAL_FAILURE(Start());
-    SetTourClock({2030, 5, 3, 1, 19, 58, 0, 0});
-    std::ofstream(Widen(ProgramFolder() + "\\ontimer.ini").c_str())
-        << "[Timer0]\ndate=2030/05/01\ntime=20:00\nenddate=2030/05/01\nendtime=20:30\nlcd=BETA\ncrtno=1\n"
-           "channel=\x83\x72\x83\x66\x83\x49\n"; // video
+    SetClock(19, 58);
     ASSERT_NO_FATAL_FAILURE(OpenColorPage());
     ASSERT_NO_FATAL_FAILURE(ChooseMonitor(1));
-    ASSERT_NO_FATAL_FAILURE(ChoosePage(L"タイマー予約設定", IDC_RESERVATION_LIST));
+    ASSERT_NO_FATAL_FAILURE(ReserveVideo());
     ASSERT_NO_FATAL_FAILURE(ChooseColorPage());
     CheckDlgButton(FindPage(), IDC_COLOR_DIRECT_LINK, BST_CHECKED);
     SendMessageW(FindPage(), WM_COMMAND, MAKEWPARAM(IDC_COLOR_DIRECT_LINK, BN_CLICKED),
@@ -283,6 +308,32 @@ TEST_F(HostOnRealMonitors, AreTheSameAfterTheySlept)
     EXPECT_EQ(IsDlgButtonChecked(page, IDC_COLOR_DIRECT_LINK), static_cast<UINT>(BST_CHECKED));
     EXPECT_EQ(app->tray.notices.told[MATTER_CHANGE], L"") << "no balloon";
     EXPECT_EQ(Command("count"), "2 monitors");
-    SetTourClock({2030, 5, 3, 1, 20, 0, 0, 0});
+    SetClock(20, 0);
     EXPECT_TRUE(WaitUntil([] { return Seen(1, 0x60) == 5; }, LONG_ENOUGH)) << "each is still reached by its number";
+}
+
+// Nothing goes to a monitor while nobody is there, and then it gets what it has forgotten and what was held back.
+TEST_F(HostOnRealMonitors, AreLeftAloneWhileNobodyIsThere)
+{
+    const struct {
+        UINT message;
+        WPARAM leaves, returns;
+    } cases[] = {{WM_POWERBROADCAST, PBT_APMSUSPEND, PBT_APMRESUMEAUTOMATIC},
+                 {WM_WTSSESSION_CHANGE, WTS_SESSION_LOCK, WTS_SESSION_UNLOCK}};
+    OpenTestMonitors({{"ALPHA", "", ""}});
+    SetDesk({{0, 1}});
+    ASSERT_NO_FATAL_FAILURE(Start());
+    EXPECT_EQ(Command("set-vcp 10 77"), "brightness (0x10): 77 of 100");
+    ASSERT_NO_FATAL_FAILURE(OpenColorPage());
+    for (const auto &one : cases) {
+        SendMessageW(app->window.hWnd, one.message, one.leaves, 0);
+        const DWORD accesses = g_StandIn.accesses(0);
+        TypeContrast(66);
+        SendMessageW(app->window.hWnd, WM_DISPLAYCHANGE, 0, 0);
+        EXPECT_EQ(g_StandIn.accesses(0), accesses);
+        g_StandIn.turn(0, 0x10, 40);
+        SendMessageW(app->window.hWnd, one.message, one.returns, 0);
+        EXPECT_TRUE(WaitUntil([] { return Seen(0, 0x10) == 77 && Seen(0, 0x12) == 66; }, LONG_ENOUGH));
+        g_StandIn.turn(0, 0x12, 50);
+    }
 }

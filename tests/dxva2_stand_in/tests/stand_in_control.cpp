@@ -18,6 +18,7 @@ static FUNCTION Find(const char *name)
 
 STANDINCONTROL g_StandIn = {Find<decltype(&StandInOpen)>("StandInOpen"), Find<decltype(&StandInSet)>("StandInSet"),
                             Find<decltype(&StandInFeature)>("StandInFeature"),
+                            Find<decltype(&StandInTurn)>("StandInTurn"),
                             Find<decltype(&StandInAccesses)>("StandInAccesses")};
 
 static std::string WriteMonitor(const TESTMONITOR &monitor)

@@ -13,6 +13,7 @@ struct STANDINCONTROL {
     decltype(&StandInOpen) open;
     decltype(&StandInSet) set;
     decltype(&StandInFeature) feature;
+    decltype(&StandInTurn) turn;
     decltype(&StandInAccesses) accesses;
 };
 extern STANDINCONTROL g_StandIn;
