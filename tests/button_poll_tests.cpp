@@ -137,7 +137,7 @@ TEST_F(ButtonPollTest, AButtonLaunchesInItsModeAlone)
                 << button << " in mode " << mode;
         }
         SetMode(2, button, 2);
-        EXPECT_EQ(ShellExecuteOwner(), host.Window());
+        EXPECT_EQ(LastOwner(), host.Window());
     }
     for (const int code : {0, 3, 32, 64, 127, 129, 192, 254, 256, 257, 0x7FFFFF}) {
         Report(2, code);
@@ -225,7 +225,7 @@ TEST_F(PowerButtonTest, WithTheSwitchOffItIsAButtonLikeTheOthers)
     Press(128);
     Tick(TIMER_BUTTON_POLL);
     EXPECT_EQ(TakeRecordedCalls(), Started("exe_0_6"));
-    EXPECT_EQ(ShellExecuteOwner(), g_hKernelWnd);
+    EXPECT_EQ(LastOwner(), g_hKernelWnd);
     SetMode(0, 6, 0);
     Tick(TIMER_BUTTON_POLL);
     EXPECT_EQ(TakeRecordedCalls(), Lines{});

@@ -19,7 +19,7 @@ protected:
     ColorPageAppsTest()
     {
         IniFolder::Write("profile.ini",
-                         Sjis("[User0]\r\nname=C:\\表\\one.exe\r\nalias=一番\r\necomode=1\r\ncontrast=70\r\n"
+                         Sjis("[User0]\r\nname=C:\\表\\one.exe\r\nalias=一番\r\necomode=1\r\ncontrast=71\r\n"
                               "brightness=1\r\necobrightness=80\r\ncolortemp=11\r\nred=72\r\ngreen=88\r\n"
                               "blue=100\r\n"
                               "[User5]\r\nname=C:\\two.exe\r\nalias=C:\\two.exe\r\necomode=0\r\n"
@@ -73,7 +73,7 @@ TEST_F(ColorPageAppsTest, ChoosingAppliesTheProfile)
     EXPECT_EQ(Apps(), (Lines{"one.exe", "two.exe"}));
     EXPECT_TRUE(IsEnabled(page, IDC_COLOR_DIRECT_LINK));
     const std::string one =
-        "get 0 60|set 0 E0 = 1|set 0 10 = 80|set 0 12 = 70|set 0 14 = 11|set 0 16 = 72|set 0 18 = 88|"
+        "get 0 60|set 0 E0 = 1|set 0 10 = 80|set 0 12 = 71|set 0 14 = 11|set 0 16 = 72|set 0 18 = 88|"
         "set 0 1A = 100|";
     const auto image = [&] { return SendDlgItemMessageA(page, IDC_COLOR_ECO, BM_GETIMAGE, IMAGE_BITMAP, 0); };
     const LRESULT ecoOff = image();
@@ -84,6 +84,7 @@ TEST_F(ColorPageAppsTest, ChoosingAppliesTheProfile)
     EXPECT_EQ(g_CurSetting[0].wBlue, 100);
     EXPECT_EQ(TextOf(page, IDC_COLOR_ECO), "輝度 ECO");
     EXPECT_EQ(TextOf(page, IDC_COLOR_BRIGHTNESS_EDIT), "80");
+    EXPECT_EQ(TextOf(page, IDC_COLOR_CONTRAST_EDIT), "71");
     const LRESULT thumb = SendDlgItemMessageA(page, IDC_COLOR_BRIGHTNESS_SLIDER, TBM_GETPOS, 0, 0);
     EXPECT_EQ(thumb, 80) << "although the maximum of this ECO state was never read";
     EXPECT_EQ(TextOf(page, IDC_COLOR_BLUE_EDIT), "100");
@@ -118,6 +119,7 @@ TEST_F(ColorPageAppsTest, Browse)
     BoxAnswerer errors("Error", IDOK);
     TakeRecordedCalls();
     Click(page, IDC_COLOR_BROWSE);
+    EXPECT_EQ(LastOwner(), page);
     EXPECT_EQ(TakeRecordedCalls(),
               Lines{Sjis("GetOpenFileName 88|実行形式ファイル(*.exe)/*.exe/|260|実行ファイルの選択|21800")});
     AnswerFileDialog("", 1);
@@ -136,17 +138,21 @@ TEST_F(ColorPageAppsTest, Browse)
     EXPECT_EQ(Alias(), "C:\\能力\\new.com");
     EXPECT_EQ(Stored(1), Sjis("name=C:\\能力\\new.com|alias=C:\\能力\\new.com|ecomode=0|contrast=70|brightness=60|"
                               "ecobrightness=0|colortemp=5|red=81|green=82|blue=83|"));
+    const std::string longest = "C:\\" + std::string(256, 'p');
+    AnswerFileDialog(longest);
+    Click(page, IDC_COLOR_BROWSE);
+    EXPECT_EQ(g_AppProfile[2].szName, longest);
     TakeRecordedCalls();
     g_nAppProfile = APP_PROFILE_COUNT;
     Click(page, IDC_COLOR_BROWSE);
     EXPECT_EQ(TakeRecordedCalls(), Lines{});
     EXPECT_EQ(errors.Boxes().back(), full);
     // The page goes away behind the file dialog.
-    g_nAppProfile = 3;
+    g_nAppProfile = 4;
     AnswerFileDialog("C:\\late.exe", 0, [&] { Choose(TREE_ROOT); });
     Click(page, IDC_COLOR_BROWSE);
     EXPECT_EQ(Page(TREE_COLOR), nullptr);
-    EXPECT_EQ(Stored(2), "");
+    EXPECT_EQ(Stored(3), "");
 }
 
 TEST_F(ColorPageAppsTest, Drop)

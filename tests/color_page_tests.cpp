@@ -36,28 +36,34 @@ const struct {
                 {IDC_COLOR_GREEN_LABEL, IDC_COLOR_GREEN_LABEL_GREY, true},
                 {IDC_COLOR_BLUE_LABEL, IDC_COLOR_BLUE_LABEL_GREY, true}};
 
-const std::string gainsRead = "get 0 16|get 0 18|get 0 1A|";
+const std::string gainsRead = "get 1 16|get 1 18|get 1 1A|";
 
-// The first monitor has ECO off and preset 5.
+// The page is that of the second monitor, with ECO off and preset 5. The first one differs from it in everything.
 class ColorPageTest : public PanelTest {
 protected:
     ColorPageTest()
     {
         SkipPauses(true);
+        host.monitors[0].capabilities = "(vcp(10 12 14(02 0B) 16 18 1A E0 F2))";
+        host.monitors[0].features[VCP_ECO_MODE] = {1, 1};
+        host.monitors[0].features[VCP_COLOR_PRESET] = {2, 11};
         const BYTE codes[] = {VCP_BRIGHTNESS, VCP_CONTRAST, VCP_RED_GAIN, VCP_GREEN_GAIN, VCP_BLUE_GAIN};
         for (size_t i = 0; i < std::size(s_Items); ++i)
-            host.monitors[0].features[codes[i]] = {s_Items[i].opened, s_Items[i].maximum};
+            host.monitors[1].features[codes[i]] = {s_Items[i].opened, s_Items[i].maximum};
     }
 
     void OpenPage()
     {
-        ASSERT_TRUE(Panel() || Open());
+        if (!Panel()) {
+            ASSERT_TRUE(Open());
+            ChooseMonitor(1);
+        }
         Choose(TREE_ROOT);
         Requests();
         Choose(TREE_COLOR);
         page = Page(TREE_COLOR);
         ASSERT_NE(page, nullptr);
-        EXPECT_EQ(Requests(), "get 0 E0|get 0 10|get 0 12|get 0 14|" + gainsRead);
+        EXPECT_EQ(Requests(), "get 1 E0|get 1 10|get 1 12|get 1 14|" + gainsRead);
     }
 
     LRESULT Ask(int control, UINT message, WPARAM wParam = 0) const
@@ -105,8 +111,8 @@ TEST_F(ColorPageTest, OpensWithTheMonitorsSettings)
     } cases[] = {{0, 5, "輝度", 1}, {1, 11, "輝度 ECO", 3}, {7, 12, "輝度 ECO", -1}, {0, 8, "輝度", 2}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.preset);
-        host.monitors[0].features[VCP_ECO_MODE].current = c.eco;
-        host.monitors[0].features[VCP_COLOR_PRESET].current = c.preset;
+        host.monitors[1].features[VCP_ECO_MODE].current = c.eco;
+        host.monitors[1].features[VCP_COLOR_PRESET].current = c.preset;
         OpenPage();
         for (const auto &item : s_Items) {
             EXPECT_EQ(TextOf(page, item.edit), std::to_string(item.opened));
@@ -119,26 +125,18 @@ TEST_F(ColorPageTest, OpensWithTheMonitorsSettings)
         EXPECT_EQ(SelectionOf(page, IDC_COLOR_TEMP), c.selected);
         EXPECT_EQ(ChosenProfile(), 0);
         ExpectUse(true, c.preset >= 11);
-        EXPECT_EQ(memcmp(&g_DefSetting[0], &g_CurSetting[0], sizeof g_DefSetting[0]), 0);
-        EXPECT_EQ(g_DefSetting[0].wColorTemp, c.preset);
+        EXPECT_EQ(memcmp(&g_DefSetting[1], &g_CurSetting[1], sizeof g_DefSetting[1]), 0);
+        EXPECT_EQ(g_DefSetting[1].wColorTemp, c.preset);
     }
-    for (const auto &label : s_Labels) {
-        EXPECT_NE(Ask(label.normal, STM_GETIMAGE, IMAGE_BITMAP), 0);
-        EXPECT_NE(Ask(label.grey, STM_GETIMAGE, IMAGE_BITMAP), Ask(label.normal, STM_GETIMAGE, IMAGE_BITMAP));
-    }
-    EXPECT_EQ(TipOf(page, IDC_COLOR_ALL_MONITORS),
-              "設定を接続されている全ての液晶に適用します。※マルチモニタ環境時のみ。");
-    EXPECT_EQ(TipOf(page, IDC_COLOR_BLUE_EDIT), "青のゲインを調整します。");
-    EXPECT_EQ(TipOf(page, IDC_COLOR_DIRECT_LINK), "");
     // The list shrinks, and the map keeps what stood behind its new end.
-    g_Monitor[0].bColorPreset[8] = g_Monitor[0].bColorPreset[11] = 0;
+    g_Monitor[1].bColorPreset[8] = g_Monitor[1].bColorPreset[11] = 0;
     OpenPage();
     EXPECT_EQ(SelectionOf(page, IDC_COLOR_TEMP), -1);
-    EXPECT_EQ(GetColorTempPos(0, 8), 2);
-    EXPECT_EQ(GetColorTempPos(0, 12), COLOR_TEMP_NOT_FOUND);
+    EXPECT_EQ(GetColorTempPos(1, 8), 2);
+    EXPECT_EQ(GetColorTempPos(1, 12), COLOR_TEMP_NOT_FOUND);
     EXPECT_EQ(GetColorTempPos(MAX_MONITOR, 5), COLOR_TEMP_NOT_FOUND);
     // A monitor that answers nothing.
-    host.monitors[0].features.clear();
+    host.monitors[1].features.clear();
     OpenPage();
     EXPECT_EQ(TextOf(page, IDC_COLOR_CONTRAST_EDIT), "65535");
     ExpectUse(true, false);
@@ -146,7 +144,7 @@ TEST_F(ColorPageTest, OpensWithTheMonitorsSettings)
 
 TEST_F(ColorPageTest, SlidersAndEdits)
 {
-    host.monitors[0].features[VCP_COLOR_PRESET].current = 11;
+    host.monitors[1].features[VCP_COLOR_PRESET].current = 11;
     OpenPage();
     for (const bool all : {false, true})
         for (const auto &item : s_Items) {
@@ -154,8 +152,8 @@ TEST_F(ColorPageTest, SlidersAndEdits)
             g_bAllMonitors = all;
             const auto expectWritten = [&](LONG value) {
                 const std::string write = item.code + (" = " + std::to_string(value)) + "|";
-                EXPECT_EQ(Requests(), "set 0 " + write + (all ? "set 1 " + write : ""));
-                EXPECT_EQ(g_CurSetting[0].*item.value, value);
+                EXPECT_EQ(Requests(), (all ? "set 0 " + write : "") + "set 1 " + write);
+                EXPECT_EQ(g_CurSetting[1].*item.value, value);
                 EXPECT_EQ(ChosenProfile(), 0);
                 PresetProfile(2);
             };
@@ -182,7 +180,7 @@ TEST_F(ColorPageTest, SlidersAndEdits)
                 EXPECT_EQ(Ask(item.slider, TBM_GETPOS), c.position) << c.typed;
             }
         }
-    EXPECT_EQ(g_CurSetting[1].wContrast, 0) << "all are written, the selected one alone is kept";
+    EXPECT_EQ(g_CurSetting[0].wContrast, 70) << "all are written, the selected one alone is kept";
     for (const HWND other : {page, static_cast<HWND>(nullptr)})
         SendMessageA(page, WM_HSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(other));
     EXPECT_EQ(Requests(), "") << "no slider of ours";
@@ -196,18 +194,18 @@ TEST_F(ColorPageTest, EcoModeAndColorTemperature)
     for (const bool all : {false, true}) {
         g_bAllMonitors = all;
         const auto expectWritten = [&](const std::string &write, const std::string &reads) {
-            EXPECT_EQ(Requests(), "set 0 " + write + (all ? "set 1 " + write : "") + reads);
+            EXPECT_EQ(Requests(), (all ? "set 0 " + write : "") + "set 1 " + write + reads);
             EXPECT_EQ(TakeRecordedCalls(), Lines{"Sleep 200"});
             EXPECT_EQ(ChosenProfile(), 0);
         };
         TakeRecordedCalls();
         for (const int eco : {1, 0}) {
-            WORD *brightness = eco ? &g_CurSetting[0].wBrightEco : &g_CurSetting[0].wBright;
-            host.monitors[0].features[VCP_BRIGHTNESS] = {40 + eco, 50 + eco};
+            WORD *brightness = eco ? &g_CurSetting[1].wBrightEco : &g_CurSetting[1].wBright;
+            host.monitors[1].features[VCP_BRIGHTNESS] = {40 + eco, 50 + eco};
             PresetProfile(1);
             Click(page, IDC_COLOR_ECO);
-            expectWritten("E0 = " + std::to_string(eco) + "|", "get 0 10|");
-            EXPECT_EQ(g_CurSetting[0].dwEco, static_cast<DWORD>(eco));
+            expectWritten("E0 = " + std::to_string(eco) + "|", "get 1 10|");
+            EXPECT_EQ(g_CurSetting[1].dwEco, static_cast<DWORD>(eco));
             EXPECT_EQ(*brightness, 40 + eco);
             EXPECT_EQ(TextOf(page, IDC_COLOR_ECO), eco ? "輝度 ECO" : "輝度");
             EXPECT_EQ(IsChecked(page, IDC_COLOR_ECO), eco == 1);
@@ -218,16 +216,16 @@ TEST_F(ColorPageTest, EcoModeAndColorTemperature)
             EXPECT_EQ(*brightness, 7 + eco);
             Requests();
         }
-        EXPECT_EQ(g_CurSetting[0].wBrightEco, 8) << "kept while ECO is off";
+        EXPECT_EQ(g_CurSetting[1].wBrightEco, 8) << "kept while ECO is off";
 
-        g_CurSetting[0].wColorTemp = 5;
+        g_CurSetting[1].wColorTemp = 5;
         const struct {
             int position;
             int preset; // 0: nothing happens
         } cases[] = {{1, 0}, {3, 11}, {3, 0}, {2, 8}, {-1, 0}, {3, 11}};
         for (const auto &c : cases) {
             SCOPED_TRACE(c.position);
-            host.monitors[0].features[VCP_GREEN_GAIN] = {c.preset, 100 + c.preset};
+            host.monitors[1].features[VCP_GREEN_GAIN] = {c.preset, 100 + c.preset};
             PresetProfile(1);
             Pick(page, IDC_COLOR_TEMP, c.position);
             if (!c.preset) {
@@ -236,8 +234,8 @@ TEST_F(ColorPageTest, EcoModeAndColorTemperature)
                 continue;
             }
             expectWritten("14 = " + std::to_string(c.preset) + "|", gainsRead);
-            EXPECT_EQ(g_CurSetting[0].wColorTemp, c.preset);
-            EXPECT_EQ(g_CurSetting[0].wGreen, c.preset);
+            EXPECT_EQ(g_CurSetting[1].wColorTemp, c.preset);
+            EXPECT_EQ(g_CurSetting[1].wGreen, c.preset);
             EXPECT_EQ(TextOf(page, IDC_COLOR_GREEN_EDIT), std::to_string(c.preset));
             EXPECT_EQ(Ask(IDC_COLOR_GREEN_SLIDER, TBM_GETRANGEMAX), 100 + c.preset);
             ExpectUse(true, c.preset >= 11);
@@ -245,11 +243,11 @@ TEST_F(ColorPageTest, EcoModeAndColorTemperature)
     }
     g_bAllMonitors = 0;
     host.plan = [](const TestRequest &) { // another monitor is chosen meanwhile
-        g_nCurMonitor = 1;
+        g_nCurMonitor = 0;
         return Answer{};
     };
     Pick(page, IDC_COLOR_TEMP, 2);
-    EXPECT_EQ(Requests(), "set 0 14 = 8|" + gainsRead);
+    EXPECT_EQ(Requests(), "set 1 14 = 8|" + gainsRead);
 }
 
 TEST_F(ColorPageTest, AppliesAProfileToTheSelectedMonitorOnly)
@@ -258,10 +256,10 @@ TEST_F(ColorPageTest, AppliesAProfileToTheSelectedMonitorOnly)
     g_bAllMonitors = 1;
     const LRESULT ecoOff = EcoImage();
     Pick(page, IDC_COLOR_PROFILE_COMBO, 4);
-    EXPECT_EQ(Requests(), "set 0 E0 = 1|get 0 10|set 0 10 = 80|set 0 12 = 70|set 0 14 = 2|" + gainsRead);
+    EXPECT_EQ(Requests(), "set 1 E0 = 1|get 1 10|set 1 10 = 80|set 1 12 = 70|set 1 14 = 2|" + gainsRead);
     EXPECT_EQ(ChosenProfile(), 4) << "stays chosen";
-    EXPECT_EQ(g_CurSetting[0].wBrightEco, 80);
-    EXPECT_EQ(g_nMaxBrightEco[0], 90);
+    EXPECT_EQ(g_CurSetting[1].wBrightEco, 80);
+    EXPECT_EQ(g_nMaxBrightEco[1], 90);
     EXPECT_EQ(TextOf(page, IDC_COLOR_BRIGHTNESS_EDIT), "80");
     EXPECT_TRUE(IsChecked(page, IDC_COLOR_ECO));
     EXPECT_NE(EcoImage(), ecoOff);
@@ -272,8 +270,8 @@ TEST_F(ColorPageTest, AppliesAProfileToTheSelectedMonitorOnly)
 
     g_SysProfile[1] = {"", 0, 21, 22, 23, 11, 24, 25, 26, "", ""};
     Pick(page, IDC_COLOR_PROFILE_COMBO, 2);
-    EXPECT_EQ(Requests(), "set 0 E0 = 0|get 0 10|set 0 10 = 22|set 0 12 = 21|set 0 14 = 11|"
-                          "set 0 16 = 24|set 0 18 = 25|set 0 1A = 26|");
+    EXPECT_EQ(Requests(), "set 1 E0 = 0|get 1 10|set 1 10 = 22|set 1 12 = 21|set 1 14 = 11|"
+                          "set 1 16 = 24|set 1 18 = 25|set 1 1A = 26|");
     EXPECT_EQ(EcoImage(), ecoOff);
     EXPECT_EQ(SelectionOf(page, IDC_COLOR_TEMP), 3);
     EXPECT_EQ(TextOf(page, IDC_COLOR_BLUE_EDIT), "26");
@@ -293,7 +291,7 @@ TEST_F(ColorPageTest, RegistersAndDeletesProfiles)
     EXPECT_EQ(refusals.Boxes(), Lines(3, Sjis("x OK owned: システムプロファイルは削除できません。")));
 
     for (int slot = 4; slot < 16; ++slot) {
-        g_CurSetting[0].wContrast = static_cast<WORD>(slot);
+        g_CurSetting[1].wContrast = static_cast<WORD>(slot);
         Click(page, IDC_COLOR_PROFILE_ADD);
         EXPECT_EQ(EntriesOf(page, IDC_COLOR_PROFILE_COMBO).back(), "設定" + std::to_string(slot));
         EXPECT_EQ(ChosenProfile(), slot) << "the entry before it";
@@ -309,7 +307,7 @@ TEST_F(ColorPageTest, RegistersAndDeletesProfiles)
     EXPECT_EQ(ChosenProfile(), 7);
     EXPECT_EQ(g_nSysProfile, 15);
     Pick(page, IDC_COLOR_PROFILE_COMBO, 8);
-    EXPECT_EQ(g_CurSetting[0].wContrast, 8) << "the position is no longer the slot's";
+    EXPECT_EQ(g_CurSetting[1].wContrast, 8) << "the position is no longer the slot's";
     Click(page, IDC_COLOR_PROFILE_ADD);
     const Lines entries = EntriesOf(page, IDC_COLOR_PROFILE_COMBO);
     EXPECT_EQ(entries[8], "設定7") << "the free one again";
@@ -320,13 +318,13 @@ TEST_F(ColorPageTest, RegistersAndDeletesProfiles)
 TEST_F(ColorPageTest, DirectLink)
 {
     IniFolder::Write("profile.ini", "[User3]\r\nname=C:\\a.exe\r\n");
-    host.monitors[0].features[VCP_COLOR_PRESET].current = 11;
+    host.monitors[1].features[VCP_COLOR_PRESET].current = 11;
     OpenPage();
     ExpectUse(true, true);
     Ask(IDC_COLOR_APP_LIST, LB_SETCURSEL, 0);
     Click(page, IDC_COLOR_DIRECT_LINK);
     KillTimer(g_hKernelWnd, TIMER_FOREGROUND); // or the program in front would be looked at, and set, between two lines
-    EXPECT_EQ(Requests(), "directlink 0 = 1|");
+    EXPECT_EQ(Requests(), "directlink 1 = 1|");
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "Lumivane2", "DirectLink"), 1u);
     EXPECT_EQ(SelectionOf(page, IDC_COLOR_APP_LIST), -1);
     SetContrastItem(page, 12);
@@ -338,20 +336,20 @@ TEST_F(ColorPageTest, DirectLink)
     DropFiles(page, IDC_COLOR_APP_LIST, {"C:\\windows\\notepad.exe"});
     EXPECT_EQ(g_nAppProfile, 1) << "nor by a drop";
 
-    host.monitors[0].features[VCP_ECO_MODE].current = 1;
+    host.monitors[1].features[VCP_ECO_MODE].current = 1;
     OpenPage();
     ExpectUse(false, false);
     EXPECT_TRUE(IsChecked(page, IDC_COLOR_DIRECT_LINK));
     EXPECT_EQ(TextOf(page, IDC_COLOR_CONTRAST_EDIT), "");
-    g_CurSetting[0].wContrast = 1;
+    g_CurSetting[1].wContrast = 1;
     const LRESULT ecoOff = EcoImage();
     Click(page, IDC_COLOR_DIRECT_LINK);
     EXPECT_TRUE(IsChecked(page, IDC_COLOR_ECO));
     EXPECT_NE(EcoImage(), ecoOff) << "the picture goes with the check";
-    EXPECT_EQ(Requests(), "set 0 E0 = 1|set 0 10 = 60|set 0 12 = 70|set 0 14 = 11|"
-                          "set 0 16 = 81|set 0 18 = 82|set 0 1A = 83|directlink 0 = 0|");
+    EXPECT_EQ(Requests(), "set 1 E0 = 1|set 1 10 = 60|set 1 12 = 70|set 1 14 = 11|"
+                          "set 1 16 = 81|set 1 18 = 82|set 1 1A = 83|directlink 1 = 0|");
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, "Lumivane2", "DirectLink"), 0u);
-    EXPECT_EQ(g_CurSetting[0].wContrast, 70);
+    EXPECT_EQ(g_CurSetting[1].wContrast, 70);
     EXPECT_EQ(TextOf(page, IDC_COLOR_CONTRAST_EDIT), "70");
     EXPECT_EQ(TextOf(page, IDC_COLOR_BLUE_EDIT), "83");
     ExpectUse(true, true);

@@ -8,6 +8,8 @@
 #include "settings/ini_copy.h"
 #include "settings/registry.h"
 #include "support/plugin_session.h"
+#include "timer/reservation_store.h"
+#include "timer/scheduler.h"
 
 #include <commctrl.h>
 
@@ -131,6 +133,17 @@ TEST_F(FaultTest, AnIniFileIsPutBackWhereItIsDamagedAlone)
         EXPECT_EQ(IniFolder::Read(file), c.putBack ? before : c.left.value_or("")) << c.what;
         EXPECT_FALSE(IniFolder::Exists("profile.ini.lvkeep")) << c.what;
     }
+    // Whoever reads the reservations puts them back first.
+    const std::string reservations = IniFolder::Path("ontimer.ini");
+    for (const bool load : {false, true}) {
+        IniFolder::Write("ontimer.ini", before);
+        CloseHandle(TakeIniCopy(reservations.c_str(), "A"));
+        IniFolder::Write("ontimer.ini", "[A]\r\nna");
+        AgeFile(reservations, soon);
+        load ? LoadReservations(g_Reservation, "ontimer.ini") : CheckPassedReservations(nullptr);
+        EXPECT_EQ(IniFolder::Read("ontimer.ini"), before) << load;
+    }
+    CloseReservationFiles();
     // A copy that its writer had not finished says nothing.
     IniFolder::Write(file, "[A");
     IniFolder::Write("profile.ini.lvkeep", before);

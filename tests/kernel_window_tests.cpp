@@ -4,6 +4,7 @@
 #include "kernel/base/platform.h"
 #include "kernel/display_cpl.h"
 #include "kernel/plugin.h"
+#include "launcher/launcher_settings.h"
 #include "profiles/foreground.h"
 #include "support/plugin_session.h"
 
@@ -43,6 +44,10 @@ TEST_F(KernelWindowTest, PacketsOfAWholeRun)
     host.monitors[1].capabilities = "(vcp(10 12))"; // no button lock, no input list
     ASSERT_TRUE(Start());
     EXPECT_EQ(g_bStarted, 0);
+    const std::map<UINT_PTR, UINT> timers = {
+        {TIMER_START_UP, 1000}, {TIMER_FOREGROUND, 2000}, {TIMER_RESERVATION, 1000}};
+    EXPECT_EQ(ArmedTimers(), timers);
+    EXPECT_EQ(CommonControlClasses(), static_cast<DWORD>(ICC_DATE_CLASSES | ICC_INTERNET_CLASSES));
     StartUp();
     EXPECT_EQ(g_bStarted, 1);
     EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count", "name 0", "capabilities 0", "inputs 0: 1 3", "name 1",
@@ -158,6 +163,7 @@ TEST_F(KernelWindowTest, ButtonRegistersAreClearedWhenALauncherFunctionIsOn)
     ASSERT_TRUE(Start());
     StartUp();
     EXPECT_EQ(host.TakeLog().back(), "set 1 F4 = 255");
+    EXPECT_EQ(ArmedTimers()[TIMER_BUTTON_POLL], BUTTON_POLL_PERIOD_MS) << "or no button launches after a restart";
     Stop();
 
     g_bAbort = 0;

@@ -90,6 +90,6 @@ TEST_F(LaunchTest, MonitorZeroStandsForTheSelectedOne)
         g_nCurMonitor = c.selected;
         LaunchButton(owner, c.monitor, 6);
         EXPECT_EQ(TakeRecordedCalls(), c.calls) << c.selected << " " << c.monitor;
-        EXPECT_EQ(ShellExecuteOwner(), owner);
+        EXPECT_EQ(LastOwner(), owner);
     }
 }

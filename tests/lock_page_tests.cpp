@@ -38,16 +38,12 @@ protected:
 TEST_F(LockPageTest, EveryButton)
 {
     const HWND page = OpenLock();
-    EXPECT_NE(SendDlgItemMessageA(page, IDC_LOCK_PICTURE, STM_GETIMAGE, IMAGE_BITMAP, 0), 0);
     for (int button = 1; button <= 6; ++button) {
         SCOPED_TRACE(button);
         const auto &c = s_Buttons[button - 1];
-        const std::string label = button == 6 ? "POWER" : "B" + std::to_string(button);
         const std::string mode = "Launcher_0_Enable_" + std::to_string(button);
         SetMask(0);
         host.TakeLog();
-        EXPECT_EQ(TextOf(page, c.label), label);
-        EXPECT_EQ(TipOf(page, c.toggle), label + "ボタンの操作を、有効・無効にします。");
         EXPECT_EQ(TextOf(page, c.toggle), usable);
         Click(page, c.toggle);
         EXPECT_EQ(TextOf(page, c.toggle), locked);

@@ -51,10 +51,10 @@ TEST_F(MonitorTableTest, EachMonitorIsAskedInOrder)
 TEST_F(MonitorTableTest, ACapabilityStringThatFillsItsBuffer)
 {
     host.monitors = {ColorMonitor("A")};
-    std::string text = "(vcp(10 60(01))";
-    host.monitors[0].capabilities = text + std::string(512 - text.size() - 1, 'x') + ")";
+    // Only with its last byte it is complete.
+    host.monitors[0].capabilities = "vcp(60(01)" + std::string(501, ' ') + ")";
     EXPECT_EQ(InitMonitors(), 1);
-    EXPECT_EQ(g_Monitor[0].bInputSource[1], 1u);
+    EXPECT_EQ(host.TakeLog(), (Lines{"count", "name 0", "capabilities 0", "inputs 0: 1"} + sevenReads));
     host.monitors[0].capabilities = "vcp(" + std::string(508, '(');
     EXPECT_EQ(InitMonitors(), 1);
 }
@@ -82,6 +82,7 @@ TEST_F(MonitorTableTest, CountsThatAreNotWhatTheTableHolds)
 TEST_F(MonitorTableTest, AFailureLeavesOutTheRestOfThatMonitorAlone)
 {
     host.monitors = {ColorMonitor("A"), ColorMonitor("B")};
+    InitMonitors(); // what is known from before does not stay
     const FaultsOfThisThread aim;
     InjectFault(Fault::Event, 3); // count, name 0, then the capabilities of monitor 0
     EXPECT_EQ(InitMonitors(), 1);

@@ -162,7 +162,5 @@ TEST_F(NetworkPageTest, TheLogIsUncoveredAndCovered)
             EXPECT_EQ(IsChecked(page, IDC_NETWORK_TOGGLE), open);
             EXPECT_EQ(TextOf(page, IDC_NETWORK_TOGGLE), open ? "通信ログ画面を閉じる" : "通信ログ画面を開く");
         }
-        EXPECT_EQ(TipOf(page, IDC_NETWORK_TOGGLE), "旧LumivaneのDDC/CI通信ログを表示、または非表示にします。");
-        EXPECT_EQ(TipOf(page, IDC_NETWORK_LOG), "通信中の各種ステータスを表示します。");
     }
 }

@@ -4,6 +4,7 @@
 #include "settings/ini.h"
 #include "support/ini_folder.h"
 #include "support/registry_sandbox.h"
+#include "support/replaced_imports.h"
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,7 @@ TEST_F(RegistryTest, WritesAreTheUsersAndReadsFallBackToTheMachine)
     EXPECT_EQ(Read("dwLTimer"), -1);
     PutDword(HKEY_LOCAL_MACHINE, launcher, "dwLTimer", 3);
     EXPECT_EQ(Read("dwLTimer"), 3);
+    EXPECT_EQ(RegistryAccess(), static_cast<REGSAM>(KEY_READ)) << "more is refused to most users";
     EXPECT_EQ(WriteSettingDword(launcher, REG_DWORD, "dwLTimer", 5), 1);
     EXPECT_EQ(Read("dwLTimer"), 5);
     EXPECT_EQ(DwordAt(HKEY_CURRENT_USER, launcher, "dwLTimer"), 5u);

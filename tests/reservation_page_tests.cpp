@@ -82,12 +82,6 @@ TEST_F(ReservationPageTest, BeginsAtThePresentMinute)
     }
     EXPECT_TRUE(IsEnabled(page, IDC_RESERVATION_ADD));
     EXPECT_FALSE(IsEnabled(page, IDC_RESERVATION_DELETE));
-    for (const int hidden : {IDC_RESERVATION_MONITOR, IDC_RESERVATION_MONITOR_LABEL, IDC_RESERVATION_USE_END,
-                             IDC_RESERVATION_CLOSE, IDC_RESERVATION_SPARE_LIST})
-        EXPECT_FALSE(IsShown(page, hidden)) << hidden;
-    EXPECT_EQ(TipOf(page, IDC_RESERVATION_START_MINUTE), "予約開始時間を設定します。");
-    EXPECT_EQ(TipOf(page, IDC_RESERVATION_END_DATE), "予約終了時間を設定します\n※予約開始される直前の画面に戻ります。");
-    EXPECT_EQ(TipOf(page, IDC_RESERVATION_USE_END), "予約終了時間を指定するか否かを設定します。");
     SendMessageA(page, WM_COMMAND, IDC_RESERVATION_CLOSE, 0);
     EXPECT_EQ(Page(TREE_RESERVATION), nullptr);
     EXPECT_EQ(g_hReservationPage, nullptr);

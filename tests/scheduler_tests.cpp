@@ -21,7 +21,7 @@ TEST_F(SchedulerTest, WhileThePanelShowsAnotherPageNothingEnds)
     const struct {
         const char *label;
         Lines received;
-    } cases[] = {{"デジタル", {}}, {"テレビ", {"set 0 E8 = 55"}}};
+    } cases[] = {{"デジタル", {}}, {"テレビ", {"set 0 E8 = 55", "Sleep 1000"}}};
     for (const auto &c : cases) {
         LoadFile(Section(0, "2006/06/10 開始", "2006/06/10 21:00", c.label));
         g_nPrevTvChannel = 55;
@@ -45,8 +45,9 @@ TEST_F(SchedulerTest, EndsOfOneMinute)
              Section(2, start, end, "アナログ", "NRV-PA2", 1) + Section(3, end, "2006/06/10 22:00", "ビデオ"));
     SetMinute(end);
     CheckReservationEnd();
-    EXPECT_EQ(host.TakeLog(), (Lines{"set 0 E8 = 0", "set 0 60 = 9", "set 0 60 = 3"}));
-    EXPECT_EQ(Tick(), (Lines{"set 1 60 = 1", "get 0 60", "get 0 E8", "set 0 60 = 5"})) << "ends before starts";
+    EXPECT_EQ(host.TakeLog(), (Lines{"set 0 E8 = 0", "Sleep 1000", "set 0 60 = 9", "set 0 60 = 3"}));
+    EXPECT_EQ(Tick(), (Lines{"set 1 60 = 1", "get 0 60", "get 0 E8", "Sleep 500", "set 0 60 = 5"}))
+        << "ends before starts";
     EXPECT_EQ(g_nReservation, 1);
 }
 
@@ -153,7 +154,7 @@ TEST_F(SchedulerTest, TwoInTheSameMinute)
         host.monitors[0].features[VCP_INPUT_SOURCE].current = INPUT_TV;
         Tick();
         EXPECT_EQ(g_nPromptIndex, 2) << "the question stays with the first";
-        EXPECT_EQ(Press(IDC_PROMPT_SWITCH), (Lines{"get 0 E8", "set 0 E8 = 258", "set 0 60 = 9"}));
+        EXPECT_EQ(Press(IDC_PROMPT_SWITCH), (Lines{"get 0 E8", "set 0 E8 = 258", "Sleep 1000", "set 0 60 = 9"}));
         EXPECT_EQ(SectionLines(2)[7], "channel=アナログ") << "the input at the start minute";
         EXPECT_EQ(Tick(), Lines{"get 0 60"});
         EXPECT_EQ(PromptShown(), QuestionShown()) << "answered in time, the second is asked";
@@ -165,7 +166,7 @@ TEST_F(SchedulerTest, TwoInTheSameMinute)
     Tick();
     AdvanceClock(1);
     EXPECT_EQ(Tick(), Lines{});
-    EXPECT_EQ(Press(IDC_PROMPT_SWITCH).size(), 3u);
+    EXPECT_EQ(Press(IDC_PROMPT_SWITCH).size(), 4u);
     EXPECT_EQ(Tick(), Lines{});
     EXPECT_EQ(g_hReservePrompt, nullptr);
     EXPECT_EQ(SectionLines(6)[2], "time=20:00");
@@ -245,7 +246,7 @@ TEST_F(SchedulerTest, AMonitorThatIsNotTheReservedOne)
         LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "ビデオ", c.model, c.monitor));
         g_nCurMonitor = 0; // whose input is remembered, whichever is switched
         SetMinute("2006/06/10 20:00");
-        EXPECT_EQ(Tick(), c.starts ? (Lines{"get 0 60", "get 1 E8", "set 1 60 = 5"}) : Lines{}) << c.model;
+        EXPECT_EQ(Tick(), c.starts ? (Lines{"get 0 60", "get 1 E8", "Sleep 500", "set 1 60 = 5"}) : Lines{}) << c.model;
         SetMinute("2006/06/10 21:00");
         EXPECT_EQ(Tick(), c.starts ? Lines{"set 1 60 = 3"} : Lines{}) << c.model;
         EXPECT_EQ(IsUsed(0), !c.starts) << c.model;
@@ -282,7 +283,7 @@ TEST_F(SchedulerTest, Choices)
     // A channel that the monitor does not know switches to the TV all the same.
     LoadFile(Section(0, "2006/06/10 20:00", "2006/06/10 21:00", "99"));
     SetMinute("2006/06/10 20:00");
-    EXPECT_EQ(Tick(), (Lines{"get 0 60", "get 0 E8", "set 0 E8 = 273", "set 0 60 = 9"}));
+    EXPECT_EQ(Tick(), (Lines{"get 0 60", "get 0 E8", "Sleep 500", "set 0 E8 = 273", "Sleep 1000", "set 0 60 = 9"}));
 }
 
 // ---- Opening of the panel -----------------------------------------------------------------------------------------
@@ -373,8 +374,9 @@ TEST_F(ReservationTimerTest, TheTimerChecksWhatIsLoaded)
                              Section(1, "2006/06/10 20:01", "2006/06/10 20:30", "ビデオ");
     IniFolder::Write("ontimer.ini", file);
     host.TakeLog();
+    LoadReservations(g_Reservation, "ontimer.ini");
     Tick(TIMER_RESERVATION);
-    EXPECT_EQ(host.TakeLog(), Lines{}) << "nothing fires before the page has loaded the file";
+    EXPECT_EQ(host.TakeLog(), Lines{}) << "what the user has deleted is not counted, but stays until a page loads";
     g_nReservation = LoadReservations(g_Reservation, "ontimer.ini");
     Tick(TIMER_RESERVATION);
     EXPECT_EQ(host.TakeLog(), (Lines{"get 0 60", "get 0 E8", "set 0 60 = 5"}));

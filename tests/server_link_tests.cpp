@@ -58,6 +58,9 @@ TEST_F(ServerTest, TheFirstDatagramMayBeShort)
 
 TEST_F(ServerTest, CommandsForOthersAreDropped)
 {
+    char name[256] = "";
+    gethostname(name, sizeof name);
+    EXPECT_EQ(memcmp(gethostbyname(name)->h_addr_list[0], &g_dwMyIpAddr, sizeof(DWORD)), 0);
     server.Send(Datagram(SERVER_ECO_ON, 0, 0, g_dwMyIpAddr ^ 0x01000000));
     EXPECT_TRUE(server.IsLeftAlone());
     EXPECT_EQ(server.Ask(Datagram(SERVER_INPUT_DIGITAL, 0, 0, g_dwMyIpAddr)).size(), 1u);
@@ -134,6 +137,7 @@ TEST_F(ServerLinkTest, StartedTwiceItAnswersEachCommandOnce)
     StartLink();
     EXPECT_EQ(CreateServerLinkWindow(g_hKernelWnd), nullptr);
     EXPECT_EQ(g_hServerLinkWnd, nullptr);
+    EXPECT_TRUE(IsPortShared());
     for (int round = 0; round < 20; ++round)
         EXPECT_TRUE(IsAnswered());
     EXPECT_TRUE(server.IsLeftAlone());

@@ -1,6 +1,8 @@
 // The messages that a user's hands cause, and what eyes read.
 #include "support/hands.h"
 
+#include "kernel/base/plugin_state.h"
+#include "panel/resources/resource.h"
 #include "support/text.h"
 
 #include <commctrl.h>
@@ -8,6 +10,7 @@
 #include <shlobj.h>
 
 #include <cstring>
+#include <map>
 
 // ---- The tree -----------------------------------------------------------------------------------------------------
 
@@ -210,4 +213,71 @@ std::string TipOf(HWND dialog, int control)
     search.tool.lpszText = search.text;
     EnumThreadWindows(GetWindowThreadProcessId(dialog, nullptr), AskTip, reinterpret_cast<LPARAM>(&search));
     return Utf8(search.text);
+}
+
+// ---- The sheet of a dialog ----------------------------------------------------------------------------------------
+
+static std::string BitsOf(HGDIOBJ bitmap)
+{
+    BITMAP description = {};
+    GetObjectA(bitmap, sizeof description, &description);
+    std::string bits(static_cast<size_t>(description.bmWidthBytes * description.bmHeight), '\0');
+    GetBitmapBits(static_cast<HBITMAP>(bitmap), static_cast<LONG>(bits.size()), bits.data());
+    return std::to_string(description.bmWidth) + bits;
+}
+
+// The resource that a control shows; 0 for none.
+static int PictureOf(HWND control, bool button)
+{
+    const auto shown =
+        reinterpret_cast<HBITMAP>(SendMessageA(control, button ? BM_GETIMAGE : STM_GETIMAGE, IMAGE_BITMAP, 0));
+    static std::map<std::string, int> known; // by their bits
+    for (int picture = known.empty() ? IDB_FIRST : IDB_LAST + 1; picture <= IDB_LAST; ++picture) {
+        const HGDIOBJ bitmap = LoadImageA(g_hInstance, MAKEINTRESOURCEA(picture), IMAGE_BITMAP, 0, 0,
+                                          LR_LOADMAP3DCOLORS | LR_LOADTRANSPARENT);
+        if (bitmap)
+            known.emplace(BitsOf(bitmap), picture);
+        DeleteObject(bitmap);
+    }
+    return shown ? known[BitsOf(shown)] : 0;
+}
+
+static std::string ColumnsOf(HWND list)
+{
+    std::string columns;
+    wchar_t text[64] = L"";
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+    column.pszText = text;
+    column.cchTextMax = ARRAYSIZE(text);
+    for (WPARAM n = 0; SendMessageW(list, LVM_GETCOLUMNW, n, reinterpret_cast<LPARAM>(&column)); ++n)
+        columns +=
+            " [" + Utf8(text) + " " + std::to_string(column.cx) + (column.fmt & LVCFMT_CENTER ? " centred]" : "]");
+    return columns;
+}
+
+Lines SheetOf(HWND dialog)
+{
+    Lines sheet;
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        char kind[32] = "";
+        GetClassNameA(child, kind, sizeof kind);
+        const int id = GetDlgCtrlID(child);
+        const bool button = lstrcmpA(kind, "Button") == 0;
+        std::string line = std::to_string(id) + " " + kind + ColumnsOf(child);
+        if (button || lstrcmpA(kind, "Static") == 0) {
+            wchar_t text[256] = L"";
+            GetWindowTextW(child, text, ARRAYSIZE(text));
+            const int picture = PictureOf(child, button);
+            line += picture ? " picture " + std::to_string(picture) : " " + Utf8(text);
+        }
+        if (!(GetWindowLongA(child, GWL_STYLE) & WS_VISIBLE))
+            line += " (hidden)";
+        const std::string tip = id > 0 ? TipOf(dialog, id) : "";
+        line += tip.empty() ? "" : ": " + tip;
+        for (char &c : line)
+            c = c == '\n' || c == '\r' ? '/' : c;
+        sheet.push_back(line);
+    }
+    return sheet;
 }

@@ -29,5 +29,9 @@ Lines RowsOf(HWND dialog, int list, int columns); // of a list view: "DATA: text
 // The tooltip that a control has; empty without one.
 std::string TipOf(HWND dialog, int control);
 
+// What a user sees of a dialog and its controls, a line each: number, kind, text or picture or columns, the tip that it
+// has. Not the text of what the user can type into or choose from.
+Lines SheetOf(HWND dialog);
+
 // Drops files on a control, as the shell does it; the paths as the plug-in gets them.
 void DropFiles(HWND dialog, int control, const std::vector<std::string> &paths);

@@ -69,7 +69,9 @@ void ResetPluginState()
     g_hCommLogWnd = nullptr;
     InjectFault(Fault::None);
     HoldTimer(0);
+    ForgetTimers();
     SkipPauses(false);
+    SkipWaits(false);
     HurryPauses(false);
     SetExitWindowsResults({});
     AnswerFileDialog("");

@@ -1,6 +1,7 @@
 // Stand-ins for imported functions: the linker takes these symbols before those of the import libraries.
 #include "support/replaced_imports.h"
 
+#include <commctrl.h>
 #include <commdlg.h>
 #include <shellapi.h>
 
@@ -16,7 +17,7 @@ static std::vector<std::string> s_Calls;
 static std::vector<BOOL> s_ExitResults; // of ExitWindowsEx, next first
 static std::function<void()> s_ExitLook;
 static std::atomic<bool> s_SkipPauses = false;
-static std::atomic<HWND> s_ShellOwner = nullptr;
+static std::atomic<HWND> s_LastOwner = nullptr;
 
 void RecordCall(const std::string &call)
 {
@@ -41,15 +42,15 @@ static std::string OrNull(LPCSTR text)
     return text ? text : "(null)";
 }
 
-HWND ShellExecuteOwner()
+HWND LastOwner()
 {
-    return s_ShellOwner;
+    return s_LastOwner;
 }
 
 static HINSTANCE WINAPI FakeShellExecute(HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR directory,
                                          INT show)
 {
-    s_ShellOwner = owner;
+    s_LastOwner = owner;
     RecordCall("ShellExecute " + OrNull(verb) + "|" + OrNull(file) + "|" + OrNull(parameters) + "|" +
                OrNull(directory) + "|" + std::to_string(show));
     return reinterpret_cast<HINSTANCE>(33);
@@ -78,6 +79,7 @@ void ShowRealFileDialog(bool on)
 
 static BOOL WINAPI FakeGetOpenFileName(OPENFILENAMEA *dialog)
 {
+    s_LastOwner = dialog->hwndOwner;
     if (s_RealFileDialog)
         return RealFunction<decltype(&GetOpenFileNameA)>("comdlg32", "GetOpenFileNameA")(dialog);
     std::string filter;
@@ -136,9 +138,33 @@ static BOOL WINAPI FakeExitWindowsEx(UINT flags, DWORD)
     return result;
 }
 
-void SkipPauses(bool on)
+static std::function<void(const std::string &)> s_RecordPause;
+
+void SkipPauses(bool on, std::function<void(const std::string &)> record)
 {
+    s_RecordPause = std::move(record);
     s_SkipPauses = on;
+}
+
+static std::atomic<bool> s_SkipWaits = false;
+static std::atomic<int> s_Waits = 0;
+
+int SkipWaits(bool on)
+{
+    s_SkipWaits = on;
+    return s_Waits.exchange(0);
+}
+
+static DWORD WINAPI FakeWaitForSingleObject(HANDLE object, DWORD milliseconds)
+{
+    constexpr DWORD SECOND = 1000;
+    static std::atomic<decltype(&WaitForSingleObject)> real;
+    if (!real)
+        real = RealFunction<decltype(&WaitForSingleObject)>("kernel32", "WaitForSingleObject");
+    if (milliseconds != SECOND || !s_SkipWaits)
+        return real.load()(object, milliseconds);
+    ++s_Waits;
+    return real.load()(object, 0);
 }
 
 static std::atomic<bool> s_HurryPauses = false;
@@ -155,7 +181,7 @@ static void WINAPI FakeSleep(DWORD milliseconds)
     if (milliseconds < SHORT_PAUSE)
         real(s_HurryPauses ? milliseconds / 10 : milliseconds);
     else if (s_SkipPauses)
-        RecordCall("Sleep " + std::to_string(milliseconds));
+        s_RecordPause("Sleep " + std::to_string(milliseconds));
     else
         real(milliseconds);
 }
@@ -167,13 +193,58 @@ void HoldTimer(UINT_PTR id)
     s_HeldTimer = id;
 }
 
+static std::map<UINT_PTR, UINT> s_Periods; // of the armed timers, under the lock
+
+std::map<UINT_PTR, UINT> ArmedTimers()
+{
+    const std::lock_guard lock(s_Lock);
+    return s_Periods;
+}
+
+void ForgetTimers()
+{
+    const std::lock_guard lock(s_Lock);
+    s_Periods.clear();
+}
+
 static UINT_PTR WINAPI FakeSetTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure)
 {
     constexpr UINT LONGER_THAN_ANY_TEST = 3'600'000;
+    {
+        const std::lock_guard lock(s_Lock);
+        s_Periods[id] = period;
+    }
     if (id != 0 && (id == s_HeldTimer || s_HeldTimer == ALL_TIMERS))
         period = LONGER_THAN_ANY_TEST;
     const auto real = RealFunction<decltype(&SetTimer)>("user32", "SetTimer");
     return ShallFail(Fault::Timer) ? 0 : real(window, id, period, procedure);
+}
+
+static std::atomic<DWORD> s_ControlClasses = 0;
+
+DWORD CommonControlClasses()
+{
+    return s_ControlClasses;
+}
+
+static BOOL WINAPI FakeInitCommonControlsEx(const INITCOMMONCONTROLSEX *classes)
+{
+    s_ControlClasses = classes->dwICC;
+    return RealFunction<decltype(&InitCommonControlsEx)>("comctl32", "InitCommonControlsEx")(classes);
+}
+
+static std::atomic<REGSAM> s_RegistryAccess = 0;
+
+REGSAM RegistryAccess()
+{
+    return s_RegistryAccess;
+}
+
+static LONG WINAPI FakeRegOpenKeyEx(HKEY root, LPCSTR path, DWORD options, REGSAM access, HKEY *key)
+{
+    s_RegistryAccess = access;
+    const auto real = RealFunction<decltype(&RegOpenKeyExA)>("advapi32", "RegOpenKeyExA");
+    return ShallFail(Fault::Registry) ? ERROR_ACCESS_DENIED : real(root, path, options, access, key);
 }
 
 extern "C" {
@@ -182,6 +253,9 @@ extern void *fakeShellExecute asm("__imp__ShellExecuteA@24");
 extern void *fakeExitWindowsEx asm("__imp__ExitWindowsEx@8");
 extern void *fakeSleep asm("__imp__Sleep@4");
 extern void *fakeSetTimer asm("__imp__SetTimer@16");
+extern void *fakeInitCommonControlsEx asm("__imp__InitCommonControlsEx@4");
+extern void *fakeRegOpenKeyEx asm("__imp__RegOpenKeyExA@20");
+extern void *fakeWaitForSingleObject asm("__imp__WaitForSingleObject@8");
 extern void *fakeGetOpenFileName asm("__imp__GetOpenFileNameA@4");
 extern void *fakeCommDlgExtendedError asm("__imp__CommDlgExtendedError@0");
 void *fakeWinExec = reinterpret_cast<void *>(FakeWinExec);
@@ -189,6 +263,9 @@ void *fakeShellExecute = reinterpret_cast<void *>(FakeShellExecute);
 void *fakeExitWindowsEx = reinterpret_cast<void *>(FakeExitWindowsEx);
 void *fakeSleep = reinterpret_cast<void *>(FakeSleep);
 void *fakeSetTimer = reinterpret_cast<void *>(FakeSetTimer);
+void *fakeInitCommonControlsEx = reinterpret_cast<void *>(FakeInitCommonControlsEx);
+void *fakeRegOpenKeyEx = reinterpret_cast<void *>(FakeRegOpenKeyEx);
+void *fakeWaitForSingleObject = reinterpret_cast<void *>(FakeWaitForSingleObject);
 void *fakeGetOpenFileName = reinterpret_cast<void *>(FakeGetOpenFileName);
 void *fakeCommDlgExtendedError = reinterpret_cast<void *>(FakeCommDlgExtendedError);
 }

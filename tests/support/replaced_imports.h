@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,14 +15,14 @@
 //   "WinExec COMMAND SHOW"
 //   "ShellExecute VERB|FILE|PARAMETERS|DIRECTORY|SHOW" (a null argument is "(null)")
 //   "ExitWindowsEx FLAGS" (hexadecimal)
-//   "Sleep MS", for pauses of 20 ms and more, while SkipPauses is on
+//   "Sleep MS", for pauses of 20 ms and more, while SkipPauses is on and names no other record
 std::vector<std::string> TakeRecordedCalls();
 
 // Adds a line to that record, for stand-ins elsewhere. Any thread.
 void RecordCall(const std::string &call);
 
-// The owner window that the last ShellExecuteA was given.
-HWND ShellExecuteOwner();
+// The owner window that the last ShellExecuteA or file dialog was given.
+HWND LastOwner();
 
 // What the file dialog answers from now on: a path (bytes of the system's code page; all of them, if need be without a
 // zero at the end), or without one a cancellation with this extended error. `look` is called inside each call, on its
@@ -37,7 +38,10 @@ void ShowRealFileDialog(bool on);
 void SetExitWindowsResults(std::vector<BOOL> results, std::function<void()> look = {});
 
 // While on, pauses of 20 ms and more are recorded and not made, on every thread: not for tests that wait with Sleep.
-void SkipPauses(bool on);
+void SkipPauses(bool on, std::function<void(const std::string &)> record = RecordCall);
+
+// While on, a wait of a second looks once instead, on every thread. Result: how many there were since the last call.
+int SkipWaits(bool on);
 
 // While on, shorter pauses take a tenth of their time, on every thread: what polls, such as the plug-in's message loop,
 // reacts the sooner.
@@ -47,3 +51,13 @@ void HurryPauses(bool on);
 // ALL_TIMERS every timer that has an identifier. Any thread.
 constexpr UINT_PTR ALL_TIMERS = static_cast<UINT_PTR>(-1);
 void HoldTimer(UINT_PTR id);
+
+// The period that each timer was last armed with since ForgetTimers, in milliseconds.
+std::map<UINT_PTR, UINT> ArmedTimers();
+void ForgetTimers();
+
+// The classes of common controls that were last asked for.
+DWORD CommonControlClasses();
+
+// The rights that the last opened registry key was opened with.
+REGSAM RegistryAccess();

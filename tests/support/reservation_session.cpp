@@ -149,13 +149,14 @@ ReservationTest::ReservationTest()
         strcpy(g_Monitor[monitor].szInputName[1], "3");
         strcpy(g_Monitor[monitor].szInputName[2], "    ");
     }
-    SkipPauses(true);
+    SkipPauses(true, [this](const std::string &pause) { host.Note(pause); });
     host.TakeLog();
 }
 
 ReservationTest::~ReservationTest()
 {
     CloseReservePrompt();
+    SkipPauses(false);
     CloseReservationFiles();
 }
 

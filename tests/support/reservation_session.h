@@ -50,7 +50,7 @@ std::string QuestionShown();
 std::string NoticeShown();
 
 // Two monitors, "NRV-PA1" and "NRV-PA2", with all inputs and a tuner (channel names "1", "3" and an empty one), which
-// show input 3 and channel 777. Pauses are skipped.
+// show input 3 and channel 777. Pauses are skipped, and stand in the host's log.
 class ReservationTest : public HostTest {
 protected:
     ReservationTest();

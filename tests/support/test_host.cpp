@@ -327,6 +327,12 @@ Lines TestHost::TakeLog()
     return std::exchange(m_log, {});
 }
 
+void TestHost::Note(const std::string &line)
+{
+    const auto lock = Lock();
+    m_log.push_back(line);
+}
+
 bool TestHost::WaitFor(const std::string &entry)
 {
     auto lock = Lock();

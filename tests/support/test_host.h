@@ -113,6 +113,9 @@ public:
     Lines Log();
     Lines TakeLog();
 
+    // Adds a line to the log.
+    void Note(const std::string &line);
+
     // Waits until an entry is in the log; false after ten seconds.
     bool WaitFor(const std::string &entry);
 

@@ -155,10 +155,11 @@ bool TestServer::IsLeftAlone()
     return !WaitForConnection(SILENCE_MS);
 }
 
-// A socket that has the port for itself; INVALID_SOCKET when somebody else has it.
-static UINT_PTR TakePort()
+// A socket that has the port, if need be for itself; INVALID_SOCKET when somebody else has it.
+static UINT_PTR TakePort(BOOL shared = FALSE)
 {
     const UINT_PTR sock = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<const char *>(&shared), sizeof shared);
     const sockaddr_in own = Address(INADDR_ANY);
     if (bind(sock, reinterpret_cast<const sockaddr *>(&own), sizeof own) == 0)
         return sock;
@@ -177,6 +178,13 @@ bool WaitForPort(bool taken)
         Sleep(10);
     }
     return false;
+}
+
+bool IsPortShared()
+{
+    const UINT_PTR sock = TakePort(TRUE);
+    closesocket(sock);
+    return sock != INVALID_SOCKET;
 }
 
 TakenPort::TakenPort() : m_socket(TakePort())

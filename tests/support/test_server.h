@@ -71,6 +71,9 @@ private:
 // Waits until UDP port 9700 is taken, or free; false after ten seconds.
 bool WaitForPort(bool taken);
 
+// Whether UDP port 9700 can be had beside who has it.
+bool IsPortShared();
+
 // While it exists, UDP port 9700 is taken and not shared.
 class TakenPort {
 public:
