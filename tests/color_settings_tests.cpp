@@ -16,15 +16,9 @@ TEST_F(ColorSettingsTest, BrightnessGoesToTheFieldOfTheEcoState)
 {
     host.monitors[1].features[VCP_BRIGHTNESS].maximum = 80;
     ReadCurrentSettings(1);
-    EXPECT_EQ(g_CurSetting[1].dwEco, 0u);
-    EXPECT_EQ(g_CurSetting[1].wBright, 60);
+    const COLORSETTING read = {0, 0, 60, 70, 81, 82, 83, 5, 0};
+    EXPECT_EQ(memcmp(&g_CurSetting[1], &read, sizeof read), 0);
     EXPECT_EQ(g_nMaxBright[1], 80);
-    EXPECT_EQ(g_CurSetting[1].wBrightEco, 0);
-    EXPECT_EQ(g_CurSetting[1].wContrast, 70);
-    EXPECT_EQ(g_CurSetting[1].wColorTemp, 5);
-    EXPECT_EQ(g_CurSetting[1].wRed, 81);
-    EXPECT_EQ(g_CurSetting[1].wGreen, 82);
-    EXPECT_EQ(g_CurSetting[1].wBlue, 83);
     for (const LONG *maximum : {g_nMaxContrast, g_nMaxRed, g_nMaxGreen, g_nMaxBlue})
         EXPECT_EQ(maximum[1], 100);
 

@@ -25,10 +25,7 @@ protected:
         TestHost host(slots[PLUGIN_SLOT_RECEIVE]);
         host.monitors = {ColorMonitor("NRV-PA1")};
         HWND window = host.Window();
-        HOSTPACKET packet = {};
-        packet.dst.wID = 3;
-        packet.dwDataSize = sizeof window;
-        packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
+        HOSTPACKET packet = InitPacket(&window);
         host.Run([&] { EXPECT_EQ(slots[PLUGIN_SLOT_INIT](&packet), 1); });
         EXPECT_TRUE(host.WaitFor("get 0 F2"));
         host.Run([&] { EXPECT_EQ(slots[PLUGIN_SLOT_STOP](nullptr), 1); });

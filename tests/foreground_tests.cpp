@@ -142,16 +142,6 @@ TEST_F(ForegroundTest, TicksBehindAnOpenQuestionAreSkipped)
     EXPECT_EQ(g_bForeIdle, 1);
 }
 
-TEST_F(ForegroundTest, TheTimerChecksByItself)
-{
-    DontAsk();
-    FrontProgram one("front_one.exe");
-    Register(0, one.KnownPath());
-    ASSERT_TRUE(one.BringToFront());
-    SetTimer(g_hKernelWnd, TIMER_FOREGROUND, 50, nullptr);
-    EXPECT_TRUE(host.WaitFor("set 0 12 = 10"));
-}
-
 TEST_F(ForegroundTest, MonitorsAndInputs)
 {
     // The input that counts is that of the monitor with the slot's number.

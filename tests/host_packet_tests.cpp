@@ -48,23 +48,6 @@ TEST_F(HostPacketTest, NumbersAreTheLowestFreeAndComeBack)
     EXPECT_EQ(NewUniqueID(&known), 1999u);
 }
 
-TEST_F(HostPacketTest, ThreadsNeverShareANumber)
-{
-    std::array<std::vector<DWORD>, 4> taken;
-    std::vector<std::thread> threads;
-    for (auto &own : taken)
-        threads.emplace_back([&own] {
-            for (int round = 0; round < 400; ++round)
-                own.push_back(NewUniqueID(&known));
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    std::array<int, REQUEST_COUNT> owners = {};
-    for (const auto &own : taken)
-        for (const DWORD id : own)
-            EXPECT_EQ(++owners[id], 1) << id;
-}
-
 TEST_F(HostPacketTest, ARequestIsAddressedAndFilledAsTheHostExpects)
 {
     const BYTE payload[] = {1, 2, 3};

@@ -50,21 +50,12 @@ TEST_F(KernelWindowTest, PacketsOfAWholeRun)
     EXPECT_EQ(CommonControlClasses(), static_cast<DWORD>(ICC_DATE_CLASSES | ICC_INTERNET_CLASSES));
     StartUp();
     EXPECT_EQ(g_bStarted, 1);
+    EXPECT_FALSE(KillTimer(g_hKernelWnd, TIMER_START_UP)) << "once";
     EXPECT_EQ(host.TakeLog(), (Lines{"notice 8", "count", "name 0", "capabilities 0", "inputs 0: 1 3", "name 1",
                                      "capabilities 1", "inputs 1:", "get 0 E0", "get 0 10", "get 0 12", "get 0 14",
                                      "get 0 16", "get 0 18", "get 0 1A", "notice 9", "get 0 F2", "get 1 F2"}));
     Stop();
     EXPECT_EQ(host.TakeLog(), (Lines{"directlink 0 = 0", "set 0 F2 = 0", "edid 0", "edid 1", "notice 3"}));
-}
-
-TEST_F(KernelWindowTest, TheStartUpTimerFiresByItselfAndOnce)
-{
-    HoldTimer(0);
-    ASSERT_TRUE(Start());
-    ASSERT_TRUE(host.WaitFor("get 1 F2"));
-    Sleep(1500); // a second tick would come within this time
-    const Lines log = host.TakeLog();
-    EXPECT_EQ(std::count(log.begin(), log.end(), "notice 8"), 1);
 }
 
 TEST_F(KernelWindowTest, AStopEndsTheStartUpAtTheAccessThatItMeets)

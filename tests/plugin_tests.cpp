@@ -48,10 +48,9 @@ TEST_F(PluginTest, InfoBlock)
 TEST_F(PluginTest, InitRefusesAPacketWithoutAWindow)
 {
     HWND window = host.Window();
-    HOSTPACKET packet = {};
+    HOSTPACKET packet = InitPacket(&window);
     packet.dst = {9, 8, 7};
     packet.dwDataSize = 3;
-    packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
     EXPECT_EQ(PluginInit(&packet), 0);
     EXPECT_EQ(packet.dst.bClass, 8);
     packet.dwDataSize = 4;
@@ -64,10 +63,8 @@ TEST_F(PluginTest, InitRefusesAPacketWithoutAWindow)
 TEST_F(PluginTest, InitReportsAThreadThatCannotBeStarted)
 {
     HWND window = host.Window();
-    HOSTPACKET packet = {};
+    HOSTPACKET packet = InitPacket(&window);
     packet.dst.wID = 9;
-    packet.dwDataSize = 4;
-    packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
     InjectFault(Fault::Thread);
     EXPECT_EQ(PluginInit(&packet), 0);
     EXPECT_EQ(packet.dst.bClass, ENDPOINT_CLASS);
@@ -84,10 +81,8 @@ TEST_F(PluginTest, OneThreadAtATime)
     const HWND kernel = g_hKernelWnd;
     const int threads = PluginThreads(); // with a watcher that the test framework may have started
     HWND another = GetDesktopWindow();
-    HOSTPACKET packet = {};
+    HOSTPACKET packet = InitPacket(&another);
     packet.dst.wID = 9;
-    packet.dwDataSize = 4;
-    packet.lpData = reinterpret_cast<HOSTDATA *>(&another);
     EXPECT_EQ(PluginInit(&packet), 0);
     EXPECT_EQ(g_hHostWnd, host.Window());
     EXPECT_EQ(g_MyAddr.wID, 7);

@@ -1,10 +1,9 @@
 // The text of a profile's section: the exact form, the look-up by substring, and texts made by hand or by malice.
 #include "profiles/profile_file.h"
 
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/guarded_bytes.h"
 
-#include <string>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -14,18 +13,11 @@ PROFILEENTRY ParseLines(std::string lines, size_t size)
     for (char &c : lines)
         if (c == '|')
             c = '\0';
-    SYSTEM_INFO system;
-    GetSystemInfo(&system);
-    const size_t page = system.dwPageSize;
-    char *memory = static_cast<char *>(VirtualAlloc(nullptr, 2 * page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-    DWORD old;
-    VirtualProtect(memory + page, page, PAGE_NOACCESS, &old);
-    char *text = memory + page - size;
-    memcpy(text, lines.data(), lines.size() < size ? lines.size() : size);
-    JoinSectionLines(text, size);
+    lines.resize(size);
+    const GuardedBytes text(lines);
+    JoinSectionLines(text.data, size);
     PROFILEENTRY entry = {};
-    ParseProfileText(&entry, text);
-    VirtualFree(memory, 0, MEM_RELEASE);
+    ParseProfileText(&entry, text.data);
     return entry;
 }
 

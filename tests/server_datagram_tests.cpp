@@ -1,38 +1,11 @@
 // Reading and forming the messages of the server link, at the very ends of their buffers.
 #include "server/server_datagram.h"
 
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/guarded_bytes.h"
 
-#include <cstring>
-#include <string>
+#include <gtest/gtest.h>
 
 using namespace std::string_literals;
-
-namespace {
-
-// Bytes directly in front of a page that must not be touched.
-class GuardedBytes {
-public:
-    explicit GuardedBytes(const std::string &bytes)
-    {
-        m_pages = static_cast<char *>(VirtualAlloc(nullptr, 2 * 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        DWORD old;
-        VirtualProtect(m_pages + 4096, 4096, PAGE_NOACCESS, &old);
-        data = m_pages + 4096 - bytes.size();
-        memcpy(data, bytes.data(), bytes.size());
-    }
-    ~GuardedBytes() { VirtualFree(m_pages, 0, MEM_RELEASE); }
-    GuardedBytes(const GuardedBytes &) = delete;
-    GuardedBytes &operator=(const GuardedBytes &) = delete;
-
-    char *data;
-
-private:
-    char *m_pages;
-};
-
-} // namespace
 
 TEST(ServerDatagram, CommandsAreReadFromTheirBytes)
 {

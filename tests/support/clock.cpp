@@ -1,6 +1,8 @@
 // A settable clock in the place of GetLocalTime.
 #include "support/clock.h"
 
+#include "support/faults.h"
+
 #include <windows.h>
 
 #include <mutex>
@@ -22,10 +24,7 @@ static void WINAPI FakeGetLocalTime(SYSTEMTIME *time)
     FileTimeToSystemTime(&local, time);
 }
 
-extern "C" {
-extern void *fakeGetLocalTime asm("__imp__GetLocalTime@4");
-void *fakeGetLocalTime = reinterpret_cast<void *>(FakeGetLocalTime);
-}
+STAND_IN(FakeGetLocalTime, "GetLocalTime@4")
 
 // Brings the day of the week, and whatever overflowed, in order.
 static SYSTEMTIME Normalised(SYSTEMTIME time, int minutes)

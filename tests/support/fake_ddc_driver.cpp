@@ -197,11 +197,6 @@ static BOOL WINAPI FakeCloseHandle(HANDLE handle)
     return RealFunction<decltype(&CloseHandle)>("kernel32", "CloseHandle")(handle);
 }
 
-extern "C" {
-extern void *fakeCreateFile asm("__imp__CreateFileA@28");
-extern void *fakeDeviceIoControl asm("__imp__DeviceIoControl@32");
-extern void *fakeCloseHandle asm("__imp__CloseHandle@4");
-void *fakeCreateFile = reinterpret_cast<void *>(FakeCreateFile);
-void *fakeDeviceIoControl = reinterpret_cast<void *>(FakeDeviceIoControl);
-void *fakeCloseHandle = reinterpret_cast<void *>(FakeCloseHandle);
-}
+STAND_IN(FakeCreateFile, "CreateFileA@28")
+STAND_IN(FakeDeviceIoControl, "DeviceIoControl@32")
+STAND_IN(FakeCloseHandle, "CloseHandle@4")

@@ -235,11 +235,6 @@ static BOOL WINAPI FailWritePrivateProfileString(LPCSTR section, LPCSTR key, LPC
     return real(section, key, value, path);
 }
 
-extern "C" {
-extern void *failCreateThread asm("__imp__CreateThread@24");
-extern void *failOpen asm("__imp___open");
-extern void *failWritePrivateProfileString asm("__imp__WritePrivateProfileStringA@16");
-void *failCreateThread = reinterpret_cast<void *>(FailCreateThread);
-void *failOpen = reinterpret_cast<void *>(FailOpen);
-void *failWritePrivateProfileString = reinterpret_cast<void *>(FailWritePrivateProfileString);
-}
+STAND_IN(FailCreateThread, "CreateThread@24")
+STAND_IN(FailOpen, "_open")
+STAND_IN(FailWritePrivateProfileString, "WritePrivateProfileStringA@16")

@@ -77,3 +77,10 @@ FUNCTION RealFunction(const char *library, const char *name)
 {
     return reinterpret_cast<FUNCTION>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA(library), name)));
 }
+
+// Takes the place of an imported function, named as the linker names it: "Sleep@4".
+#define STAND_IN(FUNCTION, SYMBOL)                                                                                     \
+    extern "C" {                                                                                                       \
+    extern void *import##FUNCTION asm("__imp__" SYMBOL);                                                               \
+    void *import##FUNCTION = reinterpret_cast<void *>(FUNCTION);                                                       \
+    }

@@ -81,22 +81,13 @@ static int WINAPI CountedReleaseDC(HWND window, HDC context)
     return Out(s_GdiObjects, REAL("user32", ReleaseDC)(window, context));
 }
 
-extern "C" {
-extern void *countedHeapAlloc asm("__imp__HeapAlloc@12");
-extern void *countedHeapFree asm("__imp__HeapFree@12");
-extern void *countedCreateFontIndirect asm("__imp__CreateFontIndirectA@4");
-extern void *countedLoadImage asm("__imp__LoadImageA@24");
-extern void *countedDeleteObject asm("__imp__DeleteObject@4");
-extern void *countedGetDC asm("__imp__GetDC@4");
-extern void *countedReleaseDC asm("__imp__ReleaseDC@8");
-void *countedHeapAlloc = reinterpret_cast<void *>(CountedHeapAlloc);
-void *countedHeapFree = reinterpret_cast<void *>(CountedHeapFree);
-void *countedCreateFontIndirect = reinterpret_cast<void *>(CountedCreateFontIndirect);
-void *countedLoadImage = reinterpret_cast<void *>(CountedLoadImage);
-void *countedDeleteObject = reinterpret_cast<void *>(CountedDeleteObject);
-void *countedGetDC = reinterpret_cast<void *>(CountedGetDC);
-void *countedReleaseDC = reinterpret_cast<void *>(CountedReleaseDC);
-}
+STAND_IN(CountedHeapAlloc, "HeapAlloc@12")
+STAND_IN(CountedHeapFree, "HeapFree@12")
+STAND_IN(CountedCreateFontIndirect, "CreateFontIndirectA@4")
+STAND_IN(CountedLoadImage, "LoadImageA@24")
+STAND_IN(CountedDeleteObject, "DeleteObject@4")
+STAND_IN(CountedGetDC, "GetDC@4")
+STAND_IN(CountedReleaseDC, "ReleaseDC@8")
 
 int CountHeapBlocks()
 {
@@ -144,13 +135,13 @@ bool CountObjectsOf(HMODULE module)
         const char *name;
         void *function;
     } counted[] = {
-        {"HeapAlloc", countedHeapAlloc},
-        {"HeapFree", countedHeapFree},
-        {"CreateFontIndirectA", countedCreateFontIndirect},
-        {"LoadImageA", countedLoadImage},
-        {"DeleteObject", countedDeleteObject},
-        {"GetDC", countedGetDC},
-        {"ReleaseDC", countedReleaseDC},
+        {"HeapAlloc", importCountedHeapAlloc},
+        {"HeapFree", importCountedHeapFree},
+        {"CreateFontIndirectA", importCountedCreateFontIndirect},
+        {"LoadImageA", importCountedLoadImage},
+        {"DeleteObject", importCountedDeleteObject},
+        {"GetDC", importCountedGetDC},
+        {"ReleaseDC", importCountedReleaseDC},
     };
     for (const auto &c : counted)
         if (!Redirect(module, c.name, c.function))

@@ -80,6 +80,15 @@ void ResetPluginState()
     TakeRecordedCalls();
 }
 
+HOSTPACKET InitPacket(HWND *window)
+{
+    HOSTPACKET packet = {};
+    packet.dst.wID = 7;
+    packet.dwDataSize = sizeof *window;
+    packet.lpData = reinterpret_cast<HOSTDATA *>(window);
+    return packet;
+}
+
 int CloseReservationFiles()
 {
     constexpr int FIRST = 3, MOST = 2048; // descriptors of a program
@@ -110,10 +119,7 @@ PluginRun::~PluginRun()
 int PluginRun::Init()
 {
     HWND window = host.Window();
-    HOSTPACKET packet = {};
-    packet.dst.wID = 7;
-    packet.dwDataSize = sizeof window;
-    packet.lpData = reinterpret_cast<HOSTDATA *>(&window);
+    HOSTPACKET packet = InitPacket(&window);
     int result = 0;
     host.Run([&] {
         const PluginCode slot;

@@ -9,6 +9,9 @@
 // Puts the plug-in's process-wide state back to what it is after loading. No thread of it may run.
 void ResetPluginState();
 
+// What the host gives to slot 0: its window, and 7 as the plug-in's number.
+HOSTPACKET InitPacket(HWND *window);
+
 // Closes the descriptors of "ontimer.ini" that the product leaves open at each load, so that the file can be deleted.
 // Result: how many there were.
 int CloseReservationFiles();

@@ -247,25 +247,13 @@ static LONG WINAPI FakeRegOpenKeyEx(HKEY root, LPCSTR path, DWORD options, REGSA
     return ShallFail(Fault::Registry) ? ERROR_ACCESS_DENIED : real(root, path, options, access, key);
 }
 
-extern "C" {
-extern void *fakeWinExec asm("__imp__WinExec@8");
-extern void *fakeShellExecute asm("__imp__ShellExecuteA@24");
-extern void *fakeExitWindowsEx asm("__imp__ExitWindowsEx@8");
-extern void *fakeSleep asm("__imp__Sleep@4");
-extern void *fakeSetTimer asm("__imp__SetTimer@16");
-extern void *fakeInitCommonControlsEx asm("__imp__InitCommonControlsEx@4");
-extern void *fakeRegOpenKeyEx asm("__imp__RegOpenKeyExA@20");
-extern void *fakeWaitForSingleObject asm("__imp__WaitForSingleObject@8");
-extern void *fakeGetOpenFileName asm("__imp__GetOpenFileNameA@4");
-extern void *fakeCommDlgExtendedError asm("__imp__CommDlgExtendedError@0");
-void *fakeWinExec = reinterpret_cast<void *>(FakeWinExec);
-void *fakeShellExecute = reinterpret_cast<void *>(FakeShellExecute);
-void *fakeExitWindowsEx = reinterpret_cast<void *>(FakeExitWindowsEx);
-void *fakeSleep = reinterpret_cast<void *>(FakeSleep);
-void *fakeSetTimer = reinterpret_cast<void *>(FakeSetTimer);
-void *fakeInitCommonControlsEx = reinterpret_cast<void *>(FakeInitCommonControlsEx);
-void *fakeRegOpenKeyEx = reinterpret_cast<void *>(FakeRegOpenKeyEx);
-void *fakeWaitForSingleObject = reinterpret_cast<void *>(FakeWaitForSingleObject);
-void *fakeGetOpenFileName = reinterpret_cast<void *>(FakeGetOpenFileName);
-void *fakeCommDlgExtendedError = reinterpret_cast<void *>(FakeCommDlgExtendedError);
-}
+STAND_IN(FakeWinExec, "WinExec@8")
+STAND_IN(FakeShellExecute, "ShellExecuteA@24")
+STAND_IN(FakeExitWindowsEx, "ExitWindowsEx@8")
+STAND_IN(FakeSleep, "Sleep@4")
+STAND_IN(FakeSetTimer, "SetTimer@16")
+STAND_IN(FakeInitCommonControlsEx, "InitCommonControlsEx@4")
+STAND_IN(FakeRegOpenKeyEx, "RegOpenKeyExA@20")
+STAND_IN(FakeWaitForSingleObject, "WaitForSingleObject@8")
+STAND_IN(FakeGetOpenFileName, "GetOpenFileNameA@4")
+STAND_IN(FakeCommDlgExtendedError, "CommDlgExtendedError@0")
