@@ -79,8 +79,10 @@ FUNCTION RealFunction(const char *library, const char *name)
 }
 
 // Takes the place of an imported function, named as the linker names it: "Sleep@4".
+// NOLINTBEGIN(bugprone-macro-parentheses): names cannot stand in parentheses.
 #define STAND_IN(FUNCTION, SYMBOL)                                                                                     \
     extern "C" {                                                                                                       \
     extern void *import##FUNCTION asm("__imp__" SYMBOL);                                                               \
     void *import##FUNCTION = reinterpret_cast<void *>(FUNCTION);                                                       \
     }
+// NOLINTEND(bugprone-macro-parentheses)
