@@ -294,6 +294,6 @@ TEST_F(RoutedMonitors, AreNotSlowedDownByOthersThatHangOrAreSlow)
     EXPECT_EQ(WaitForAnswers(11).back(), 11u);
     EXPECT_EQ(s_values.back(), -1);
     EXPECT_FALSE(Close()) << "a thread is still in the driver, and that is said";
-    for (const DWORD monitor : {0, 2})
+    for (const int monitor : {0, 2})
         g_StandIn.set(monitor, STANDIN_HANGS, 0);
 }
