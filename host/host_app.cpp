@@ -5,6 +5,7 @@
 #include "host/base/packet_log.h"
 #include "host/base/resource.h"
 #include "host/base/text.h"
+#include "host/console_end.h"
 #include "host/display_events.h"
 #include "host/menu_commands.h"
 #include "host/simulated/monitor_window.h"
@@ -187,6 +188,7 @@ static void StopAll(HOSTAPP *app)
     DestroyHostWindow(&app->window);
     app->isDriverStuck = !CloseMonitors(&app->monitors);
     ClosePacketLog();
+    FinishConsoleEnd();
 }
 
 static int Fail(HOSTAPP *app, const std::string &reason, int status)
@@ -207,12 +209,15 @@ int RunHost(HOSTAPP *app)
         return Fail(app, error, 1);
     StartDetection(&app->reload);
     RegisterSessionEvents(&app->sessionEvents, app->window.hWnd);
+    StartConsoleEnd(&app->window);
     if (!StartPlugin(&app->plugin, app->window.hWnd, app->monitors))
         return Fail(app, app->options.plugin + ": the plug-in does not start", 1);
     if (app->begin)
         app->begin(app);
     else
         AwaitStartUp(&app->startUp);
+    if (app->leavesConsole)
+        LeaveConsole();
     app->status = RunMessageLoop();
     StopAll(app);
     return app->status;

@@ -18,6 +18,8 @@ struct HOSTAPP {
     SESSIONSTATE session = {};
     SESSIONEVENTS sessionEvents = {};
 
+    bool leavesConsole = false; // once all has started: it is not needed any more, nor is its end this program's
+
     int status = 0;             // the process's exit status
     bool isDriverStuck = false; // a call into the graphics driver has not come back: end with TerminateProcess
 

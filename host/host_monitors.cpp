@@ -62,7 +62,7 @@ std::wstring MonitorTrouble(const HOSTMONITORS *monitors)
 
 void EndMonitorAccesses(HOSTMONITORS *monitors)
 {
-    RestMonitors(monitors->care, false);
+    EndMonitorCare(monitors->care);
     monitors->source.stop(monitors->source.context);
 }
 

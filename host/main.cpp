@@ -49,6 +49,7 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE, LPSTR, int)
         return ReadMonitors(app.options);
     if (!app.options.report.empty())
         return WriteMonitorReport(app.options);
+    app.leavesConsole = !StaysAtConsole(app.options);
     const int status = RunOnce(&app);
     if (app.isDriverStuck)
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));

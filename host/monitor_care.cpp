@@ -7,7 +7,8 @@
 #include "host/base/text.h"
 #include "monitor/vcp_codes.h"
 
-constexpr int DOUBT_LIMIT = 4; // as many as the looks after an event: a monitor may take its time to answer
+constexpr DWORD LOCK_PAUSE = 50; // ms between two tries to release the button locks
+constexpr int DOUBT_LIMIT = 4;   // as many as the looks after an event: a monitor may take its time to answer
 
 static MONITORCARE *From(void *context)
 {
@@ -72,12 +73,41 @@ static MONITORRESULT GetVcp(void *context, int monitor, DWORD patience, BYTE cod
     return result;
 }
 
+// Whether nobody will write to the monitor later, and it is there.
+static bool IsLastChance(MONITORCARE *care, int monitor)
+{
+    std::lock_guard lock(care->mutex);
+    const CAREDMONITOR *cared = CaredAt(care, monitor);
+    return care->isEnding && cared && !cared->isAway;
+}
+
+// Until the monitor says that it has the value. One that takes the write and says nothing counts as having it.
+static MONITORRESULT WriteForSure(const MONITORBACKEND &inner, int monitor, DWORD patience, BYTE code, WORD value)
+{
+    const DWORD start = GetTickCount();
+    for (;;) {
+        WORD read = 0, maximum = 0;
+        const MONITORRESULT written = inner.setVcp(inner.context, monitor, patience, code, value);
+        const bool isDone = written == MONITOR_OK || written == MONITOR_IGNORED;
+        const bool isRead =
+            isDone && inner.getVcp(inner.context, monitor, patience, code, &read, &maximum) == MONITOR_OK;
+        if ((isRead && read == value) || patience == 0)
+            return written;
+        if (GetTickCount() - start >= LOCK_PATIENCE)
+            return isRead ? MONITOR_FAILED : written;
+        Sleep(LOCK_PAUSE);
+    }
+}
+
 static MONITORRESULT SetVcp(void *context, int monitor, DWORD patience, BYTE code, WORD value)
 {
     MONITORCARE *care = From(context);
     const bool rests = IsResting(care);
-    const MONITORRESULT result =
-        rests ? MONITOR_FAILED : care->inner.setVcp(care->inner.context, monitor, patience, code, value);
+    MONITORRESULT result = MONITOR_FAILED;
+    if (code == VCP_BUTTON_LOCK && IsLastChance(care, monitor))
+        result = WriteForSure(care->inner, monitor, patience, code, value);
+    else if (!rests)
+        result = care->inner.setVcp(care->inner.context, monitor, patience, code, value);
     std::lock_guard lock(care->mutex);
     CAREDMONITOR *cared = CaredAt(care, monitor);
     if (!cared)
@@ -118,6 +148,7 @@ void SetCaredMonitors(MONITORCARE *care, const std::vector<MONITORIDENTITY> &inU
 {
     std::lock_guard lock(care->mutex);
     care->finds++;
+    care->isEnding = false;
     care->places.clear();
     for (const MONITORIDENTITY &identity : inUse)
         care->places.push_back(identity.text);
@@ -127,6 +158,13 @@ void RestMonitors(MONITORCARE *care, bool rests)
 {
     std::lock_guard lock(care->mutex);
     care->rests = rests;
+}
+
+void EndMonitorCare(MONITORCARE *care)
+{
+    std::lock_guard lock(care->mutex);
+    care->rests = false;
+    care->isEnding = true;
 }
 
 void DoubtMonitors(MONITORCARE *care)

@@ -9,6 +9,8 @@
 #include "host/base/monitor_source.h"
 #include "host/kept_values.h"
 
+constexpr DWORD LOCK_PATIENCE = 400; // ms: less than an access may take at the stop
+
 struct CAREDMONITOR {
     KEPTVALUES kept;
     bool isAway; // a look has not found it
@@ -20,6 +22,7 @@ struct MONITORCARE {
 
     std::mutex mutex;                             // guards all that follows
     bool rests;                                   // no monitor is accessed
+    bool isEnding;                                // the plug-in is being stopped
     unsigned finds;                               // how often the places were set
     std::vector<std::string> places;              // the identity at each index
     std::map<std::string, CAREDMONITOR> monitors; // by identity, also those that are not in use any more
@@ -34,6 +37,10 @@ void SetCaredMonitors(MONITORCARE *care, const std::vector<MONITORIDENTITY> &inU
 
 // From now on monitors are left alone, or no longer.
 void RestMonitors(MONITORCARE *care, bool rests);
+
+// Before the plug-in's stop, until SetCaredMonitors: nothing is held back, and a write to the button locks that fails
+// or does not stay is made again for LOCK_PATIENCE ms, for nobody else will release them.
+void EndMonitorCare(MONITORCARE *care);
 
 // The monitors may have forgotten what was set.
 void DoubtMonitors(MONITORCARE *care);

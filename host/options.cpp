@@ -183,6 +183,11 @@ bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::
     return true;
 }
 
+bool StaysAtConsole(const OPTIONS &options)
+{
+    return options.quit || !options.commands.empty() || !options.presses.empty();
+}
+
 static std::string OptionHelp(const OPTIONKIND &kind)
 {
     std::string text;

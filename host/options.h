@@ -32,5 +32,8 @@ std::vector<std::string> CommandLineWords();
 // Reads the words. Defaults are taken from ProgramFolder(). Returns false and says why in *error.
 bool ParseOptions(const std::vector<std::string> &words, OPTIONS *options, std::string *error);
 
+// Whether whoever started the program waits at the console for what it has to say; else it lets go of the console.
+bool StaysAtConsole(const OPTIONS &options);
+
 // What --help prints.
 std::string HelpText();

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <initializer_list>
 #include <mutex>
 
 #include "host/base/text.h"
@@ -43,17 +44,34 @@ void OpenConsole(bool mayShowBox)
         s_hOutput = s_hError = ParentConsole();
 }
 
-// A console takes UTF-16, a file or a pipe UTF-8.
-static void Write(HANDLE handle, const std::string &text)
+void LeaveConsole()
 {
     std::lock_guard lock(s_mutex);
+    for (HANDLE *handle : {&s_hOutput, &s_hError}) {
+        DWORD mode = 0;
+        if (*handle && GetConsoleMode(*handle, &mode))
+            *handle = nullptr;
+    }
+    FreeConsole();
+}
+
+enum OUTPUT { OUTPUT_PLAIN, OUTPUT_ERROR };
+
+// A console takes UTF-16, a file or a pipe UTF-8. Returns false when there is no output.
+static bool Write(OUTPUT output, const std::string &text)
+{
+    std::lock_guard lock(s_mutex);
+    const HANDLE handle = output == OUTPUT_ERROR && s_hError ? s_hError : s_hOutput;
     DWORD mode = 0, written = 0;
+    if (!handle)
+        return false;
     if (GetConsoleMode(handle, &mode)) {
         const std::wstring wide = Widen(text);
         WriteConsoleW(handle, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
     } else {
         WriteFile(handle, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
     }
+    return true;
 }
 
 static void ShowBox(const std::string &text, UINT icon)
@@ -69,22 +87,17 @@ bool HasConsole()
 
 void ConsoleLine(const std::string &text)
 {
-    if (s_hOutput)
-        Write(s_hOutput, text + "\n");
+    Write(OUTPUT_PLAIN, text + "\n");
 }
 
 void ConsoleError(const std::string &text)
 {
-    if (const HANDLE handle = s_hError ? s_hError : s_hOutput)
-        Write(handle, "trayhub: " + text + "\n");
-    else
+    if (!Write(OUTPUT_ERROR, "trayhub: " + text + "\n"))
         ShowBox(text, MB_ICONSTOP);
 }
 
 void ConsoleText(const std::string &text)
 {
-    if (s_hOutput)
-        Write(s_hOutput, text);
-    else
+    if (!Write(OUTPUT_PLAIN, text))
         ShowBox(text, MB_ICONINFORMATION);
 }

@@ -12,6 +12,10 @@ void OpenConsole(bool mayShowBox);
 // Whether there is an output: without one, texts go to message boxes or nowhere.
 bool HasConsole();
 
+// Lets go of the console: nothing is written there any more, and its end is not this program's. Files and pipes that
+// were inherited stay outputs. Harmless without a console.
+void LeaveConsole();
+
 // Writes one line of UTF-8 text; a line feed is added. Unbuffered: the line is out when the call returns. Any thread.
 void ConsoleLine(const std::string &text);
 

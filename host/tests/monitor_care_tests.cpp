@@ -59,25 +59,27 @@ TEST(SessionState, SaysWhenMonitorsAreToBeLeftAlone)
 // Two monitors whose values the test sees, and what was asked of them: "r10 " or "w10=40 ".
 static std::array<std::map<BYTE, WORD>, 2> s_values;
 static std::string s_asked;
-static bool s_fails;
+static int s_failures; // of the next accesses
 
 static MONITORRESULT Get(void *, int monitor, DWORD, BYTE code, WORD *value, WORD *)
 {
     s_asked += Format("r%02X ", code);
     *value = s_values[static_cast<size_t>(monitor)][code];
-    return s_fails ? MONITOR_FAILED : MONITOR_OK;
+    return s_failures-- > 0 ? MONITOR_FAILED : MONITOR_OK;
 }
 
 static MONITORRESULT Set(void *, int monitor, DWORD, BYTE code, WORD value)
 {
     s_asked += Format("w%02X=%u ", code, value);
-    if (!s_fails)
-        s_values[static_cast<size_t>(monitor)][code] = value;
-    return s_fails ? MONITOR_FAILED : MONITOR_OK;
+    if (s_failures-- > 0)
+        return MONITOR_FAILED;
+    s_values[static_cast<size_t>(monitor)][code] = value;
+    return MONITOR_OK;
 }
 
 // Steps: ">10=40" the plug-in writes to the first monitor, "<10" it reads, "!10=40" somebody else sets it there;
-// "rest", "wake", "away" and "back" of the first monitor, "silent" and "well"; "look" is made of those that are there.
+// "rest", "wake", and "end" of the plug-in; "away" and "back" of the first monitor; "silent", "twice" and "well" say
+// which accesses fail from now on; "look" is made of those that are there.
 TEST(MonitorCare, SetsAgainOnceWhatWasForgotten)
 {
     const struct {
@@ -104,6 +106,11 @@ TEST(MonitorCare, SetsAgainOnceWhatWasForgotten)
         {"rest >60=9 wake look !60=3 wake look", ""},
         {"rest >60=9 >60=3 !60=3 wake look", "r60 "},
         {"silent >60=9 well wake look", ""},
+        // The last chance to release the buttons, whatever was held back before.
+        {"rest end twice >F2=0", "wF2=0 wF2=0 wF2=0 rF2 "},
+        {"end >F2=0", "wF2=0 rF2 "},
+        {"away look end twice >F2=0", "wF2=0 "},
+        {"end twice >10=40", "w10=40 "},
         {">D6=4 >F4=255 >F0=0 >1E=1 !D6=1 !F4=1 wake look", ""},
     };
     const std::vector<MONITORIDENTITY> both = {{"A", false}, {"B", false}}, second = {{"B", false}};
@@ -115,7 +122,7 @@ TEST(MonitorCare, SetsAgainOnceWhatWasForgotten)
         const MONITORBACKEND backend = StartMonitorCare(&care, inner);
         SetCaredMonitors(&care, both);
         s_values = {};
-        s_fails = false;
+        s_failures = 0;
         bool isAway = false;
         for (const std::string &step : SplitAt(one.steps, ' ')) {
             unsigned code = 0, number = 0;
@@ -129,12 +136,14 @@ TEST(MonitorCare, SetsAgainOnceWhatWasForgotten)
                 backend.getVcp(&care, 0, ACCESS_PATIENCE, byte, &value, &maximum);
             else if (step[0] == '!')
                 s_values[0][byte] = static_cast<WORD>(number);
-            else if (step == "silent" || step == "well")
-                s_fails = step == "silent";
+            else if (step == "silent" || step == "twice" || step == "well")
+                s_failures = step == "silent" ? 1000 : step == "twice" ? 2 : 0;
             else if (step == "away" || step == "back")
                 isAway = step == "away";
             else if (step == "look")
                 SettleMonitors(&care, isAway ? second : both);
+            else if (step == "end")
+                EndMonitorCare(&care);
             else
                 RestMonitors(&care, step == "rest");
             if (step == "wake")

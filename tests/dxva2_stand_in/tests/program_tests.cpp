@@ -1,11 +1,13 @@
 // trayhub.exe as a user starts it, beside the stand-in: what it prints about the monitors, and what it ends with.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "host/base/program_path.h"
 #include "host/base/text.h"
 #include "tests/dxva2_stand_in/tests/stand_in_control.h"
+#include "tour/tour_hands.h"
 
 static std::string TempPath(const char *name)
 {
@@ -14,12 +16,19 @@ static std::string TempPath(const char *name)
     return Narrow(folder) + name;
 }
 
+// For the stand-ins of programs that are started from now on.
+static void Control(const std::string &text)
+{
+    const std::string file = TempPath("stand-in.ini");
+    std::ofstream(file) << text;
+    SetEnvironmentVariableW(L"DXVA2_STAND_IN", Widen(file).c_str());
+}
+
 // Runs the program to its end, with a control file for its stand-in. Returns its exit status, -1 when it does not end.
 static int RunTrayhub(const std::string &arguments, const std::string &control, std::string *output)
 {
-    const std::string path = TempPath("stand-in.txt"), file = TempPath("stand-in.ini");
-    std::ofstream(file) << control;
-    SetEnvironmentVariableW(L"DXVA2_STAND_IN", Widen(file).c_str());
+    const std::string path = TempPath("stand-in.txt");
+    Control(control);
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -70,4 +79,54 @@ TEST(TrayhubOnRealMonitors, ListsWhatTheySayAndWhyTheyDoNot)
         for (const char *said : one.said)
             EXPECT_NE(output.find(said), std::string::npos) << one.option << ": " << said << " is not in:\n" << output;
     }
+}
+
+static bool IsAtConsole(DWORD processId)
+{
+    DWORD ids[16] = {};
+    const DWORD count = GetConsoleProcessList(ids, 16);
+    return std::find(ids, ids + std::min<DWORD>(count, 16), processId) != ids + std::min<DWORD>(count, 16);
+}
+
+static BOOL WINAPI IgnoreEvent(DWORD)
+{
+    return TRUE;
+}
+
+// Started from a prompt it lets go of that, and Ctrl+C there is not for it; unless it has something to say there: then
+// that ends it in order.
+TEST(TrayhubOnRealMonitors, IsEndedInOrderByAConsoleThatItStaysAt)
+{
+    Control("[monitor 1]\ngone = 1\n[monitor 3]\ngone = 1\n");
+    FreeConsole();
+    ASSERT_TRUE(AllocConsole());
+    SetConsoleCtrlHandler(IgnoreEvent, TRUE);
+    for (const bool stays : {false, true}) {
+        const std::string log = TempPath("console.log");
+        DeleteFileW(Widen(log).c_str());
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process = {};
+        std::wstring line = Widen("\"" + ProgramFolder() + "\\trayhub.exe\" --another --no-tray --log \"" + log + "\"" +
+                                  (stays ? " --command \"lock 3\"" : ""));
+        ASSERT_TRUE(
+            CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
+        const auto hasLogged = [&](const char *what) {
+            std::string text, error;
+            ReadWholeFile(log, 1 << 20, &text, &error);
+            return text.find(what) != std::string::npos;
+        };
+        EXPECT_TRUE(WaitUntil([&] { return hasLogged("the plug-in has started"); }, 60000));
+        EXPECT_EQ(IsAtConsole(process.dwProcessId), stays);
+        GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+        EXPECT_EQ(WaitForSingleObject(process.hProcess, stays ? 60000 : 2000), stays ? WAIT_OBJECT_0 : WAIT_TIMEOUT);
+        DWORD status = 0;
+        GetExitCodeProcess(process.hProcess, &status);
+        EXPECT_EQ(status, stays ? 1 : STILL_ACTIVE);
+        EXPECT_EQ(hasLogged("slot=15"), stays);
+        TerminateProcess(process.hProcess, 0);
+        CloseHandle(process.hProcess);
+        CloseHandle(process.hThread);
+    }
+    FreeConsole();
 }
