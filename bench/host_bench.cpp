@@ -166,6 +166,19 @@ static void OpenTenMonitors()
         throw std::runtime_error(paths + " cannot be read");
 }
 
+// A request as the plug-in makes it. The window's thread.
+static void Ask(HOSTAPP *app, DWORD monitor, WORD command, BYTE code, const std::vector<DWORD> &more)
+{
+    std::vector<BYTE> payload;
+    AppendDword(&payload, monitor);
+    for (const DWORD number : more)
+        AppendDword(&payload, number);
+    PACKET packet = MakePacket({PLUGIN_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_PLUGIN}, HostEndpoint(), command,
+                               code, 100 + monitor, payload);
+    packet.header.lpData = PacketData(&packet);
+    RouterTakePacket(&app->plugin.router, &packet.header);
+}
+
 // As the plug-in does it, but all monitors at a time.
 static void Poll(HOSTAPP *app, int polls)
 {
@@ -173,20 +186,46 @@ static void Poll(HOSTAPP *app, int polls)
     for (int poll = 0; poll < polls; poll++) {
         const DWORD before = accesses(POLLED_MONITORS - 1);
         CallOnWindow(&app->window, [&] {
-            for (DWORD monitor = 0; monitor < POLLED_MONITORS; monitor++) {
-                std::vector<BYTE> payload;
-                AppendDword(&payload, monitor);
-                PACKET packet = MakePacket({PLUGIN_ENDPOINT_ID, ENDPOINT_CLASS, ENDPOINT_SUBCLASS_PLUGIN},
-                                           HostEndpoint(), HOST_GET_VCP, VCP_BUTTON_PRESSED, 100 + monitor, payload);
-                packet.header.lpData = PacketData(&packet);
-                RouterTakePacket(&app->plugin.router, &packet.header);
-            }
+            for (DWORD monitor = 0; monitor < POLLED_MONITORS; monitor++)
+                Ask(app, monitor, HOST_GET_VCP, VCP_BUTTON_PRESSED, {});
         });
         WaitUntil("the monitors' answers", [&] { return IsLinkQuiet(&app->plugin.router, 0); });
         if (accesses(POLLED_MONITORS - 1) == before)
             throw std::runtime_error("a poll did not reach its monitor");
     }
 }
+
+// ---- An hour of DirectLink ------------------------------------------------------------------------------------------
+
+constexpr int LINK_ROUNDS = 15; // of those of an hour: it passes as slowly as on a desk
+constexpr int HOUR_OF_ROUNDS = 3600 / 2;
+
+// While a registered program stays in front, DirectLink writes its values every two seconds, whether or not the monitor
+// has them already. Gives the accesses that come of an hour of that.
+static double AccessesOfAnHourOfLink(HOSTAPP *app)
+{
+    static constexpr struct {
+        BYTE code;
+        DWORD value;
+    } values[] = {{VCP_BRIGHTNESS, 50}, {VCP_CONTRAST, 60}, {VCP_RED_GAIN, 70}, {VCP_GREEN_GAIN, 80}};
+    const auto accesses = FindInStandIn<decltype(&StandInAccesses)>("StandInAccesses");
+    const auto writeAll = [&] {
+        CallOnWindow(&app->window, [&] {
+            for (const auto &value : values)
+                Ask(app, 0, HOST_SET_VCP, value.code, {value.value});
+        });
+        WaitUntil("the writes", [&] { return IsLinkQuiet(&app->plugin.router, 0); });
+    };
+    writeAll(); // which the monitor has not yet
+    const DWORD before = accesses(0);
+    for (int round = 0; round < LINK_ROUNDS; round++) {
+        SleepEx(2000, FALSE);
+        writeAll();
+    }
+    return static_cast<double>(accesses(0) - before) * HOUR_OF_ROUNDS / LINK_ROUNDS;
+}
+
+// ---- Memory and handles ---------------------------------------------------------------------------------------------
 
 static double PrivateKilobytes()
 {
@@ -237,6 +276,8 @@ static void MeasurePolling(REPORT *report)
     report->Add("handles after the start of the host with ten monitors", handles, "");
     report->Add("the same after an hour's polls of them", CountHandles(), "");
     report->Add("one of these polls, of all monitors at a time", milliseconds / HOUR_OF_POLLS, "ms");
+    report->Add("writes of an hour of DirectLink, of values that a monitor has", 4.0 * HOUR_OF_ROUNDS, "");
+    report->Add("accesses to it that come of them", AccessesOfAnHourOfLink(&app), "");
     EndHost(&app.window, 0);
     host.join();
 }
