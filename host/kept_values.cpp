@@ -48,10 +48,16 @@ static void ForgetDependents(KEPTVALUES *kept, BYTE code)
     }
 }
 
+// A start restores zeros that it never read; a monitor is not given them later either.
+static bool IsZeroOfAStart(BYTE code, WORD value, WRITEFATE fate)
+{
+    return value == 0 && fate != WRITE_DONE && code != VCP_BUTTON_LOCK;
+}
+
 void NoteWrite(KEPTVALUES *kept, BYTE code, WORD value, WRITEFATE fate)
 {
     KEPTVALUES::WISH *wish = &kept->wishes[code];
-    if (value >= NO_VALUE)
+    if (value >= NO_VALUE || IsZeroOfAStart(code, value, fate))
         return;
     if (!wish->isThere || wish->value != value)
         ForgetDependents(kept, code);

@@ -18,7 +18,8 @@ struct KEPTVALUES {
     std::array<WISH, 256> wishes; // per VCP code
 };
 
-// Notes a write. Colours and locks are kept whatever became of it; an input or channel only while it was held back, for
+// Notes a write. Colours and locks are kept whatever became of it, but for a 0 that did not
+// reach the monitor; an input or channel only while it was held back, for
 // the user may have chosen another one since. What a write changes beside its own code is not known any more.
 void NoteWrite(KEPTVALUES *kept, BYTE code, WORD value, WRITEFATE fate);
 

@@ -96,6 +96,10 @@ TEST(MonitorCare, SetsAgainOnceWhatWasForgotten)
         {">10=40 rest >10=60 look", ""},
         {">10=40 rest >10=60 wake look", "r10 w10=60 "},
         {">10=40 >F2=3 rest >10=65535 >F2=65534 !F2=0 wake look", "r10 rF2 wF2=3 "},
+        // A colour of 0 that no monitor has taken is what a start restores, and would make the screen dark.
+        {"silent >10=0 >12=0 well !10=40 !12=50 wake look", ""},
+        {"rest >10=0 >F2=0 !10=40 !F2=3 wake look", "rF2 wF2=0 "},
+        {">10=0 !10=40 wake look", "r10 w10=0 "},
         // What changes others comes first, and what it changes is not known any more.
         {">F2=3 >16=9 >14=11 >16=8 >10=7 >E0=1 >10=6 !E0=0 !14=1 wake look", "rE0 wE0=1 r14 w14=11 r10 r16 rF2 "},
         {">10=40 >E0=1 !10=20 wake look", "rE0 "},
